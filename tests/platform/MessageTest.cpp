@@ -1,0 +1,14 @@
+#include "platform/Exception.h"
+
+#include <gtest/gtest.h>
+
+TEST(ExceptionMessage, FillsEachPlaceholderWithItsValue) {
+    EXPECT_EQ((ExceptionMessage::translate("{2} of model {1}, {1} again") % 3 % "t").Text(), "t of model 3, 3 again");
+    EXPECT_EQ((ExceptionMessage::translate("value {1}") % "{1}").Text(), "value {1}");
+}
+
+TEST(ExceptionMessage, MisuseIsNotAUserError) {
+    EXPECT_THROW(
+        try { throw NCInternalError("Here", ExceptionMessage::translate("wrong")); } catch (NCError const &){},
+        NCInternalError);
+}
