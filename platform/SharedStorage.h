@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <type_traits>
@@ -103,8 +104,10 @@ public:
     void Insert(std::size_t offset, std::span<T const> values) {
         bool const within =
             std::less_equal<>()(Data(), values.data()) && std::less<>()(values.data(), Data() + m_capacity);
-        SharedStorage const keptAlive = within ? *this : SharedStorage();
-        std::ranges::copy(values, OpenGap(offset, values.size()).begin());
+        if (within)
+            Insert(offset, SharedStorage(values).Values());
+        else
+            std::ranges::copy(values, OpenGap(offset, values.size()).begin());
     }
 
     void Remove(std::size_t offset, std::size_t count) {

@@ -78,9 +78,10 @@ std::string GraphemeClusterSubString(std::string const &text, int start, int len
     std::string piece;
     std::size_t position = 0;
     for (boundary::ssegment const &cluster : clusters) {
-        if (position >= first && position - first < count)
+        if (position >= first && position - first >= count)
+            break;
+        if (position++ >= first)
             piece.append(cluster.begin(), cluster.end());
-        ++position;
     }
     return piece;
 }
