@@ -1,7 +1,10 @@
 #include "platform/VqStdString.h"
+#include "platform/VqString.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -47,5 +50,37 @@ TEST(VqStdString, ComparesNamesWithNumbers) {
     for (auto const &c : cases) {
         EXPECT_EQ(VqStdString::CompareNumberNoCase(c.before, c.after, std::locale::classic()), c.expected) << c.before;
         EXPECT_EQ(VqStdString::CompareNumberNoCase(c.after, c.before, std::locale::classic()), -c.expected) << c.before;
+    }
+}
+
+TEST(VqString, ReadsNumbersInTheClassicLocale) {
+    struct {
+        char const *text;
+        bool whole;
+        float value;
+        double leading;
+        int length;
+    } const cases[] = {
+        {"1.5", true, 1.5f, 1.5, 3},
+        {" -2e3 ", true, -2e3f, -2e3, 5},
+        {"+0.1", true, 0.1f, 0.1, 4},
+        {"1,5", false, 0, 1, 1},
+        {"", false, 0, 0, 0},
+        {"  ", false, 0, 0, 0},
+        {"x1", false, 0, 0, 0},
+        {"1 2", false, 0, 1, 1},
+        {"1e39", false, 0, 1e39, 4},
+        {"1e-60", true, 0, 1e-60, 5},
+        {"nan", false, 0, NAN, 3},
+        {"inf", false, 0, HUGE_VAL, 3},
+        {"16777217", true, 16777216, 16777217, 8},
+    };
+    for (auto const &c : cases) {
+        float value = 7;
+        EXPECT_EQ(VqString::ToFloat(c.text, value), c.whole) << c.text;
+        EXPECT_EQ(value, c.whole ? c.value : 7) << c.text;
+        char *end = nullptr;
+        EXPECT_THAT(VqString::vqstrtod(c.text, &end), testing::NanSensitiveDoubleEq(c.leading)) << c.text;
+        EXPECT_EQ(end - c.text, c.length) << c.text;
     }
 }
