@@ -29,11 +29,10 @@ Matrix Table(std::initializer_list<Row> rows) {
 // Writes through `write` into one of two that share, and expects that the other stays as it was.
 template <typename Container, typename Write>
 void ExpectWriteSeparates(Container const &original, Write write) {
-    Container const before(original);
+    Container before(original);
+    before.Unlink();
+    EXPECT_FALSE(before.SharesStorageWith(original));
     Container copy(original);
-    copy.Unlink();
-    EXPECT_FALSE(copy.SharesStorageWith(original));
-    copy = original;
     EXPECT_TRUE(copy.SharesStorageWith(original));
     write(copy);
     EXPECT_FALSE(copy.SharesStorageWith(original));
@@ -105,15 +104,13 @@ TEST(Statistics, SkipMissing) {
     struct {
         Row row;
         double mean, ss, aboutOne;
-    } const cases[] = {
-        {{1, 2, 3, 6}, 3, 14, 30},
-        {{none, 2, none, 4}, 3, 2, 10},
-        {{none, none}, none, none, none},
-        {{}, none, none, none},
-        {{5}, 5, 0, 16},
-        {{-98, -100}, std::nextafterf(none, 0), 2, 20002},
-        {{1e8f, 1, -1e8f}, 1 / 3.0, 2e16 + 2 / 3.0, 2e16},
-    };
+    } const cases[] = {{{1, 2, 3, 6}, 3, 14, 30},
+                       {{none, 2, none, 4}, 3, 2, 10},
+                       {{none, none}, none, none, none},
+                       {{}, none, none, none},
+                       {{5}, 5, 0, 16},
+                       {{-98, -100}, std::nextafterf(none, 0), 2, 20002},
+                       {{1e8f, 1, -1e8f}, 1 / 3.0, 2e16 + 2 / 3.0, 2e16}};
     for (auto const &c : cases) {
         EXPECT_DOUBLE_EQ(c.row.GetMean(), c.mean);
         EXPECT_DOUBLE_EQ(c.row.GetSS(), c.ss);
@@ -154,15 +151,13 @@ TEST(NCIntegralVector, FindsInEachOrder) {
         int value;
         SortKind::Kind kind;
         int from, to, expected;
-    } const cases[] = {
-        {{5, 3, 9, 3}, 3, any, 1, -1, 2},  {{5, 3, 9, 3}, 3, any, 3, -1, 4},
-        {{5, 3, 9, 3}, 9, any, 1, 2, -1},  {{1, 3, 3, 8}, 3, up, 1, -1, 2},
-        {{1, 3, 3, 8}, 3, up, 3, 99, 3},   {{1, 3, 3, 8}, 4, up, 1, -1, -1},
-        {{8, 3, 3, 1}, 3, down, 1, -1, 2}, {{8, 3, 3, 1}, 9, down, 1, -1, -1},
-        {{8, 3, 3, 1}, 1, down, 1, 3, -1}, {{}, 1, up, 1, -1, -1},
-        {{1}, 1, any, 2, -1, -1},          {{1}, 1, any, -5, 1, 1},
-        {{1, 2, 3}, 1, any, 3, 1, -1},     {{1, 2}, 5, up, 1, -1, -1},
-    };
+    } const cases[] = {{{5, 3, 9, 3}, 3, any, 1, -1, 2},  {{5, 3, 9, 3}, 3, any, 3, -1, 4},
+                       {{5, 3, 9, 3}, 9, any, 1, 2, -1},  {{1, 3, 3, 8}, 3, up, 1, -1, 2},
+                       {{1, 3, 3, 8}, 3, up, 3, 99, 3},   {{1, 3, 3, 8}, 4, up, 1, -1, -1},
+                       {{8, 3, 3, 1}, 3, down, 1, -1, 2}, {{8, 3, 3, 1}, 9, down, 1, -1, -1},
+                       {{8, 3, 3, 1}, 1, down, 1, 3, -1}, {{}, 1, up, 1, -1, -1},
+                       {{1}, 1, any, 2, -1, -1},          {{1}, 1, any, -5, 1, 1},
+                       {{1, 2, 3}, 1, any, 3, 1, -1},     {{1, 2}, 5, up, 1, -1, -1}};
     for (auto const &c : cases)
         EXPECT_EQ(c.list.Find(c.value, c.kind, c.from, c.to), c.expected) << c.value << " from " << c.from;
     EXPECT_EQ(Ints({1, 3, 3, 8}).LowerBound(3), 2);

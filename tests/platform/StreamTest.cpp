@@ -128,11 +128,3 @@ TEST(StreamDirectory, RefusesDamage) {
         EXPECT_THROW(InputStreamDirectory{stream}, VqStreamError) << at;
     }
 }
-
-TEST(StreamBytes, AreLittleEndian) {
-    std::stringstream stream;
-    std::int32_t const whole = -2;
-    float const real = 1.0f;
-    EXPECT_TRUE(WriteFourBytes(stream, &whole) && WriteFourBytes(stream, &real));
-    EXPECT_EQ(stream.str(), std::string("\xFE\xFF\xFF\xFF\0\0\x80\x3F", 8));
-}
