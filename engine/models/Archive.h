@@ -1,0 +1,103 @@
+#pragma once
+
+#include "engine/models/Matrices.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace engine {
+
+// A saved form is: four letters that name it, its version, the members in order, and a checksum over all that. Both
+// archives have the same call operator, so that one function lists the members of a class for reading and writing:
+//
+//     template <typename Archive> void Transfer(Archive &archive, Term &term) { archive(term.column, ...); }
+
+class WritingArchive {
+public:
+    WritingArchive(std::string_view name, std::uint32_t version);
+
+    template <typename... Values>
+    void operator()(Values &...values) {
+        (Put(values), ...);
+    }
+
+    // The saved form, once.
+    std::string Finish();
+
+private:
+    template <typename Value>
+    void Put(Value &value) {
+        if constexpr (std::is_arithmetic_v<Value> || std::is_enum_v<Value>)
+            m_bytes.append(reinterpret_cast<char const *>(&value), sizeof(value));
+        else
+            Transfer(*this, value);
+    }
+    template <typename Value>
+    void Put(std::vector<Value> &values) {
+        auto size = static_cast<std::uint64_t>(values.size());
+        Put(size);
+        for (auto &value : values)
+            Put(value);
+    }
+    template <typename Scalar, int R, int C, int O>
+    void Put(Eigen::Matrix<Scalar, R, C, O> &matrix) {
+        auto rows = static_cast<std::uint64_t>(matrix.rows());
+        auto columns = static_cast<std::uint64_t>(matrix.cols());
+        (*this)(rows, columns);
+        m_bytes.append(reinterpret_cast<char const *>(matrix.data()), matrix.size() * sizeof(Scalar));
+    }
+
+    std::string m_bytes;
+};
+
+class ReadingArchive {
+public:
+    // Throws NCError when the text is not the undamaged saved form of that name, or of a newer version. The text must
+    // outlive the archive.
+    ReadingArchive(std::string_view bytes, std::string_view name, std::uint32_t version);
+
+    template <typename... Values>
+    void operator()(Values &...values) {
+        (Get(values), ...);
+    }
+
+    // Throws NCError when not all has been read.
+    void Finish() const;
+
+private:
+    template <typename Value>
+    void Get(Value &value) {
+        if constexpr (std::is_arithmetic_v<Value> || std::is_enum_v<Value>)
+            Copy(&value, sizeof(value));
+        else
+            Transfer(*this, value);
+    }
+    template <typename Value>
+    void Get(std::vector<Value> &values) {
+        values.resize(GetSize(1, 1));
+        for (auto &value : values)
+            Get(value);
+    }
+    template <typename Scalar, int R, int C, int O>
+    void Get(Eigen::Matrix<Scalar, R, C, O> &matrix) {
+        std::uint64_t rows = 0;
+        Get(rows);
+        auto const columns = GetSize(rows, sizeof(Scalar));
+        matrix.resize(static_cast<Index>(rows), static_cast<Index>(columns));
+        Copy(matrix.data(), matrix.size() * sizeof(Scalar));
+    }
+
+    // A count of things of `rows` times `bytes` bytes at least, that must still be there.
+    std::uint64_t GetSize(std::uint64_t rows, std::uint64_t bytes);
+    void Copy(void *to, std::size_t size);
+    [[noreturn]] void ThrowDamaged() const;
+
+    std::string m_name;
+    std::string_view m_rest;
+};
+
+} // namespace engine

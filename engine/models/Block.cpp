@@ -1,0 +1,150 @@
+#include "engine/models/Block.h"
+
+#include "engine/models/Kernels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace engine {
+
+Block::Block(RowMatrix values) : m_values(std::move(values)) {
+    if (m_values.allFinite())
+        return;
+    m_firstMissing.reserve(Rows() + 1);
+    for (Index i = 0; i < Rows(); ++i) {
+        m_firstMissing.push_back(m_missing.size());
+        for (Index k = 0; k < Size(); ++k)
+            if (!std::isfinite(m_values(i, k))) {
+                m_values(i, k) = 0;
+                m_missing.push_back(static_cast<std::uint32_t>(k));
+            }
+    }
+    m_firstMissing.push_back(m_missing.size());
+}
+
+Block::Columns Block::MissingIn(Index row) const {
+    if (Complete())
+        return {};
+    return Columns(m_missing).subspan(m_firstMissing[row], m_firstMissing[row + 1] - m_firstMissing[row]);
+}
+
+bool Block::IsMissing(Index row, Index column) const {
+    return std::ranges::binary_search(MissingIn(row), static_cast<std::uint32_t>(column));
+}
+
+Eigen::VectorXi Block::ObservedInRows() const {
+    Eigen::VectorXi counts(Rows());
+    for (Index i = 0; i < Rows(); ++i)
+        counts[i] = static_cast<int>(ObservedInRow(i));
+    return counts;
+}
+
+Eigen::VectorXi Block::ObservedInColumns() const {
+    Eigen::VectorXi counts = Eigen::VectorXi::Constant(Size(), static_cast<int>(Rows()));
+    for (auto const column : m_missing)
+        --counts[column];
+    return counts;
+}
+
+namespace {
+
+std::vector<Index> AllRows(Block const &block) {
+    std::vector<Index> rows(block.Rows());
+    std::iota(rows.begin(), rows.end(), Index(0));
+    return rows;
+}
+
+} // namespace
+
+BlockView::BlockView(Block const &block) : BlockView(block, AllRows(block)) {}
+
+BlockView::BlockView(Block const &block, std::vector<Index> const &rows) : m_block(&block), m_index(rows) {
+    m_addresses.size = block.Size();
+    m_addresses.rows.reserve(rows.size());
+    for (auto const row : rows) {
+        m_addresses.rows.push_back(block.Values().row(row).data());
+        m_complete = m_complete && block.MissingIn(row).empty();
+    }
+}
+
+RowAddresses::RowAddresses(RowMatrix const &matrix) : size(matrix.cols()) {
+    for (Index i = 0; i < matrix.rows(); ++i)
+        rows.push_back(matrix.row(i).data());
+}
+
+Vector ScoreProducts(RowAddresses const &x, Vector const &w) {
+    Vector t = Vector::Zero(x.Rows());
+    BestKernels().scores(x.rows.data(), x.Rows(), 0, x.size, w.data(), t.data());
+    return t;
+}
+
+Vector LoadingProducts(RowAddresses const &x, Vector const &t) {
+    Vector p = Vector::Zero(x.size);
+    BestKernels().loadings(x.rows.data(), x.Rows(), 0, x.size, t.data(), p.data());
+    return p;
+}
+
+namespace {
+
+// Some columns of a matrix as a multi-vector of the block kernels, the rest of its columns 0.
+RowMatrix Widened(Matrix const &columns, Index first) {
+    RowMatrix block = RowMatrix::Zero(columns.rows(), blockWidth);
+    auto const count = std::min<Index>(blockWidth, columns.cols() - first);
+    block.leftCols(count) = columns.middleCols(first, count);
+    return block;
+}
+
+// Calls `kernel(in, out)` for blocks of columns.
+template <typename Kernel>
+Matrix InBlocks(Matrix const &in, Index rows, Kernel kernel) {
+    Matrix out(rows, in.cols());
+    for (Index first = 0; first < in.cols(); first += blockWidth) {
+        RowMatrix const block = Widened(in, first);
+        RowMatrix product = RowMatrix::Zero(rows, blockWidth);
+        kernel(block.data(), product.data());
+        auto const count = std::min<Index>(blockWidth, in.cols() - first);
+        out.middleCols(first, count) = product.leftCols(count);
+    }
+    return out;
+}
+
+} // namespace
+
+Matrix LoadingProducts(RowAddresses const &x, Matrix const &t) {
+    return InBlocks(t, x.size, [&](double const *in, double *out) {
+        BestKernels().blockLoadings(x.rows.data(), x.Rows(), 0, x.size, in, out);
+    });
+}
+
+Matrix ScoreProducts(RowAddresses const &x, Matrix const &v) {
+    return InBlocks(v, x.Rows(), [&](double const *in, double *out) {
+        BestKernels().blockScores(x.rows.data(), x.Rows(), 0, x.size, in, out);
+    });
+}
+
+Vector ColumnSquares(RowAddresses const &x) {
+    Vector squares = Vector::Zero(x.size);
+    for (auto const row : x.rows)
+        BestKernels().addSquares(x.size, row, squares.data());
+    return squares;
+}
+
+double ObservedSquares(Vector const &w, double total, Block::Columns missing) {
+    double lost = 0;
+    for (auto const k : missing)
+        lost += w[k] * w[k];
+    if (lost < 0.99 * total)
+        return total - lost;
+    // The difference would have lost its digits.
+    double sum = 0;
+    auto next = missing.begin();
+    for (Index k = 0; k < w.size(); ++k)
+        if (next != missing.end() && *next == k)
+            ++next;
+        else
+            sum += w[k] * w[k];
+    return sum;
+}
+
+} // namespace engine

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "engine/models/Matrices.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace engine {
+
+// A matrix of one row for each observation and one column for each term, rows contiguous. A missing cell holds 0 and
+// is listed beside the values, so that sums of products over a row or column need no test.
+class Block {
+public:
+    using Columns = std::span<std::uint32_t const>;
+
+    Block() = default;
+    // A value that is NaN or infinite is a missing cell.
+    explicit Block(RowMatrix values);
+
+    Index Rows() const { return m_values.rows(); }
+    Index Size() const { return m_values.cols(); }
+    bool Complete() const { return m_missing.empty(); }
+
+    RowMatrix const &Values() const { return m_values; }
+    // The columns without value in a row, rising.
+    Columns MissingIn(Index row) const;
+    bool IsMissing(Index row, Index column) const;
+
+    // Counts of observed cells.
+    Index ObservedInRow(Index row) const { return Size() - static_cast<Index>(MissingIn(row).size()); }
+    Eigen::VectorXi ObservedInRows() const;
+    Eigen::VectorXi ObservedInColumns() const;
+
+private:
+    RowMatrix m_values;
+    std::vector<std::uint32_t> m_missing;
+    std::vector<std::size_t> m_firstMissing;
+};
+
+// A matrix by the addresses of its rows, which kernels work on.
+struct RowAddresses {
+    std::vector<double const *> rows;
+    Index size = 0;
+
+    RowAddresses() = default;
+    explicit RowAddresses(RowMatrix const &matrix);
+    Index Rows() const { return static_cast<Index>(rows.size()); }
+};
+
+// Some rows of a block, by address. The block must outlive the view.
+class BlockView {
+public:
+    BlockView(Block const &block);
+    BlockView(Block const &block, std::vector<Index> const &rows);
+
+    Index Rows() const { return m_addresses.Rows(); }
+    Index Size() const { return m_addresses.size; }
+    // No cell of the chosen rows is missing.
+    bool Complete() const { return m_complete; }
+    RowAddresses const &Addresses() const { return m_addresses; }
+    Eigen::Map<Eigen::RowVectorXd const> Row(Index row) const { return {m_addresses.rows[row], Size()}; }
+    Block::Columns MissingIn(Index row) const { return m_block->MissingIn(m_index[row]); }
+
+private:
+    Block const *m_block;
+    std::vector<Index> m_index;
+    RowAddresses m_addresses;
+    bool m_complete = true;
+};
+
+// X w, one number for each row, and X' t, one for each column. Missing cells add nothing.
+Vector ScoreProducts(RowAddresses const &x, Vector const &w);
+Vector LoadingProducts(RowAddresses const &x, Vector const &t);
+// X' T, a column for each of T.
+Matrix LoadingProducts(RowAddresses const &x, Matrix const &t);
+// X V, a column for each of V.
+Matrix ScoreProducts(RowAddresses const &x, Matrix const &v);
+
+// Sums of squares of the columns; missing cells add nothing.
+Vector ColumnSquares(RowAddresses const &x);
+
+// Sum of the squares of `w` over the cells of a row that are observed, `total` being the sum over all of them.
+double ObservedSquares(Vector const &w, double total, Block::Columns missing);
+
+} // namespace engine

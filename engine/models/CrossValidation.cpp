@@ -1,0 +1,192 @@
+#include "engine/models/CrossValidation.h"
+
+#include "engine/models/Fit.h"
+#include "engine/models/Prediction.h"
+
+#include <algorithm>
+#include <map>
+
+namespace engine {
+
+std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows) {
+    std::vector<int> groups = definition.givenGroups;
+    if (groups.empty() && definition.groups > 0)
+        for (Index i = 0; i < rows; ++i)
+            groups.push_back(static_cast<int>(i % definition.groups));
+    std::map<int, int> rounds;
+    for (auto const group : groups)
+        rounds[group] = 0;
+    if (rounds.size() < 2)
+        return {};
+    int next = 0;
+    for (auto &[group, round] : rounds)
+        round = next++;
+    for (auto &group : groups)
+        group = rounds[group];
+    return groups;
+}
+
+CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model)
+    : m_hasY(workset.y.Size() > 0), m_model(model), m_roundOfRow(std::move(roundOfRow)) {
+    auto const rounds = *std::ranges::max_element(m_roundOfRow) + 1;
+    std::vector<std::vector<Index>> in(rounds);
+    std::vector<std::vector<Index>> out(rounds);
+    for (std::size_t i = 0; i < m_roundOfRow.size(); ++i)
+        for (int g = 0; g < rounds; ++g)
+            (m_roundOfRow[i] == g ? out : in)[g].push_back(static_cast<Index>(i));
+    for (int g = 0; g < rounds; ++g)
+        m_rounds.push_back({BlockView(workset.x, out[g]), BlockView(workset.y, out[g]), out[g],
+                            Extraction::Start(BlockView(workset.x, in[g]), BlockView(workset.y, in[g]), &model.Found()),
+                            Matrix(out[g].size(), 0)});
+    m_press = m_hasY ? model.Found().ssY.leftCols(1) : model.Found().ssX.leftCols(1);
+}
+
+void CrossValidator::Extend(Progress const &progress) {
+    auto const from = m_press.cols();
+    auto const to = m_model.Found().Predictive();
+    if (from > to)
+        return;
+    m_press.conservativeResize(Eigen::NoChange, to + 1);
+    m_press.rightCols(to + 1 - from).setZero();
+    for (std::size_t g = 0; g < m_rounds.size(); ++g) {
+        auto &round = m_rounds[g];
+        round.extraction->Extract(to - round.extraction->Found().Predictive());
+        ExtendScores(round.extraction->Found(), round.outX, round.t);
+        if (m_hasY)
+            AddPress(round, from);
+        else
+            AddPcaPress(round, from);
+        progress.Report(static_cast<double>(g + 1) / static_cast<double>(m_rounds.size()));
+    }
+}
+
+void CrossValidator::AddPress(Round const &round, Index from) {
+    auto const &model = round.extraction->Found();
+    for (Index i = 0; i < round.outY.Rows(); ++i) {
+        Vector error = round.outY.Row(i);
+        for (Index a = 1; a < m_press.cols(); ++a) {
+            if (a <= model.Predictive())
+                error -= round.t(i, a - 1) * model.c.col(a - 1);
+            for (auto const m : round.outY.MissingIn(i))
+                error[m] = 0;
+            if (a >= from)
+                m_press.col(a) += error.cwiseAbs2();
+        }
+    }
+}
+
+namespace {
+
+// The loadings restricted to the observed terms, made orthonormal one after the other. Ends before the first that
+// depends on those before it.
+Matrix OrthonormalLoadings(Matrix const &p, Block::Columns missing) {
+    Matrix q = p;
+    for (auto const k : missing)
+        q.row(k).setZero();
+    for (Index a = 0; a < q.cols(); ++a) {
+        auto const before = q.col(a).norm();
+        for (int pass = 0; pass < 2; ++pass)
+            q.col(a) -= q.leftCols(a) * (q.leftCols(a).transpose() * q.col(a));
+        auto const left = q.col(a).norm();
+        if (!(left > 1e-8 * before))
+            return q.leftCols(a);
+        q.col(a) /= left;
+    }
+    return q;
+}
+
+// 1/(1 - h_k) after each number of components: what turns a residual into that of predicting the element from the
+// others of its row. 0 marks an element that nothing else in the row tells about.
+Matrix Inflations(Matrix const &q) {
+    Matrix inflations(q.rows(), q.cols());
+    Vector leverage = Vector::Zero(q.rows());
+    for (Index a = 0; a < q.cols(); ++a) {
+        leverage += q.col(a).cwiseAbs2();
+        inflations.col(a) = (1 - leverage.array() > 1e-6).select(1 / (1 - leverage.array()), 0.0);
+    }
+    return inflations;
+}
+
+} // namespace
+
+void CrossValidator::AddPcaPress(Round const &round, Index from) {
+    auto const &p = round.extraction->Found().p;
+    Matrix const completeQ = OrthonormalLoadings(p, {});
+    Matrix const completeInflations = Inflations(completeQ);
+    for (Index i = 0; i < round.outX.Rows(); ++i) {
+        auto const missing = round.outX.MissingIn(i);
+        Matrix const ownQ = missing.empty() ? Matrix() : OrthonormalLoadings(p, missing);
+        Matrix const ownInflations = missing.empty() ? Matrix() : Inflations(ownQ);
+        auto const &q = missing.empty() ? completeQ : ownQ;
+        auto const &inflations = missing.empty() ? completeInflations : ownInflations;
+        Vector const x = round.outX.Row(i);
+        Vector residual = x;
+        Vector errors = x;
+        for (Index a = 1; a < m_press.cols(); ++a) {
+            if (a <= q.cols()) {
+                residual -= q.col(a - 1).dot(residual) * q.col(a - 1);
+                errors = (inflations.col(a - 1).array() > 0)
+                             .select(residual.array() * inflations.col(a - 1).array(), x.array());
+            } else if (a <= p.cols())
+                errors = x;
+            if (a >= from)
+                m_press.col(a) += errors.cwiseAbs2();
+        }
+    }
+}
+
+CrossValidation CrossValidator::Result(Index components) const {
+    CrossValidation result;
+    result.roundOfRow = m_roundOfRow;
+    result.press = m_press.leftCols(std::min(m_press.cols(), components + 1));
+    auto const rows = static_cast<Index>(m_roundOfRow.size());
+    result.excluded.t.setZero(rows, components);
+    result.excluded.u.setZero(rows, m_hasY ? components : 0);
+    result.excluded.to.resize(rows, 0);
+    result.excluded.uo.resize(rows, 0);
+    for (auto const &round : m_rounds) {
+        result.rounds.push_back(FirstComponents(round.extraction->Found(), components));
+        auto const &model = result.rounds.back();
+        Scores scores;
+        scores.t = round.t.leftCols(model.Predictive());
+        if (m_hasY)
+            PredictYScores(model, round.outY, scores);
+        for (std::size_t i = 0; i < round.out.size(); ++i) {
+            result.excluded.t.row(round.out[i]).head(scores.t.cols()) = scores.t.row(i);
+            result.excluded.u.row(round.out[i]).head(scores.u.cols()) = scores.u.row(i);
+        }
+    }
+    return result;
+}
+
+Matrix CrossValidatedY(CrossValidation const &validation, Index predictive) {
+    auto const &t = validation.excluded.t;
+    Matrix predicted(t.rows(), validation.rounds.front().c.rows());
+    for (Index i = 0; i < t.rows(); ++i) {
+        auto const &model = validation.rounds[validation.roundOfRow[i]];
+        auto const count = std::min(predictive, model.Predictive());
+        predicted.row(i) = t.row(i).head(count) * model.c.leftCols(count).transpose();
+    }
+    return predicted;
+}
+
+JackknifeError Jackknife(CrossValidation const &validation,
+                         std::function<std::optional<Matrix>(Components const &)> const &quantity) {
+    std::vector<Matrix> values;
+    for (auto const &round : validation.rounds)
+        if (auto value = quantity(round))
+            values.push_back(std::move(*value));
+    auto const count = static_cast<double>(values.size());
+    if (values.size() < 2)
+        return {};
+    Matrix mean = values.front();
+    for (std::size_t g = 1; g < values.size(); ++g)
+        mean += values[g];
+    mean /= count;
+    Matrix squares = Matrix::Zero(mean.rows(), mean.cols());
+    for (auto const &value : values)
+        squares += (value - mean).cwiseAbs2();
+    return {(squares * ((count - 1) / count)).cwiseSqrt(), static_cast<int>(values.size()) - 1};
+}
+
+} // namespace engine

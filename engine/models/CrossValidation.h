@@ -1,0 +1,62 @@
+#pragma once
+
+#include "engine/Progress.h"
+#include "engine/models/Extraction.h"
+
+#include <functional>
+#include <optional>
+
+namespace engine {
+
+// Number of the round, from 0, that leaves out each of `rows` rows: the definition's own groups or i mod G, empty
+// groups left out of the count. Empty when there are fewer than two groups: then nothing is cross-validated.
+std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows);
+
+// Cross-validates a model while it grows (Wold 1978; Martens & Naes 1989; for PCA Bro et al. 2008).
+class CrossValidator {
+public:
+    // The workset and the model must outlive it. `roundOfRow` is not empty.
+    CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model);
+
+    // Brings all rounds to the number of components of the model.
+    void Extend(Progress const &progress);
+
+    // Terms by components + 1, as in CrossValidation.
+    Matrix const &Press() const { return m_press; }
+
+    // The rounds with the first `components` components of each.
+    CrossValidation Result(Index components) const;
+
+private:
+    struct Round {
+        BlockView outX, outY;
+        std::vector<Index> out;
+        std::unique_ptr<Extraction> extraction;
+        Matrix t; // of the rows left out
+    };
+
+    void AddPress(Round const &round, Index from);
+    void AddPcaPress(Round const &round, Index from);
+
+    bool m_hasY;
+    Extraction const &m_model;
+    std::vector<int> m_roundOfRow;
+    std::vector<Round> m_rounds;
+    Matrix m_press;
+};
+
+// What cross-validation predicts for each row, from the round that left it out: rows by Y terms, by the first
+// `predictive` components.
+Matrix CrossValidatedY(CrossValidation const &validation, Index predictive);
+
+// Standard errors over the rounds (Efron & Gong 1983) of the elements of a quantity.
+struct JackknifeError {
+    Matrix error; // without element with fewer than two rounds
+    int freedom = 0;
+};
+
+// `quantity` gives its value in one round, or nothing where the round lacks it.
+JackknifeError Jackknife(CrossValidation const &validation,
+                         std::function<std::optional<Matrix>(Components const &)> const &quantity);
+
+} // namespace engine

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "engine/models/FittedModel.h"
+
+#include <memory>
+
+namespace engine {
+
+// Extracts the components of a PCA or PLS model one after the other, in steps that the caller chooses. The blocks must
+// outlive it.
+class Extraction {
+public:
+    // The fast way for complete blocks, the component-wise iteration where a cell is missing. y has no column for PCA.
+    // With a reference, each component gets the sign of the reference's component of that number, otherwise the
+    // element of its p (PLS: c) that leads is positive.
+    static std::unique_ptr<Extraction> Start(BlockView const &x, BlockView const &y, Components const *reference);
+    virtual ~Extraction() = default;
+
+    // Extracts up to `count` more components; fewer when the data have no more.
+    void Extract(Index count);
+
+    Components const &Found() const { return m_components; }
+    Scores const &FoundScores() const { return m_scores; }
+    std::vector<int> const &Iterations() const { return m_iterations; }
+
+protected:
+    struct Component {
+        Vector t, p;
+        Vector u, w, c, q; // empty for PCA
+        int iterations = 1;
+        // Residual sums of squares that it leaves.
+        Vector ssX, ssY;
+    };
+
+    Extraction(BlockView const &x, BlockView const &y, Components const *reference);
+
+    // Each calls Add for each component that it finds, `count` times at most.
+    virtual void Find(Index count) = 0;
+    // Gives the component its sign. To be called before anything is deflated by it.
+    void Orient(Component &component) const;
+    void Add(Component const &component);
+
+    Index Size() const { return m_components.p.cols(); }
+    // Nothing is left of X.
+    bool Exhausted() const;
+    double TotalX() const { return m_components.ssX.col(0).sum(); }
+    // Residual sum of squares of X by the ledger when t and p of complete data are taken away.
+    Vector LeftX(Vector const &t, Vector const &p) const;
+
+    BlockView const m_x;
+    BlockView const m_y;
+    Components m_components;
+    Scores m_scores;
+
+private:
+    void RefineLedger(Index from);
+
+    Components const *m_reference;
+    std::vector<int> m_iterations;
+};
+
+// The first index whose element is as large as the largest, but for rounding.
+Index Lead(Vector const &v);
+
+void AppendColumn(Matrix &matrix, Vector const &column);
+
+} // namespace engine

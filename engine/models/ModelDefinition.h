@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace engine {
+
+// One bit each, so that a set of types is a mask.
+enum class ModelKind { Pca = 1, Pls = 2, PlsDiscriminant = 4, Opls = 8, O2Pls = 16 };
+
+enum class TransformationKind { None, Log, NegLog, Logit, Exponential, Power };
+
+// v -> g(v) with the constants of the kind:
+//   Log           log10(c1 v + c2)           NegLog  -log10(c1 v + c2)
+//   Logit         log10((v - c1)/(c2 - v))   Exponential  exp(c1 v + c2)
+//   Power         (c1 v + c2)^c3
+struct Transformation {
+    TransformationKind kind = TransformationKind::None;
+    double c1 = 1;
+    double c2 = 0;
+    double c3 = 1;
+
+    // NaN where v is outside of the domain.
+    double Apply(double v) const;
+    // The v whose transform is g, NaN or infinite where there is none.
+    double Invert(double g) const;
+
+    bool operator==(Transformation const &) const = default;
+};
+
+// The forms with N scale alike but do not centre.
+enum class ScalingKind { None, Centred, UnitVariance, Pareto, UnitVarianceUncentred, ParetoUncentred };
+
+// A column of a source data set as a column of X or Y.
+struct Term {
+    int column = 0; // of the data set, from 0
+    Transformation transformation;
+    ScalingKind scaling = ScalingKind::UnitVariance;
+    double modifier = 1;
+    double blockFactor = 1;
+
+    bool operator==(Term const &) const = default;
+};
+
+// Block scaling of a block with `terms` terms (Westerhuis et al. 1998).
+inline double SoftBlockFactor(int terms) {
+    return std::pow(terms, -0.25);
+}
+inline double HardBlockFactor(int terms) {
+    return std::pow(terms, -0.5);
+}
+
+// All that a fit needs to know beside the data. A plain value.
+struct ModelDefinition {
+    static constexpr int autofit = -1;
+
+    ModelKind kind = ModelKind::Pca;
+    std::vector<Term> xTerms;
+    std::vector<Term> yTerms;
+    std::vector<int> rows; // of the data set, from 0
+
+    int components = autofit; // predictive ones
+    int xOrthogonal = 0;
+    int yOrthogonal = 0;
+
+    int groups = 7; // of the cross-validation, 0 for none
+    // A group number for each row, or none: then row i, from 0, is in group i mod groups + 1.
+    std::vector<int> givenGroups;
+    double alpha = 0.05;
+
+    bool HasY() const { return kind != ModelKind::Pca; }
+
+    // A binary text with version and checksum. Load throws NCError for a text that Save did not write.
+    std::string Save() const;
+    static ModelDefinition Load(std::string const &saved);
+
+    bool operator==(ModelDefinition const &) const = default;
+};
+
+} // namespace engine
