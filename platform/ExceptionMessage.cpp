@@ -7,7 +7,9 @@
 
 namespace {
 
-std::string Placeholder(int number) { return "{" + std::to_string(number) + "}"; }
+std::string Placeholder(int number) {
+    return "{" + std::to_string(number) + "}";
+}
 
 } // namespace
 

@@ -1,0 +1,6 @@
+#include "catalogue/VectorHelp.h"
+
+VectorHelp *VectorHelp::Instance() {
+    static VectorHelp help;
+    return &help;
+}

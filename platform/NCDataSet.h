@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/AliasAccess.h"
+#include "platform/NCDataVector.h"
+#include "platform/VarObs.h"
+#include "platform/export.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// A data set or a prediction set of the project: rows are observations, columns variables, both by their numbers in the
+// project.
+class DATASERIES_API NCDataSet {
+public:
+    virtual ~NCDataSet() = default;
+
+    virtual int GetNumber() const = 0;
+    virtual std::string GetName() const = 0;
+    virtual ObservationInfos const &GetObservations() const = 0;
+    virtual std::vector<std::uint32_t> const &GetVariables() const = 0;
+    // One value for each observation, empty for a variable that the set does not have.
+    virtual NCDataVector<float> GetVariable(std::uint32_t variable) const = 0;
+    // One value for each variable, empty for an observation that the set does not have.
+    virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
+    // The identifier columns that its observations and its variables have.
+    virtual AliasAccess GetObservationAliases() const = 0;
+    virtual AliasAccess GetVariableAliases() const = 0;
+};
+
+// What is known of a data set without reading it.
+class DATASERIES_API NCDataSetInfo {
+public:
+    enum Kind { Primary = 0, Secondary = 1, WaveletCompressed = 2 };
+
+    int number = 0;
+    std::string name;
+    Kind kind = Primary;
+    std::uint32_t observations = 0;
+    std::uint32_t variables = 0;
+    std::vector<std::string> phases;
+
+    std::vector<std::string> const &GetPhaseInfoVector() const { return phases; }
+};
