@@ -112,11 +112,6 @@ std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
 }
 
 std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
-    std::size_t const variables = m_implementation->DataSet(dataSet).variables;
-    if (variable < 1 || static_cast<std::size_t>(variable) > variables)
-        throw NCError(ExceptionMessage::translate("Data set {1} has {2} variables, asked was variable {3}.") % dataSet %
-                          variables % variable,
-                      NCError::Error);
     Statement const block = m_implementation->ReadBlock(Part::Column, dataSet, variable);
     std::span<std::byte const> const bytes = block.Bytes(2);
     std::vector<float> values(bytes.size() / sizeof(float));

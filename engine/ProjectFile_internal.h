@@ -73,6 +73,7 @@ private:
     ModelRecord ReadModel(Statement const &row) const;
     std::array<std::int64_t, 2> ReadCounters();
     int Next(std::size_t counter);
+    [[noreturn]] void ThrowNoBlock(Part part, int owner, int position);
 
     std::unique_ptr<WriterLock> m_lock;
 

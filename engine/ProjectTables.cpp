@@ -56,6 +56,14 @@ Checksum SumOf(Part part, int owner, int position, std::string_view name, std::s
     return Checksum().Add(static_cast<int>(part)).Add(owner).Add(position).Add(name).Add(bytes);
 }
 
+bool IsOfModel(Part part) {
+    return part == Part::Definition || part == Part::Results;
+}
+
+std::string Owner(Part part, int number) {
+    return (IsOfModel(part) ? "model " : "data set ") + std::to_string(number);
+}
+
 } // namespace
 
 ProjectFile::Implementation::Implementation(std::filesystem::path file, bool writable)
@@ -237,21 +245,26 @@ void ProjectFile::Implementation::ReplaceBlock(Part part, int owner, int positio
         .Run();
 }
 
-// The record of the owner is looked at last, so that one that another program deletes meanwhile is told as such.
 Statement ProjectFile::Implementation::ReadBlock(Part part, int owner, int position) {
     Statement row(database, "SELECT name, bytes, checksum FROM block WHERE part = ? AND owner = ? AND position = ?",
                   static_cast<int>(part), owner, position);
-    bool const ofModel = part == Part::Definition || part == Part::Results;
-    std::string const ownerName = (ofModel ? "model " : "data set ") + std::to_string(owner);
-    if (!row.Step()) {
-        if (ofModel)
-            Model(owner);
-        else
-            DataSet(owner);
-        database.ThrowDamaged((ExceptionMessage::translate("a part of {1} is missing") % ownerName).Text());
-    }
-    CheckSum(SumOf(part, owner, position, row.Text(1), row.Bytes(2)), row.Integer(3), "a part of " + ownerName);
+    if (!row.Step())
+        ThrowNoBlock(part, owner, position);
+    CheckSum(SumOf(part, owner, position, row.Text(1), row.Bytes(2)), row.Integer(3),
+             "a part of " + Owner(part, owner));
     return row;
+}
+
+// The owner's record is looked at after the block, so that one that another program deletes meanwhile is told as such.
+void ProjectFile::Implementation::ThrowNoBlock(Part part, int owner, int position) {
+    if (IsOfModel(part))
+        Model(owner);
+    else if (std::size_t const variables = DataSet(owner).variables;
+             part == Part::Column && (position < 1 || static_cast<std::size_t>(position) > variables))
+        throw NCError(ExceptionMessage::translate("Data set {1} has {2} variables, asked was variable {3}.") % owner %
+                          variables % position,
+                      NCError::Error);
+    database.ThrowDamaged((ExceptionMessage::translate("a part of {1} is missing") % Owner(part, owner)).Text());
 }
 
 void ProjectFile::Implementation::WriteTextColumns(Part part, int owner, std::span<TextColumn const> columns) {
