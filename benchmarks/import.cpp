@@ -1,5 +1,5 @@
 #include "engine/ProjectFile.h"
-#include "engine/import/TableReader.h"
+#include "engine/TableReader.h"
 
 #include <benchmark/benchmark.h>
 

@@ -7,7 +7,9 @@
 
 ExceptionMessage::ExceptionMessage(std::string text) : m_text(std::move(text)) {}
 
-ExceptionMessage ExceptionMessage::translate(char const *text) { return ExceptionMessage(::translate(text)); }
+ExceptionMessage ExceptionMessage::translate(char const *text) {
+    return ExceptionMessage(::translate(text));
+}
 
 ExceptionMessage ExceptionMessage::Filled(std::string value) const {
     ExceptionMessage filled(*this);
@@ -19,8 +21,8 @@ std::string ExceptionMessage::Text() const {
     std::string result;
     std::vector<bool> used(m_values.size());
     for (std::size_t at = 0; at < m_text.size(); ++at) {
-        bool const placeholder =
-            m_text[at] == '{' && at + 2 < m_text.size() && m_text[at + 1] >= '1' && m_text[at + 1] <= '9' && m_text[at + 2] == '}';
+        bool const placeholder = m_text[at] == '{' && at + 2 < m_text.size() && m_text[at + 1] >= '1' &&
+                                 m_text[at + 1] <= '9' && m_text[at + 2] == '}';
         if (!placeholder) {
             result += m_text[at];
             continue;

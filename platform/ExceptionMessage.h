@@ -11,8 +11,9 @@
 //
 //     ExceptionMessage::translate("Model {1} is not a predictive model.") % model
 //
-// The first operator% fills every {1}, the second every {2}, and so on; a value may hold anything. Values are written in
-// the classic locale. Debug builds assert in Text() that each placeholder has its value and each value its placeholder.
+// The first operator% fills every {1}, the second every {2}, and so on; a value may hold anything. Values are written
+// in the classic locale. Debug builds assert in Text() that each placeholder has its value and each value its
+// placeholder.
 class DATASERIES_API ExceptionMessage {
 public:
     // The text as the loaded message catalogue has it, or as it stands where no catalogue is loaded.

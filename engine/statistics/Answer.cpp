@@ -46,7 +46,9 @@ std::vector<Index> ChosenComponents(IntList const *components, Index size) {
     return chosen;
 }
 
-std::string ComponentLabel(Index component) { return "[" + std::to_string(component + 1) + "]"; }
+std::string ComponentLabel(Index component) {
+    return "[" + std::to_string(component + 1) + "]";
+}
 
 std::string RoundLabel(Index component, int round) {
     return ComponentLabel(component) + "[CV. " + std::to_string(round) + "]";

@@ -53,8 +53,9 @@ struct Unpacked<Value const &> {
 
 } // namespace signature
 
-// The operations that the engine answers. A handler is a function of the fitted model, of the subject too where it takes
-// one, and of the operation's arguments behind the model number; that it takes them is checked when it is compiled.
+// The operations that the engine answers. A handler is a function of the fitted model, of the subject too where it
+// takes one, and of the operation's arguments behind the model number; that it takes them is checked when it is
+// compiled.
 class Handlers {
 public:
     Handlers();
@@ -80,13 +81,14 @@ private:
                       "the handler's parameters are not those of the operation");
         Handler<Result> handler = [function = std::move(function)](ModelView const &model, Subject const &subject,
                                                                    Call const &call) -> Result {
-            return [&]<std::size_t... index>(std::index_sequence<index...>) -> Result {
+            return [&]<std::size_t... index>(std::index_sequence<index...>)->Result {
                 if constexpr (std::is_invocable_v<Function, ModelView const &, Parameters...>)
                     return function(model, signature::Unpacked<Parameters>::From(call.arguments[index + 1])...);
                 else
                     return function(model, subject,
                                     signature::Unpacked<Parameters>::From(call.arguments[index + 1])...);
-            }(std::index_sequence_for<Parameters...>());
+            }
+            (std::index_sequence_for<Parameters...>());
         };
         if constexpr (std::is_same_v<Result, TablePtr>)
             m_tables[static_cast<std::size_t>(operation)] = std::move(handler);

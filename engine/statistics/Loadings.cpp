@@ -3,8 +3,8 @@
 
 #include <cmath>
 
-// Loadings and weights: one row for each component, one column for each term. The Reconstruct flag has no effect on data
-// that are not compressed.
+// Loadings and weights: one row for each component, one column for each term. The Reconstruct flag has no effect on
+// data that are not compressed.
 
 namespace engine {
 
@@ -14,7 +14,9 @@ namespace {
 using Part = Matrix Components::*;
 
 // The model has Y, or orthogonal components; statistics of one that does not are empty.
-bool HasY(ModelView const &model) { return model.Fit().definition.HasY(); }
+bool HasY(ModelView const &model) {
+    return model.Fit().definition.HasY();
+}
 
 bool IsOrthogonalKind(ModelView const &model) {
     ModelKind const kind = model.Fit().definition.kind;
@@ -96,8 +98,12 @@ Matrix Rescaled(ModelView const &model, Part part, Factor const &factor) {
     return values;
 }
 
-double PerUnit(TermScale const &scale) { return 1 / scale.weight; }
-double AsUnderPareto(TermScale const &scale) { return 1 / (scale.weight * std::sqrt(scale.deviation)); }
+double PerUnit(TermScale const &scale) {
+    return 1 / scale.weight;
+}
+double AsUnderPareto(TermScale const &scale) {
+    return 1 / (scale.weight * std::sqrt(scale.deviation));
+}
 
 // Registers a part of the model as a statistic over X terms, over Y terms.
 template <Operation operation>
@@ -125,11 +131,21 @@ void AddXY(Handlers &handlers, char const *name, Part xPart, Part yPart) {
 // Columns of a statistic, as far as the model has the components that it needs.
 using Needs = bool (*)(ModelView const &);
 
-bool HasPredictive(ModelView const &model) { return model.Fit().components.Predictive() > 0; }
-bool HasPredictiveAndY(ModelView const &model) { return HasPredictive(model) && HasY(model); }
-bool HasPredictiveAndQ(ModelView const &model) { return HasPredictive(model) && IsOrthogonalKind(model); }
-bool HasXOrthogonal(ModelView const &model) { return model.Fit().components.XOrthogonal() > 0; }
-bool HasYOrthogonal(ModelView const &model) { return model.Fit().components.YOrthogonal() > 0; }
+bool HasPredictive(ModelView const &model) {
+    return model.Fit().components.Predictive() > 0;
+}
+bool HasPredictiveAndY(ModelView const &model) {
+    return HasPredictive(model) && HasY(model);
+}
+bool HasPredictiveAndQ(ModelView const &model) {
+    return HasPredictive(model) && IsOrthogonalKind(model);
+}
+bool HasXOrthogonal(ModelView const &model) {
+    return model.Fit().components.XOrthogonal() > 0;
+}
+bool HasYOrthogonal(ModelView const &model) {
+    return model.Fit().components.YOrthogonal() > 0;
+}
 
 template <Operation operation>
 void AddColumns(Handlers &handlers, ColumnIDs const &(ModelView::*columns)() const, Needs needs) {
@@ -192,21 +208,21 @@ void AddLoadingHandlers(Handlers &handlers) {
         return Rows(model, "po(corr)", model.XTerms(), components, XCorrelations(model, &Scores::to, components));
     });
     handlers.On<Operation::GetCCorr>([](ModelView const &model, IntList const *components) {
-        return HasY(model) ? Rows(model, "c(corr)", model.YTerms(), components,
-                                  YCorrelations(model, &Scores::t, components))
-                           : nullptr;
+        return HasY(model)
+                   ? Rows(model, "c(corr)", model.YTerms(), components, YCorrelations(model, &Scores::t, components))
+                   : nullptr;
     });
     handlers.On<Operation::GetPCCorr>([](ModelView const &model, IntList const *components) {
-        return HasY(model) ? Rows(model, "pc(corr)", model.XYTerms(), components,
-                                  XCorrelations(model, &Scores::t, components),
-                                  YCorrelations(model, &Scores::t, components))
-                           : nullptr;
+        return HasY(model)
+                   ? Rows(model, "pc(corr)", model.XYTerms(), components, XCorrelations(model, &Scores::t, components),
+                          YCorrelations(model, &Scores::t, components))
+                   : nullptr;
     });
     handlers.On<Operation::GetPQCorr>([](ModelView const &model, IntList const *components) {
-        return IsOrthogonalKind(model) ? Rows(model, "pq(corr)", model.XYTerms(), components,
-                                              XCorrelations(model, &Scores::t, components),
-                                              YCorrelations(model, &Scores::u, components))
-                                       : nullptr;
+        return IsOrthogonalKind(model)
+                   ? Rows(model, "pq(corr)", model.XYTerms(), components, XCorrelations(model, &Scores::t, components),
+                          YCorrelations(model, &Scores::u, components))
+                   : nullptr;
     });
     handlers.On<Operation::GetPoSCorr>([](ModelView const &model, IntList const *components) {
         return Rows(model, "poso(corr)", model.XYTerms(), components, XCorrelations(model, &Scores::to, components),

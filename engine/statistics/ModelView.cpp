@@ -49,8 +49,7 @@ private:
 
 } // namespace
 
-ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet,
-                     ProjectPtr const &project)
+ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
       m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
       m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
@@ -102,7 +101,8 @@ double ModelView::PooledDistance(Index predictive) const {
             ++observedRows;
         }
     double const rows = static_cast<double>(residuals.rows());
-    return std::sqrt(rows / RowFreedom(predictive) * sum / ColumnFreedom(predictive) / static_cast<double>(observedRows));
+    return std::sqrt(rows / RowFreedom(predictive) * sum / ColumnFreedom(predictive) /
+                     static_cast<double>(observedRows));
 }
 
 float ModelView::GetDModXCrit(int component, float level, TriState::State normalised) const {

@@ -89,9 +89,9 @@ TablePtr RoundScores(ModelView const &model, char const *ending, int round, IntL
     Scores const scores = PredictScores(*fitted, x);
     Answer answer(columns);
     for (Index const component : ChosenComponents(components, scores.t.cols()))
-        MarkUnobserved(answer.Add(ScoreLabel(model, tScores, ending, RoundLabel(component, round)),
-                                  scores.t.col(component)),
-                       observed);
+        MarkUnobserved(
+            answer.Add(ScoreLabel(model, tScores, ending, RoundLabel(component, round)), scores.t.col(component)),
+            observed);
     return answer.Take();
 }
 
@@ -109,10 +109,10 @@ TablePtr ScoreErrors(ModelView const &model, ScoreKind const &kind, char const *
     };
     Matrix const errors = Jackknife(*validation, scoresOf).error;
     Answer answer(columns);
-    MarkUnobserved(answer.Add(ScoreLabel(model, kind, ending, ComponentLabel(*chosen)),
-                              errors.size() > 0 ? Vector(errors.col(0))
-                                                : Vector(Vector::Constant(x.Rows(), missingValue))),
-                   observed);
+    MarkUnobserved(
+        answer.Add(ScoreLabel(model, kind, ending, ComponentLabel(*chosen)),
+                   errors.size() > 0 ? Vector(errors.col(0)) : Vector(Vector::Constant(x.Rows(), missingValue))),
+        observed);
     return answer.Take();
 }
 
@@ -230,13 +230,12 @@ void AddScoreHandlers(Handlers &handlers) {
         return ScoreErrors(model, toScores, "cvSE", component, model.Data().x, model.Fit().xObserved,
                            model.Observations());
     });
-    handlers.On<Operation::GetTcvSEPS>(
-        [](ModelView const &model, Subject const &subject, int component) -> TablePtr {
-            PredictedRows const *const rows = subject.Predictions(model.GetModelNumber());
-            if (!rows)
-                return nullptr;
-            return ScoreErrors(model, tScores, "PScvSE", component, rows->x, rows->xObserved, rows->columns);
-        });
+    handlers.On<Operation::GetTcvSEPS>([](ModelView const &model, Subject const &subject, int component) -> TablePtr {
+        PredictedRows const *const rows = subject.Predictions(model.GetModelNumber());
+        if (!rows)
+            return nullptr;
+        return ScoreErrors(model, tScores, "PScvSE", component, rows->x, rows->xObserved, rows->columns);
+    });
     handlers.On<Operation::GetTCorrExt>(
         [](ModelView const &model, IntList const &components, std::vector<bool> const &orthogonal) {
             return PairScores(model, "t(corr)", components, orthogonal);
@@ -246,15 +245,12 @@ void AddScoreHandlers(Handlers &handlers) {
             return PairScores(model, "to(corr)", components, orthogonal);
         });
 
-    handlers.On<Operation::GetTColumnIDs>([](ModelView const &model, int batch) {
-        return OfBatch(batch, ColumnsOf<tScores>(model), model);
-    });
-    handlers.On<Operation::GetToColumnIDs>([](ModelView const &model, int batch) {
-        return OfBatch(batch, ColumnsOf<toScores>(model), model);
-    });
-    handlers.On<Operation::GetUColumnIDs>([](ModelView const &model) {
-        return model.YTerms().Size() > 0 ? ColumnsOf<uScores>(model) : model.None();
-    });
+    handlers.On<Operation::GetTColumnIDs>(
+        [](ModelView const &model, int batch) { return OfBatch(batch, ColumnsOf<tScores>(model), model); });
+    handlers.On<Operation::GetToColumnIDs>(
+        [](ModelView const &model, int batch) { return OfBatch(batch, ColumnsOf<toScores>(model), model); });
+    handlers.On<Operation::GetUColumnIDs>(
+        [](ModelView const &model) { return model.YTerms().Size() > 0 ? ColumnsOf<uScores>(model) : model.None(); });
     handlers.On<Operation::GetUoColumnIDs>(ColumnsOf<uoScores>);
     handlers.On<Operation::GetTCorrColumnIDs>(ColumnsOf<tScores>);
     handlers.On<Operation::GetToCorrColumnIDs>(ColumnsOf<toScores>);
@@ -266,9 +262,8 @@ void AddScoreHandlers(Handlers &handlers) {
     handlers.On<Operation::GetUcvColumnIDs>([](ModelView const &model) {
         return model.YTerms().Size() > 0 ? ValidatedColumnsOf<uScores>(model) : model.None();
     });
-    handlers.On<Operation::GetTcvExcludedColumnIDs>([](ModelView const &model, int batch) {
-        return OfBatch(batch, ValidatedColumnsOf<tScores>(model), model);
-    });
+    handlers.On<Operation::GetTcvExcludedColumnIDs>(
+        [](ModelView const &model, int batch) { return OfBatch(batch, ValidatedColumnsOf<tScores>(model), model); });
     handlers.On<Operation::GetTPSColumnIDs>([](ModelView const &model, Subject const &subject, int batch) {
         return OfBatch(batch, PredictedColumns(model, subject), model);
     });
