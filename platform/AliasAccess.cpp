@@ -27,14 +27,13 @@ std::string const &AliasAccess::GetPreferredAlias(int alias, VarObsInfo const &i
 
 float AliasAccess::GetAliasAsFloat(int alias, VarObsInfo const &item) const {
     float value;
-    return VqString::ToFloat(GetAlias(alias, item), value) ? value : -99.0f;
+    return VqString::ToFloat(GetAlias(alias, item), value) ? value : missingValue;
 }
 
-NCDataVector<float> AliasAccess::GetNumeralValues(int alias, std::vector<std::uint32_t> const &items) const {
-    NCDataVector<float> values;
-    values.reserve(static_cast<int>(items.size()));
-    for (std::uint32_t const item : items)
-        values.push_back(GetAliasAsFloat(alias, VarObsInfo(item)));
+NCDataVector<float> AliasAccess::GetNumeralValues(int alias, std::span<std::uint32_t const> items) const {
+    NCDataVector<float> values(static_cast<int>(items.size()));
+    std::ranges::transform(items, values.MutableValues().begin(),
+                           [&](std::uint32_t item) { return GetAliasAsFloat(alias, VarObsInfo(item)); });
     return values;
 }
 

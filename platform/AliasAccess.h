@@ -4,6 +4,8 @@
 #include "platform/export.h"
 #include "platform/forward.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,13 +22,13 @@ public:
     std::vector<int> const &GetUsedAliases() const { return m_aliases; }
 
     // The text of an item in the alias with this number; empty when there is none.
-    std::string const &GetAlias(int alias, class VarObsInfo const &item) const;
+    std::string const &GetAlias(int alias, VarObsInfo const &item) const;
     // In the first chosen alias, when `alias` is not among them.
-    std::string const &GetPreferredAlias(int alias, class VarObsInfo const &item) const;
+    std::string const &GetPreferredAlias(int alias, VarObsInfo const &item) const;
     // -99.0 when the text does not read as a number.
-    float GetAliasAsFloat(int alias, class VarObsInfo const &item) const;
+    float GetAliasAsFloat(int alias, VarObsInfo const &item) const;
     // One value for each item, by number.
-    NCDataVector<float> GetNumeralValues(int alias, std::vector<std::uint32_t> const &items) const;
+    NCDataVector<float> GetNumeralValues(int alias, std::span<std::uint32_t const> items) const;
 
     // The heading, with its description in brackets where it has one.
     std::string GetAliasNameWithDescription(int alias) const;

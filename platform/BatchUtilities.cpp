@@ -1,6 +1,5 @@
 #include "platform/BatchUtilities.h"
 
-#include "platform/AliasAccess.h"
 #include "platform/VqStdString.h"
 
 #include <algorithm>
@@ -41,13 +40,12 @@ void BatchInfoVector::Merge(BatchInfoVector const &other) {
 
 NCIntegralVector<int, -99> BatchUtilities::GetBatchBeginnings(NCObservations const &list,
                                                               ObservationInfos const &rows) {
-    return RunBeginnings(list, rows, list.GetBatchID(AliasAccess(list)), 0);
+    return RunBeginnings(list, rows, list.GetBatchID(), 0);
 }
 
 NCIntegralVector<int, -99> BatchUtilities::GetPhaseBeginnings(NCObservations const &list,
                                                               ObservationInfos const &rows) {
-    AliasAccess const aliases(list);
-    return RunBeginnings(list, rows, list.GetBatchID(aliases), list.GetPhaseID(aliases));
+    return RunBeginnings(list, rows, list.GetBatchID(), list.GetPhaseID());
 }
 
 NCIntegralVector<int, -99> BatchUtilities::GetBatchIndexes(ObservationInfos const &rows, NCObservations const &list,
@@ -73,14 +71,11 @@ int BatchUtilities::GetBatchLength(NCIntegralVector<int, -99> const &beginnings,
 
 NCStringVector BatchUtilities::GetBatchNames(BatchInfoVector const &batches, bool sorted) {
     std::vector<std::string> names;
-    for (BatchInfo const &batch : batches)
-        names.push_back(batch.name);
+    std::transform(batches.begin(), batches.end(), std::back_inserter(names),
+                   [](BatchInfo const &batch) { return batch.name; });
     if (sorted)
         std::stable_sort(names.begin(), names.end(), [](std::string const &a, std::string const &b) {
             return VqStdString::CompareNumberNoCase(a, b, std::locale()) < 0;
         });
-    NCStringVector result;
-    for (std::string const &name : names)
-        result.push_back(name);
-    return result;
+    return NCStringVector(std::move(names));
 }

@@ -2,147 +2,95 @@
 
 #include "platform/AliasAccess.h"
 #include "platform/NCProject.h"
+#include "platform/PlaceOfItem_internal.h"
+#include "platform/VStreamableData.h"
 #include "platform/VarObs.h"
 #include "platform/VqString.h"
+#include "platform/streaming_internal.h"
 
 #include <boost/format.hpp>
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <numeric>
 #include <span>
-#include <unordered_map>
+#include <variant>
 
 struct ColumnIDs::Content {
+    using Items = std::variant<Numbers, IntegerList, NCStringVector, NCDataVector<float>, ColumnTerms>;
+
     Source kind = None;
     int owner = 0;
     std::string title;
     std::vector<int> aliases;
-    Numbers numbers;
-    IntegerList integers;
-    NCStringVector strings;
-    NCDataVector<float> floats;
-    ColumnTerms terms;
     BatchInfoVector batches;
+    Items items;
 
-    // Calls the visitor with the one list that the kind uses.
-    template <typename Visitor>
-    auto Visit(Visitor const &visitor) const {
-        switch (kind) {
-        case Terms:
-            return visitor(terms);
-        case Integers:
-            return visitor(integers);
-        case Strings:
-        case Batches:
-            return visitor(strings);
-        case AlignedPoints:
-        case Floats:
-            return visitor(floats);
-        default:
-            return visitor(numbers);
-        }
+    // The alias that the row-th label comes from.
+    int Alias(int row) const {
+        bool const chosen = row >= 1 && row <= static_cast<int>(aliases.size());
+        return chosen ? aliases[static_cast<std::size_t>(row - 1)] : row;
     }
 };
 
 namespace {
 
-int SizeOf(auto const &list) {
-    return static_cast<int>(std::distance(list.begin(), list.end()));
+VStreamableData Header() {
+    return {1, "ColumnIDs"};
 }
 
-// Where each item of a list stands, 1-based; the first place of an item that stands there twice.
-template <typename Item>
-struct HashOf {
-    std::size_t operator()(Item const &item) const { return std::hash<Item>()(item); }
-};
-template <>
-struct HashOf<ColumnTerm> {
-    std::size_t operator()(ColumnTerm const &term) const { return term.Hash(); }
-};
+// Calls the visitor with both lists, where they are of one type.
+template <typename Items, typename Visitor>
+void VisitAlike(Items const &one, Items const &other, Visitor const &visitor) {
+    std::visit(
+        [&]<typename List>(List const &list) {
+            if (List const *const same = std::get_if<List>(&other))
+                visitor(list, *same);
+        },
+        one);
+}
 
-template <typename Item>
-class PlaceOfItem {
-public:
-    explicit PlaceOfItem(auto const &list) {
-        m_places.reserve(static_cast<std::size_t>(SizeOf(list)));
-        int place = 0;
-        for (Item const &item : list)
-            m_places.emplace(item, ++place);
+template <typename List>
+List Picked(List list, ColumnIDs::Positions const &positions) {
+    if constexpr (requires { list.Reduce(positions); }) {
+        list.Reduce(positions);
+        return list;
+    } else {
+        std::vector<ItemOf<List>> picked;
+        picked.reserve(positions.size());
+        for (int const position : positions)
+            picked.push_back(std::as_const(list)[position]);
+        return List(std::move(picked));
     }
+}
 
-    int operator()(Item const &item) const {
-        auto const found = m_places.find(item);
-        return found == m_places.end() ? 0 : found->second;
-    }
-
-private:
-    std::unordered_map<Item, int, HashOf<Item>> m_places;
-};
-
-// Item numbers are dense as a rule: then a table by number answers at once.
-template <>
-class PlaceOfItem<std::uint32_t> {
-public:
-    explicit PlaceOfItem(auto const &list) : m_size(static_cast<std::size_t>(SizeOf(list))) {
-        std::uint32_t largest = 0;
-        for (std::uint32_t const item : list)
-            largest = std::max(largest, item);
-        bool const dense = largest < 8 * m_size + 4096;
-        if (dense)
-            m_table.resize(std::size_t{largest} + 1);
+template <typename List>
+void AppendItems(List &list, List const &added) {
+    for (auto const &item : added)
+        if constexpr (std::is_same_v<List, ColumnTerms>)
+            list.AppendTerm(item);
         else
-            m_places.reserve(m_size);
-        int place = 0;
-        for (std::uint32_t const item : list) {
-            ++place;
-            if (!dense)
-                m_places.emplace(item, place);
-            else if (m_table[item] == 0)
-                m_table[item] = place;
-        }
-    }
-
-    int operator()(std::uint32_t item) const {
-        if (!m_table.empty())
-            return item < m_table.size() ? m_table[item] : 0;
-        auto const found = m_places.find(item);
-        return found == m_places.end() ? 0 : found->second;
-    }
-
-private:
-    std::size_t m_size;
-    std::vector<int> m_table;
-    std::unordered_map<std::uint32_t, int> m_places;
-};
-
-template <typename List>
-using ItemOf = std::remove_cvref_t<decltype(*std::declval<List const &>().begin())>;
-
-bool SameItems(auto const &one, auto const &other) {
-    return std::equal(one.begin(), one.end(), other.begin(), other.end());
-}
-
-template <typename List>
-List Picked(List const &list, std::vector<int> const &positions) {
-    List picked;
-    for (int const position : positions)
-        picked.push_back(list.begin()[position - 1]);
-    return picked;
-}
-
-template <>
-ColumnTerms Picked(ColumnTerms const &list, std::vector<int> const &positions) {
-    ColumnTerms picked;
-    for (int const position : positions)
-        picked.AppendTerm(list[position]);
-    return picked;
+            list.push_back(item);
 }
 
 ColumnIDs::Positions CountedTo(int size) {
-    ColumnIDs::Positions positions;
-    positions.reserve(size);
-    for (int position = 1; position <= size; ++position)
-        positions.push_back(position);
+    ColumnIDs::Positions positions(size);
+    std::span<int> const values = positions.MutableValues();
+    std::iota(values.begin(), values.end(), 1);
+    return positions;
+}
+
+// The 1-based positions for which `keep` holds.
+template <typename Predicate>
+ColumnIDs::Positions PositionsWhere(int size, Predicate const &keep) {
+    ColumnIDs::Positions positions(size);
+    int *end = positions.MutableValues().data();
+    int const *const begin = end;
+    for (int position = 1; position <= size; ++position) {
+        *end = position;
+        end += keep(position) ? 1 : 0;
+    }
+    positions.resize(static_cast<int>(end - begin));
     return positions;
 }
 
@@ -150,55 +98,86 @@ std::string NumberText(double value) {
     return (boost::format("%1$.6g") % value).str();
 }
 
+VarObs const &IdentifiersOf(ColumnIDs::Source kind, NCProject const &project) {
+    if (kind == ColumnIDs::Observations)
+        return project.GetObservations();
+    return project.GetVariables();
+}
+
+// The kind can be kept as such items.
+template <typename Items>
+bool Fits(ColumnIDs::Source kind, Items const &items) {
+    switch (kind) {
+    case ColumnIDs::None:
+    case ColumnIDs::Variables:
+    case ColumnIDs::Observations:
+        return std::holds_alternative<ColumnIDs::Numbers>(items);
+    case ColumnIDs::Terms:
+        return std::holds_alternative<ColumnTerms>(items);
+    case ColumnIDs::Integers:
+        return std::holds_alternative<ColumnIDs::IntegerList>(items);
+    case ColumnIDs::Strings:
+    case ColumnIDs::AlignedPoints:
+    case ColumnIDs::Batches:
+    case ColumnIDs::Floats:
+        return std::holds_alternative<NCStringVector>(items) || std::holds_alternative<NCDataVector<float>>(items);
+    }
+    return false;
+}
+
+bool HasIdentifiers(ColumnIDs::Source kind) {
+    return kind == ColumnIDs::Variables || kind == ColumnIDs::Terms || kind == ColumnIDs::Observations;
+}
+
+// The label of one column.
+class Label {
+public:
+    Label(ColumnIDs::Source kind, int column, int alias, ProjectPtr const &project)
+        : m_kind(kind), m_column(column), m_alias(alias), m_project(project) {}
+
+    std::string operator()(ColumnIDs::Numbers const &numbers) const {
+        if (m_project && HasIdentifiers(m_kind))
+            return IdentifiersOf(m_kind, *m_project).GetText(numbers[m_column], m_alias);
+        return std::to_string(numbers[m_column]);
+    }
+    std::string operator()(ColumnTerms const &terms) const {
+        if (!m_project)
+            return std::to_string(terms[m_column].GetMotherVariable(1));
+        NCVariables const &variables = m_project->GetVariables();
+        return terms[m_column].GetName(variables, m_alias, AliasAccess(variables));
+    }
+    std::string operator()(ColumnIDs::IntegerList const &integers) const { return std::to_string(integers[m_column]); }
+    std::string operator()(NCDataVector<float> const &floats) const { return NumberText(floats[m_column]); }
+    std::string operator()(NCStringVector const &strings) const { return strings[m_column]; }
+
+private:
+    ColumnIDs::Source m_kind;
+    int m_column;
+    int m_alias;
+    ProjectPtr const &m_project;
+};
+
 } // namespace
 
 ColumnIDs::ColumnIDs(ProjectPtr const &project) : m_project(project) {}
 
-ColumnIDs::ColumnIDs(Source kind, Numbers numbers, ProjectPtr const &project, int owner, std::vector<int> aliases)
-    : m_project(project) {
-    Content content;
-    content.kind = kind;
-    content.owner = owner;
-    content.numbers = std::move(numbers);
-    content.aliases = std::move(aliases);
-    SetContent(std::move(content));
-}
+ColumnIDs::ColumnIDs(ProjectPtr const &project, Content content)
+    : m_content(boost::make_shared<Content>(std::move(content))), m_project(project) {}
 
-ColumnIDs::ColumnIDs(IntegerList integers, ProjectPtr const &project, int owner) : m_project(project) {
-    Content content;
-    content.kind = Integers;
-    content.owner = owner;
-    content.integers = std::move(integers);
-    SetContent(std::move(content));
-}
+ColumnIDs::ColumnIDs(Source kind, Numbers numbers, ProjectPtr const &project, int owner, std::vector<int> aliases)
+    : ColumnIDs(project, Content{kind, owner, {}, std::move(aliases), {}, std::move(numbers)}) {}
+
+ColumnIDs::ColumnIDs(IntegerList integers, ProjectPtr const &project, int owner)
+    : ColumnIDs(project, Content{Integers, owner, {}, {}, {}, std::move(integers)}) {}
 
 ColumnIDs::ColumnIDs(NCStringVector strings, std::string title, ProjectPtr const &project, Source kind, int owner)
-    : m_project(project) {
-    Content content;
-    content.kind = kind;
-    content.owner = owner;
-    content.title = std::move(title);
-    content.strings = std::move(strings);
-    SetContent(std::move(content));
-}
+    : ColumnIDs(project, Content{kind, owner, std::move(title), {}, {}, std::move(strings)}) {}
 
 ColumnIDs::ColumnIDs(NCDataVector<float> floats, std::string title, ProjectPtr const &project, Source kind, int owner)
-    : m_project(project) {
-    Content content;
-    content.kind = kind;
-    content.owner = owner;
-    content.title = std::move(title);
-    content.floats = std::move(floats);
-    SetContent(std::move(content));
-}
+    : ColumnIDs(project, Content{kind, owner, std::move(title), {}, {}, std::move(floats)}) {}
 
-ColumnIDs::ColumnIDs(ColumnTerms terms, ProjectPtr const &project, int owner) : m_project(project) {
-    Content content;
-    content.kind = Terms;
-    content.owner = owner;
-    content.terms = std::move(terms);
-    SetContent(std::move(content));
-}
+ColumnIDs::ColumnIDs(ColumnTerms terms, ProjectPtr const &project, int owner)
+    : ColumnIDs(project, Content{Terms, owner, {}, {}, {}, std::move(terms)}) {}
 
 ColumnIDs::Content const &ColumnIDs::Read() const {
     static Content const none;
@@ -206,13 +185,9 @@ ColumnIDs::Content const &ColumnIDs::Read() const {
 }
 
 ColumnIDs::Content &ColumnIDs::Write() {
-    boost::shared_ptr<Content> const own = boost::make_shared<Content>(Read());
-    m_content = own;
-    return *own;
-}
-
-void ColumnIDs::SetContent(Content content) {
-    m_content = boost::make_shared<Content const>(std::move(content));
+    if (m_content.use_count() != 1)
+        m_content = boost::make_shared<Content>(Read());
+    return *m_content;
 }
 
 ColumnIDs::Source ColumnIDs::GetSource() const {
@@ -232,7 +207,7 @@ void ColumnIDs::Clear() {
 }
 
 int ColumnIDs::Size() const {
-    return Read().Visit([](auto const &list) { return SizeOf(list); });
+    return std::visit([](auto const &list) { return list.Size(); }, Read().items);
 }
 
 std::string ColumnIDs::GetName(int column, int row) const {
@@ -240,81 +215,48 @@ std::string ColumnIDs::GetName(int column, int row) const {
         return {};
     Content const &content = Read();
     ProjectPtr const project = GetProject();
-    int const alias = row >= 1 && row <= static_cast<int>(content.aliases.size())
-                          ? content.aliases[static_cast<std::size_t>(row - 1)]
-                          : row;
-    switch (content.kind) {
-    case Terms:
-        if (project)
-            return content.terms[column].GetName(project->GetVariables(), alias, AliasAccess(project->GetVariables()));
-        return std::to_string(content.terms[column].GetMotherVariable(1));
-    case Variables:
-    case Observations: {
-        std::uint32_t const item = content.numbers[column];
-        if (!project)
-            return std::to_string(item);
-        return content.kind == Variables ? project->GetVariables().GetText(item, alias)
-                                         : project->GetObservations().GetText(item, alias);
-    }
-    case Integers:
-        return std::to_string(content.integers[column]);
-    case AlignedPoints:
-    case Floats:
-        return NumberText(content.floats(column, -99.0f));
-    default:
-        return content.strings[column];
-    }
+    return std::visit(Label(content.kind, column, content.Alias(row), project), content.items);
 }
 
 int ColumnIDs::SizeRows() const {
     Content const &content = Read();
-    ProjectPtr const project = GetProject();
     if (!content.aliases.empty())
         return static_cast<int>(content.aliases.size());
-    if (project && (content.kind == Variables || content.kind == Terms))
-        return std::max(1, project->GetVariables().SizeAliases());
-    if (project && content.kind == Observations)
-        return std::max(1, project->GetObservations().SizeAliases());
-    return 1;
+    ProjectPtr const project = GetProject();
+    return project && HasIdentifiers(content.kind) ? std::max(1, IdentifiersOf(content.kind, *project).SizeAliases())
+                                                   : 1;
 }
 
 std::string ColumnIDs::GetRowTitle(int row) const {
     Content const &content = Read();
     ProjectPtr const project = GetProject();
-    int const alias = row >= 1 && row <= static_cast<int>(content.aliases.size())
-                          ? content.aliases[static_cast<std::size_t>(row - 1)]
-                          : row;
-    if (project && (content.kind == Variables || content.kind == Terms))
-        return AliasAccess(project->GetVariables()).GetAliasNameWithDescription(alias);
-    if (project && content.kind == Observations)
-        return AliasAccess(project->GetObservations()).GetAliasNameWithDescription(alias);
-    return content.title;
+    if (!project || !HasIdentifiers(content.kind))
+        return content.title;
+    return AliasAccess(IdentifiersOf(content.kind, *project)).GetAliasNameWithDescription(content.Alias(row));
 }
 
 std::uint32_t ColumnIDs::GetColumnID(int column) const {
     if (column < 1 || column > Size())
         return 0;
-    Content const &content = Read();
-    switch (content.kind) {
-    case Terms:
-        return content.terms[column].GetMotherVariable(1);
-    case Integers:
-        return static_cast<std::uint32_t>(content.integers[column]);
-    case Variables:
-    case Observations:
-        return content.numbers[column];
-    default:
-        return static_cast<std::uint32_t>(column);
-    }
+    return std::visit(
+        [column]<typename List>(List const &list) {
+            if constexpr (std::is_same_v<List, ColumnTerms>)
+                return list[column].GetMotherVariable(1);
+            else if constexpr (std::is_integral_v<ItemOf<List>>)
+                return static_cast<std::uint32_t>(list[column]);
+            else
+                return static_cast<std::uint32_t>(column);
+        },
+        Read().items);
 }
 
 std::unique_ptr<ColumnIDs::Numbers> ColumnIDs::GetColumnIDs() const {
-    Content const &content = Read();
-    if (content.kind == Variables || content.kind == Observations)
-        return std::make_unique<Numbers>(content.numbers);
-    auto numbers = std::make_unique<Numbers>();
-    for (int column = 1; column <= Size(); ++column)
-        numbers->push_back(GetColumnID(column));
+    if (Numbers const *const numbers = std::get_if<Numbers>(&Read().items))
+        return std::make_unique<Numbers>(*numbers);
+    auto numbers = std::make_unique<Numbers>(Size());
+    int column = 0;
+    for (std::uint32_t &number : numbers->MutableValues())
+        number = GetColumnID(++column);
     return numbers;
 }
 
@@ -322,82 +264,52 @@ ColumnTerm ColumnIDs::GetColumnTerm(int column) const {
     Content const &content = Read();
     if (column < 1 || column > Size())
         return ColumnTerm();
-    if (content.kind == Terms)
-        return content.terms[column];
-    return content.kind == Variables ? ColumnTerm(content.numbers[column]) : ColumnTerm();
+    if (ColumnTerms const *const terms = std::get_if<ColumnTerms>(&content.items))
+        return (*terms)[column];
+    return content.kind == Variables ? ColumnTerm(GetColumnID(column)) : ColumnTerm();
 }
 
 std::unique_ptr<ColumnTerms> ColumnIDs::GetColumnTerms() const {
-    Content const &content = Read();
-    if (content.kind == Terms)
-        return std::make_unique<ColumnTerms>(content.terms);
-    auto terms = std::make_unique<ColumnTerms>();
-    for (int column = 1; column <= Size(); ++column)
-        terms->AppendTerm(GetColumnTerm(column));
-    return terms;
+    if (ColumnTerms const *const terms = std::get_if<ColumnTerms>(&Read().items))
+        return std::make_unique<ColumnTerms>(*terms);
+    std::vector<ColumnTerm> terms(static_cast<std::size_t>(Size()));
+    int column = 0;
+    for (ColumnTerm &term : terms)
+        term = GetColumnTerm(++column);
+    return std::make_unique<ColumnTerms>(std::move(terms));
 }
 
 float ColumnIDs::GetFloatValue(int column, int row) const {
-    Content const &content = Read();
     if (column < 1 || column > Size())
-        return -99.0f;
-    switch (content.kind) {
-    case AlignedPoints:
-    case Floats:
-        return content.floats(column, -99.0f);
-    case Integers:
-        return static_cast<float>(content.integers[column]);
-    default: {
-        float value;
-        return VqString::ToFloat(GetName(column, row), value) ? value : -99.0f;
-    }
-    }
+        return missingValue;
+    Content const &content = Read();
+    if (auto const *const floats = std::get_if<NCDataVector<float>>(&content.items))
+        return (*floats)[column];
+    if (auto const *const integers = std::get_if<IntegerList>(&content.items))
+        return static_cast<float>((*integers)[column]);
+    float value;
+    return VqString::ToFloat(GetName(column, row), value) ? value : missingValue;
 }
 
 void ColumnIDs::Remove(Positions const &positions) {
-    std::vector<bool> removed(static_cast<std::size_t>(Size()) + 1);
+    int const size = Size();
+    std::vector<bool> removed(static_cast<std::size_t>(size) + 1);
     for (int const position : positions)
-        if (position >= 1 && position <= Size())
+        if (position >= 1 && position <= size)
             removed[static_cast<std::size_t>(position)] = true;
-    Positions kept;
-    for (int position = 1; position <= Size(); ++position)
-        if (!removed[static_cast<std::size_t>(position)])
-            kept.push_back(position);
-    Reduce(kept);
+    Reduce(PositionsWhere(size, [&](int position) { return !removed[static_cast<std::size_t>(position)]; }));
 }
 
 void ColumnIDs::Reduce(Positions const &positions) {
-    int const size = Size();
-    std::vector<int> kept;
-    kept.reserve(positions.size());
-    std::copy_if(positions.begin(), positions.end(), std::back_inserter(kept),
-                 [size](int position) { return position >= 1 && position <= size; });
     Content const &old = Read();
-    Content content;
-    content.kind = old.kind;
-    content.owner = old.owner;
-    content.title = old.title;
-    content.aliases = old.aliases;
-    content.batches = old.batches;
-    switch (old.kind) {
-    case Terms:
-        content.terms = Picked(old.terms, kept);
-        break;
-    case Integers:
-        content.integers = Picked(old.integers, kept);
-        break;
-    case Strings:
-    case Batches:
-        content.strings = Picked(old.strings, kept);
-        break;
-    case AlignedPoints:
-    case Floats:
-        content.floats = Picked(old.floats, kept);
-        break;
-    default:
-        content.numbers = Picked(old.numbers, kept);
-    }
-    SetContent(std::move(content));
+    int const size = Size();
+    auto const within = [size](int position) { return position >= 1 && position <= size; };
+    Positions kept = positions;
+    if (!std::all_of(positions.begin(), positions.end(), within))
+        kept.Reduce(PositionsWhere(positions.Size(), [&](int at) { return within(positions[at]); }));
+    auto const pick = [&kept](auto const &list) { return Content::Items(Picked(list, kept)); };
+    m_content = boost::make_shared<Content>(
+        Content{old.kind, old.owner, old.title, old.aliases, old.batches, std::visit(pick, old.items)});
 }
 
 void ColumnIDs::SetBatches(BatchInfoVector batches) {
@@ -405,108 +317,106 @@ void ColumnIDs::SetBatches(BatchInfoVector batches) {
 }
 
 void ColumnIDs::MergeBatches(ColumnIDs const &other) {
-    if (!other.GetBatches().Empty() && m_content != other.m_content)
+    if (!other.GetBatches().Empty() && !(GetBatches() == other.GetBatches()))
         Write().batches.Merge(other.GetBatches());
 }
 
-void ColumnIDs::UpdateSelected(ColumnIDs const &ids, std::list<int> const &selected) {
+void ColumnIDs::UpdateSelected(ColumnIDs const &ids, std::list<int> const *selected) {
     ColumnIDs chosen(ids);
-    Positions positions;
-    for (int const position : selected)
-        positions.push_back(position);
-    chosen.Reduce(positions);
-    if (Size() == 0) {
-        *this = chosen;
+    if (selected)
+        chosen.Reduce(Positions(std::vector<int>(selected->begin(), selected->end())));
+    if (Size() == 0 || GetSource() != ids.GetSource()) {
+        m_content = chosen.m_content;
         return;
     }
-    // What `ids` shows and does not mark goes; what it marks and was not here comes.
+    Positions added;
     Positions here;
-    Positions there;
-    InterSection(ids, here, there, 0);
-    Remove(here);
-    if (Size() == 0) {
-        *this = chosen;
+    chosen.Difference(*this, added, here);
+    if (added.Size() == 0)
         return;
-    }
-    Content &content = Write();
-    Content const &added = chosen.Read();
-    for (std::uint32_t const number : added.numbers)
-        content.numbers.push_back(number);
-    for (int const integer : added.integers)
-        content.integers.push_back(integer);
-    for (std::string const &text : added.strings)
-        content.strings.push_back(text);
-    for (float const value : added.floats)
-        content.floats.push_back(value);
-    for (ColumnTerm const &term : added.terms)
-        content.terms.AppendTerm(term);
+    chosen.Reduce(added);
+    std::visit(
+        [&chosen]<typename List>(List &list) {
+            if (List const *const items = std::get_if<List>(&chosen.Read().items))
+                AppendItems(list, *items);
+        },
+        Write().items);
 }
 
 void ColumnIDs::Difference(ColumnIDs const &other, Positions &here, Positions &there) const {
-    auto const missing = [](ColumnIDs const &list, ColumnIDs const &from) {
-        if (list.GetSource() != from.GetSource())
-            return CountedTo(list.Size());
-        return list.Read().Visit([&from]<typename List>(List const &items) {
-            Positions positions;
-            from.Read().Visit([&]<typename Other>(Other const &others) {
-                if constexpr (std::is_same_v<List, Other>) {
-                    PlaceOfItem<ItemOf<List>> const place(others);
-                    int position = 0;
-                    for (auto const &item : items) {
-                        ++position;
-                        if (place(item) == 0)
-                            positions.push_back(position);
-                    }
-                }
-            });
-            return positions;
+    if (m_content == other.m_content) {
+        here.clear();
+        there.clear();
+        return;
+    }
+    Positions onlyHere = CountedTo(Size());
+    Positions onlyThere = CountedTo(other.Size());
+    if (GetSource() == other.GetSource())
+        VisitAlike(Read().items, other.Read().items, [&]<typename List>(List const &mine, List const &others) {
+            auto const lacks = [](List const &list, PlaceOfItem<List> const &place) {
+                auto const items = list.begin();
+                return PositionsWhere(list.Size(), [&](int position) { return place(items[position - 1]) == 0; });
+            };
+            onlyHere = lacks(mine, PlaceOfItem(others));
+            onlyThere = lacks(others, PlaceOfItem(mine));
         });
-    };
-    here = missing(*this, other);
-    there = missing(other, *this);
+    here = std::move(onlyHere);
+    there = std::move(onlyThere);
 }
 
 int ColumnIDs::InterSection(ColumnIDs const &other, Positions &here, Positions &there, int flag) const {
     here.clear();
     there.clear();
-    if (*this == other && Size() > 0) {
-        if (flag == 0) {
-            here = CountedTo(Size());
-            there = here;
-        }
+    if (Size() > 0 && *this == other) {
+        if (flag == 0)
+            here = there = CountedTo(Size());
         return 2;
     }
     if (GetSource() != other.GetSource())
         return 0;
-    Read().Visit([&]<typename List>(List const &items) {
-        other.Read().Visit([&]<typename Other>(Other const &others) {
-            if constexpr (std::is_same_v<List, Other>) {
-                PlaceOfItem<ItemOf<List>> const place(others);
-                int position = 0;
-                for (auto const &item : items) {
-                    ++position;
-                    if (int const match = place(item)) {
-                        here.push_back(position);
-                        there.push_back(match);
-                    }
-                }
-            }
+    VisitAlike(Read().items, other.Read().items, [&]<typename List>(List const &mine, List const &others) {
+        PlaceOfItem<List> const place(others);
+        there = Positions(mine.Size());
+        int *match = there.MutableValues().data();
+        auto const items = mine.begin();
+        here = PositionsWhere(mine.Size(), [&](int position) {
+            *match = place(items[position - 1]);
+            bool const common = *match != 0;
+            match += common ? 1 : 0;
+            return common;
         });
+        there.resize(here.Size());
     });
-    return here.size() == 0 ? 0 : 1;
+    return here.empty() ? 0 : 1;
 }
 
 bool ColumnIDs::operator==(ColumnIDs const &other) const {
-    if (m_content == other.m_content)
-        return true;
-    if (GetSource() != other.GetSource() || Size() != other.Size())
-        return false;
-    return Read().Visit([&other]<typename List>(List const &items) {
-        return other.Read().Visit([&items]<typename Other>(Other const &others) {
-            if constexpr (std::is_same_v<List, Other>)
-                return SameItems(items, others);
-            else
-                return false;
-        });
-    });
+    return m_content == other.m_content || (Read().kind == other.Read().kind && Read().items == other.Read().items);
+}
+
+std::ostream &operator<<(std::ostream &stream, ColumnIDs const &columns) {
+    ColumnIDs::Content const &content = columns.Read();
+    Header().Write(stream);
+    FieldWriter write(stream);
+    write(content.kind, content.owner, content.title, content.aliases, content.batches, content.items.index());
+    std::visit(write, content.items);
+    return stream;
+}
+
+std::istream &operator>>(std::istream &stream, ColumnIDs &columns) {
+    Header().Check(stream);
+    FieldReader read(stream);
+    ColumnIDs::Content content;
+    std::vector<BatchInfo> batches;
+    std::size_t index = 0;
+    read(content.kind, content.owner, content.title, content.aliases, batches, index);
+    content.batches = BatchInfoVector(std::move(batches));
+    ColumnIDs::Content::Items const forms[] = {ColumnIDs::Numbers(), ColumnIDs::IntegerList(), NCStringVector(),
+                                               NCDataVector<float>(), ColumnTerms()};
+    static_assert(std::size(forms) == std::variant_size_v<ColumnIDs::Content::Items>);
+    FieldReader::Require(index < std::size(forms) && Fits(content.kind, forms[index]));
+    content.items = forms[index];
+    std::visit(read, content.items);
+    columns.m_content = boost::make_shared<ColumnIDs::Content>(std::move(content));
+    return stream;
 }

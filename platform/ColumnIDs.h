@@ -39,7 +39,7 @@ public:
     // No columns.
     explicit ColumnIDs(ProjectPtr const &project);
     // Variables or observations by number. `owner` is the model or data set that they come from, 0 for none; `aliases`
-    // the identifier columns that label them, the preferred one first (empty: the project's preferred one).
+    // the identifier columns that label them, the preferred one first (empty: all of the project, the primary first).
     ColumnIDs(Source kind, Numbers numbers, ProjectPtr const &project, int owner, std::vector<int> aliases = {});
     ColumnIDs(IntegerList integers, ProjectPtr const &project, int owner);
     // `title` names what the columns are.
@@ -82,9 +82,9 @@ public:
     // Appends the batches that the other knows and this one doesn't.
     void MergeBatches(ColumnIDs const &other);
 
-    // Marks the listed positions of `ids` here as well: adds those columns that are missing, and takes out all other
-    // columns of `ids`.
-    void UpdateSelected(ColumnIDs const &ids, std::list<int> const &selected);
+    // Adds the columns of `ids`, or those at the listed 1-based positions of it, that are missing here. Columns of
+    // another kind take the place of all that were here, since one object holds one kind.
+    void UpdateSelected(ColumnIDs const &ids, std::list<int> const *selected = nullptr);
 
     // Positions, here and there, of the columns that the other list lacks, and of those that are only there.
     void Difference(ColumnIDs const &other, Positions &here, Positions &there) const;
@@ -92,18 +92,23 @@ public:
     // 0 when nothing is common (also for different kinds), 2 when the columns are the same in the same order, else 1.
     // `here` and `there` get the matching positions, in the order of this list. Linear in the columns. Where a flag of
     // 1 is given the positions are left out when the columns are the same.
-    int InterSection(ColumnIDs const &other, Positions &here, Positions &there, int flag) const;
+    int InterSection(ColumnIDs const &other, Positions &here, Positions &there, int flag = 0) const;
 
     // The same kind of columns, the same items in the same order.
     bool operator==(ColumnIDs const &other) const;
 
+    // Binary form, without the project: the reader sets it. Reading throws VqStreamError when the stream is damaged,
+    // and then leaves the columns as they were.
+    friend DATASERIES_API std::ostream &operator<<(std::ostream &stream, ColumnIDs const &columns);
+    friend DATASERIES_API std::istream &operator>>(std::istream &stream, ColumnIDs &columns);
+
 private:
     struct Content;
 
+    ColumnIDs(ProjectPtr const &project, Content content);
     Content const &Read() const;
     Content &Write();
-    void SetContent(Content content);
 
-    boost::shared_ptr<Content const> m_content;
+    boost::shared_ptr<Content> m_content; // null stands for none
     boost::weak_ptr<NCProject const> m_project;
 };

@@ -7,6 +7,7 @@
 #include <functional>
 #include <istream>
 #include <ostream>
+#include <unordered_set>
 
 ColumnTerm::ColumnTerm(std::uint32_t mother, int lag) : m_factors{{mother, lag, 0}} {}
 
@@ -68,6 +69,8 @@ std::istream &operator>>(std::istream &stream, ColumnTerm &term) {
     stream >> size;
     for (ColumnTerm::FactorOfTerm factor; size > 0 && stream >> factor.mother >> factor.lag >> factor.setting; --size)
         term.m_factors.push_back(factor);
+    if (!stream)
+        term.Clear();
     return stream;
 }
 
@@ -84,10 +87,10 @@ int ColumnTerms::FindFirst(unsigned variable) const {
 
 std::vector<std::uint32_t> ColumnTerms::GetLaggedColumnTermMothers() const {
     std::vector<std::uint32_t> mothers;
+    std::unordered_set<std::uint32_t> known;
     for (ColumnTerm const &term : m_terms)
         for (int position = 1; position <= term.Size(); ++position)
-            if (term.GetLag(position) != 0 &&
-                std::find(mothers.begin(), mothers.end(), term.GetMotherVariable(position)) == mothers.end())
+            if (term.GetLag(position) != 0 && known.insert(term.GetMotherVariable(position)).second)
                 mothers.push_back(term.GetMotherVariable(position));
     return mothers;
 }

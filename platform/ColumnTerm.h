@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SharedStorage.h"
 #include "platform/export.h"
 #include "platform/forward.h"
 
@@ -43,7 +44,8 @@ public:
 
     std::size_t Hash() const;
 
-    // Text form "mother lag setting ..." with the count of factors in front.
+    // Text form "mother lag setting ..." with the count of factors in front. Text that is no term gives the term
+    // without factors and sets the stream's failbit.
     friend DATASERIES_API std::ostream &operator<<(std::ostream &, ColumnTerm const &);
     friend DATASERIES_API std::istream &operator>>(std::istream &, ColumnTerm &);
 
@@ -69,8 +71,11 @@ public:
     bool operator==(ColumnTerms const &) const = default;
 
     int Size() const { return static_cast<int>(m_terms.size()); }
-    ColumnTerm const &operator[](int position) const { return m_terms.at(static_cast<std::size_t>(position - 1)); }
-    void AppendTerm(ColumnTerm const &term) { m_terms.push_back(term); }
+    // A position outside the list is misuse (NCInternalError).
+    ColumnTerm const &operator[](int position) const {
+        return m_terms[CheckedOffset("ColumnTerms", position, m_terms.size())];
+    }
+    void AppendTerm(ColumnTerm term) { m_terms.push_back(std::move(term)); }
 
     // The 1-based position of the term; -1 when it is absent.
     int Find(ColumnTerm const &term) const;

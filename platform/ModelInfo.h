@@ -3,6 +3,7 @@
 #include "platform/ModelTypeE.h"
 #include "platform/forward.h"
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ public:
     bool isBatchLevel = false; // one row for each batch
     std::vector<std::string> classOrPhaseNames;
     std::vector<int> dataSets; // the data sets that the rows come from
+    int phaseGroup = 0;        // models made together, one for each phase, share this number; 0 for others
 
     int SizeComponents() const { return predictiveComponents + xSideOrthogonalComponents + ySideOrthogonalComponents; }
     int SizePredictiveComponents() const { return predictiveComponents; }
@@ -37,4 +39,10 @@ public:
     // The class or phase at a 1-based position, empty outside.
     std::string GetClassPhaseName(int position) const;
     bool IsBatchLevelModel(ProjectPtr const &project) const;
+
+    bool operator==(ModelInfo const &) const = default;
 };
+
+// Binary form. Reading throws VqStreamError when the stream is damaged, and then leaves the info as it was.
+DATASERIES_API std::ostream &operator<<(std::ostream &stream, ModelInfo const &info);
+DATASERIES_API std::istream &operator>>(std::istream &stream, ModelInfo &info);

@@ -39,6 +39,9 @@ public:
     std::uint32_t observations = 0;
     std::uint32_t variables = 0;
     std::vector<std::string> phases;
+    int oscComponents = 0;         // of the orthogonal signal correction that made it
+    int sourceDataSet = 0;         // of a batch-level set: the observations behind its batches
+    std::vector<int> sourceModels; // of a batch-level set: the models whose results it holds, one for each phase
 
     std::vector<std::string> const &GetPhaseInfoVector() const { return phases; }
 };

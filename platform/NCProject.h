@@ -77,6 +77,10 @@ public:
     // A section of the project's settings by name, made when it is not there. Changes are kept when the section goes.
     virtual std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name);
 
+    // Between the two, models and data sets that have been read stay in memory. Calls nest.
+    virtual void LockMemory() const {}
+    virtual void UnlockMemory() const {}
+
     virtual bool IsBatchProject() const { return false; }
     virtual bool KeepsBatchMode() const { return false; }
 };

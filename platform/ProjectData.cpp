@@ -2,8 +2,40 @@
 
 #include "platform/Exception.h"
 #include "platform/Missing.h"
+#include "platform/VStreamableData.h"
+#include "platform/streaming_internal.h"
 
 #include <boost/format.hpp>
+
+namespace {
+
+VStreamableData Header() {
+    return {1, "ProjectData"};
+}
+
+NCDataMatrix<float> PickedColumns(NCDataMatrix<float> const &matrix, ColumnIDs::Positions const &positions) {
+    NCDataMatrix<float> picked(matrix.Rows(), positions.Size());
+    for (int row = 1; row <= matrix.Rows(); ++row) {
+        float const *const from = matrix.Row(row).data();
+        std::ranges::transform(positions, picked.MutableRow(row).begin(), [from](int at) { return from[at - 1]; });
+    }
+    return picked;
+}
+
+// Of a list that tells something of each column, or is shorter.
+template <typename Item>
+std::vector<Item> Picked(std::vector<Item> const &list, ColumnIDs::Positions const &positions) {
+    std::vector<Item> picked;
+    if (list.empty())
+        return picked;
+    picked.reserve(positions.size());
+    for (int const position : positions)
+        picked.push_back(position <= static_cast<int>(list.size()) ? list[static_cast<std::size_t>(position - 1)]
+                                                                   : Item());
+    return picked;
+}
+
+} // namespace
 
 ProjectData::ProjectData(RowIDs rows, ColumnIDs columns, NCDataMatrix<float> matrix)
     : m_rows(std::move(rows)), m_columns(std::move(columns)), m_matrix(std::move(matrix)) {
@@ -22,20 +54,9 @@ void ProjectData::Reserve(int rows) {
 }
 
 void ProjectData::KeepColumns(ColumnIDs::Positions const &positions) {
-    NCDataMatrix<float> kept(m_matrix.Rows(), positions.Size());
-    for (int row = 1; row <= m_matrix.Rows(); ++row) {
-        std::span<float const> const from = m_matrix.Row(row);
-        auto to = kept.MutableRow(row).begin();
-        for (int const position : positions)
-            *to++ = from[static_cast<std::size_t>(position - 1)];
-    }
-    m_matrix = std::move(kept);
-    if (!m_classes.empty()) {
-        std::vector<int> classes;
-        for (int const position : positions)
-            classes.push_back(GetColumnClass(position));
-        m_classes = std::move(classes);
-    }
+    m_matrix = PickedColumns(m_matrix, positions);
+    m_classes = Picked(m_classes, positions);
+    m_groups = Picked(m_groups, positions);
     m_columns.Reduce(positions);
 }
 
@@ -48,15 +69,14 @@ bool ProjectData::InterSection(ProjectData const &other) {
     case 2:
         m_matrix.AppendRows(other.m_matrix);
         break;
-    default: {
+    default:
         if (here.Size() < Columns())
             KeepColumns(here);
-        ProjectData common(other);
-        common.KeepColumns(there);
-        m_matrix.AppendRows(common.m_matrix);
-    }
+        m_matrix.AppendRows(PickedColumns(other.m_matrix, there));
     }
     m_columns.MergeBatches(other.m_columns);
+    for (auto const &[row, format] : std::map<int, std::string>(other.m_formats))
+        m_formats[Rows() + row] = format;
     m_rows.Append(other.m_rows);
     return true;
 }
@@ -90,12 +110,38 @@ void ProjectData::AdjustRows(std::vector<float> const &multipliers, std::vector<
     }
 }
 
-void ProjectData::AppendNumRow(NCDataVector<float> const &values, std::string const &name) {
+void ProjectData::AppendNumRow(NCDataVector<float> const &values, std::string const &format) {
     m_matrix.AppendRow(values.Values());
-    m_rows.Append(RowIDs(name, GetProject()));
+    m_rows.Append(RowIDs("Num", GetProject()));
+    m_formats[Rows()] = format;
+}
+
+std::string ProjectData::GetRowFormat(int row) const {
+    auto const found = m_formats.find(row);
+    return found == m_formats.end() ? std::string() : found->second;
 }
 
 void ProjectData::AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::set<int>> const &groups) {
     m_original = ids;
     m_groups = groups;
+}
+
+std::ostream &operator<<(std::ostream &stream, ProjectData const &data) {
+    Header().Write(stream);
+    stream << data.m_rows << data.m_columns << data.m_original;
+    FieldWriter{stream}(data.m_matrix, data.m_classes, data.m_formats, data.m_groups);
+    return stream;
+}
+
+std::istream &operator>>(std::istream &stream, ProjectData &data) {
+    Header().Check(stream);
+    ProjectData whole(RowIDs(), ColumnIDs(data.GetProject()), NCDataMatrix<float>());
+    whole.m_rows.SetProject(data.GetProject());
+    whole.m_original.SetProject(data.GetProject());
+    stream >> whole.m_rows >> whole.m_columns >> whole.m_original;
+    FieldReader{stream}(whole.m_matrix, whole.m_classes, whole.m_formats, whole.m_groups);
+    FieldReader::Require(whole.Rows() == whole.m_matrix.Rows() &&
+                         (whole.Rows() == 0 || whole.Columns() == whole.m_matrix.Columns()));
+    data = std::move(whole);
+    return stream;
 }

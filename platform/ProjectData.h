@@ -4,6 +4,8 @@
 #include "platform/NCDataMatrix.h"
 #include "platform/RowIDs.h"
 
+#include <iosfwd>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -50,14 +52,22 @@ public:
     // label of a row whose numbers changed tells factor and offset.
     void AdjustRows(std::vector<float> const &multipliers, std::vector<float> const &offsets, bool label);
 
-    // Appends a row of one value for each column.
-    void AppendNumRow(NCDataVector<float> const &values, std::string const &name);
+    // Appends a row "Num" of one value for each column: numbers that no project holds. `format` is how they are to be
+    // shown, in the manner of printf ("%.3g").
+    void AppendNumRow(NCDataVector<float> const &values, std::string const &format);
+    // The format of such a row, empty for any other.
+    std::string GetRowFormat(int row) const;
 
     // Where each column stands for several of an earlier table (a bin of a histogram): that table's columns, and for
     // each column here the 1-based positions there.
     void AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::set<int>> const &groups);
     ColumnIDs const &GetOriginalColumnIDs() const { return m_original; }
     std::vector<std::set<int>> const &GetOriginalGroups() const { return m_groups; }
+
+    // Binary form, without the project. Reading throws VqStreamError when the stream is damaged, and then leaves the
+    // table as it was.
+    friend DATASERIES_API std::ostream &operator<<(std::ostream &stream, ProjectData const &data);
+    friend DATASERIES_API std::istream &operator>>(std::istream &stream, ProjectData &data);
 
 private:
     void KeepColumns(ColumnIDs::Positions const &positions);
@@ -66,6 +76,7 @@ private:
     ColumnIDs m_columns;
     NCDataMatrix<float> m_matrix;
     std::vector<int> m_classes;
+    std::map<int, std::string> m_formats; // of rows of numbers, by row
     ColumnIDs m_original;
     std::vector<std::set<int>> m_groups;
 };

@@ -19,11 +19,11 @@ bool ComesBefore(VariableInfo const &info, std::uint32_t item) {
 } // namespace
 
 std::string VarObsInfo::GetBatchName(VarObs const &list) const {
-    return list.GetText(m_id, list.GetBatchID(AliasAccess(list)));
+    return list.GetText(m_id, list.GetBatchID());
 }
 
 std::string VarObsInfo::GetPhaseName(VarObs const &list) const {
-    return list.GetText(m_id, list.GetPhaseID(AliasAccess(list)));
+    return list.GetText(m_id, list.GetPhaseID());
 }
 
 std::string VariableInfo::GetSourceName(NCVariables const &variables, AliasAccess const &aliases) const {
@@ -62,11 +62,17 @@ int VarObs::FindRole(AliasAccess const &aliases, Role role) const {
     return 0;
 }
 
+int VarObs::FindRole(Role role) const {
+    auto const found =
+        std::find_if(m_aliases.begin(), m_aliases.end(), [role](Alias const &a) { return a.role == role; });
+    return found == m_aliases.end() ? 0 : static_cast<int>(found - m_aliases.begin()) + 1;
+}
+
 ObservationInfo NCObservations::operator[](std::uint32_t item) const {
     return ObservationInfo(item <= Size() ? item : 0);
 }
 
-ObservationInfos NCObservations::GetInfoVector(std::vector<std::uint32_t> const &items) const {
+ObservationInfos NCObservations::GetInfoVector(std::span<std::uint32_t const> items) const {
     ObservationInfos infos;
     infos.reserve(items.size());
     for (std::uint32_t const item : items)

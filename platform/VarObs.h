@@ -4,6 +4,7 @@
 #include "platform/forward.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ public:
 
     // The number of the item in the project, from 1; 0 for no item.
     std::uint32_t GetUniqueID() const { return m_id; }
+    // The number by which an item is told in a row of numbers, whatever the alias: floats hold it exactly up to 2^24.
     std::uint32_t GetUserFloatID(int) const { return m_id; }
 
     // The batch and the phase of the item; empty where the list has no such identifier.
@@ -84,6 +86,9 @@ public:
     // The number of the alias with that role; 0 when there is none. The aliases limit which are looked at.
     int GetBatchID(AliasAccess const &aliases) const { return FindRole(aliases, Role::Batch); }
     int GetPhaseID(AliasAccess const &aliases) const { return FindRole(aliases, Role::Phase); }
+    // Among all aliases.
+    int GetBatchID() const { return FindRole(Role::Batch); }
+    int GetPhaseID() const { return FindRole(Role::Phase); }
 
     // Appends an alias and decides whether it is numeral.
     void AddAlias(Alias alias);
@@ -92,6 +97,8 @@ protected:
     int FindRole(AliasAccess const &aliases, Role role) const;
 
 private:
+    int FindRole(Role role) const;
+
     std::vector<Alias> m_aliases;
 };
 
@@ -99,7 +106,7 @@ class DATASERIES_API NCObservations : public VarObs {
 public:
     // No item (number 0) for a number outside the list.
     ObservationInfo operator[](std::uint32_t item) const;
-    ObservationInfos GetInfoVector(std::vector<std::uint32_t> const &items) const;
+    ObservationInfos GetInfoVector(std::span<std::uint32_t const> items) const;
 };
 
 class DATASERIES_API NCVariables : public VarObs {
@@ -110,7 +117,8 @@ public:
     // Replaces what is known of the variable with this number beside its identifiers.
     void SetInfo(VariableInfo const &info);
 
-    // The variable that holds the time of an observation unless another is chosen; null when there is none.
+    // The variable that holds the time of an observation unless another is chosen; null when there is none. Its info
+    // must be set first.
     VariableInfo const *GetDefaultTimeVariable() const;
     void SetDefaultTimeVariable(std::uint32_t item) { m_timeVariable = item; }
 

@@ -31,6 +31,7 @@ class ProjectData;
 class RowIDs;
 class StatisticSource;
 class VarObs;
+class VarObsInfo;
 class VariableInfo;
 
 // A project asked about is shared and constant; a finished table belongs to whoever gets it, and is null when there is
