@@ -1,10 +1,11 @@
 #include "engine/models/Workset.h"
 
+#include "engine/models/Parallel.h"
 #include "platform/Exception.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
-
 
 namespace engine {
 namespace {
@@ -72,28 +73,35 @@ Vector Observed(Eigen::Ref<Vector const> const &values, Index count) {
     return observed;
 }
 
-// Works on some columns at a time, so that whole cache lines of the result's rows are written. `scaleOf` gets a term's
-// number, its transformed column and the count of observed cells there, and answers how to scale it.
+// `scaleOf` gets a term's number, its transformed column and the count of observed cells there, and answers how to
+// scale it; it is called from several threads.
 template <typename ScaleOf>
 Block Assemble(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows,
                ScaleOf scaleOf) {
+    // Columns at a time, so that whole cache lines of the result's rows are written.
     constexpr Index group = 16;
     auto const n = static_cast<Index>(rows.size());
     auto const size = static_cast<Index>(terms.size());
     RowMatrix values(n, size);
-    Matrix columns(n, std::min(group, size));
-    bool complete = true;
-    for (Index first = 0; first < size; first += group) {
-        auto const count = std::min(group, size - first);
-        for (Index k = 0; k < count; ++k) {
-            auto column = columns.col(k);
-            auto const observed = TransformColumn(terms[first + k], source, rows, column.data());
-            complete = complete && observed == n;
-            TermScale const scale = scaleOf(first + k, column, observed);
-            column = (column.array() - scale.offset) * scale.weight;
+    std::atomic<bool> complete = true;
+    auto const groups = (size + group - 1) / group;
+    auto const parts = std::min<Index>(groups, n * size < 500'000 ? 1 : 4);
+    InParallel(parts, [&](Index part) {
+        Matrix columns(n, std::min(group, size));
+        auto const end = std::min(size, groups * (part + 1) / parts * group);
+        for (auto first = groups * part / parts * group; first < end; first += group) {
+            auto const count = std::min(group, end - first);
+            for (Index k = 0; k < count; ++k) {
+                auto column = columns.col(k);
+                auto const observed = TransformColumn(terms[first + k], source, rows, column.data());
+                if (observed < n)
+                    complete = false;
+                TermScale const scale = scaleOf(first + k, column, observed);
+                column = (column.array() - scale.offset) * scale.weight;
+            }
+            values.middleCols(first, count) = columns.leftCols(count);
         }
-        values.middleCols(first, count) = columns.leftCols(count);
-    }
+    });
     return Block(std::move(values), complete);
 }
 
