@@ -25,10 +25,11 @@ public:
 // A data set of the file. Columns are read when they are first asked for.
 class DataSet final : public NCDataSet, public SourceColumns {
 public:
-    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items);
+    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project);
 
     DataSetRecord const &Record() const { return m_record; }
 
+    ProjectPtr GetProject() const override { return m_project.lock(); }
     int GetNumber() const override { return m_record.number; }
     std::string GetName() const override { return m_record.name; }
     ObservationInfos const &GetObservations() const override { return m_observations; }
@@ -49,6 +50,7 @@ private:
     ProjectFile const &m_file;
     DataSetRecord m_record;
     ItemLists const &m_items;
+    boost::weak_ptr<NCProject const> m_project;
     ObservationInfos m_observations;
     std::vector<std::uint32_t> const &m_variables;
     std::unordered_map<std::uint32_t, int> m_columns;
