@@ -4,6 +4,7 @@
 #include "platform/NCProject.h"
 
 #include <algorithm>
+#include <sstream>
 #include <unordered_set>
 
 namespace ProjectUtilities {
@@ -90,6 +91,25 @@ bool HasNonWSPredictions(NCProject const &project, int model) {
     ObservationInfos const &rows = predictions->GetObservations();
     return std::any_of(rows.begin(), rows.end(),
                        [&own](ObservationInfo const &row) { return !own.contains(row.GetUniqueID()); });
+}
+
+std::string AddContributionBatchPoints(BatchPoints const &reference, BatchPoints const &compared) {
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    auto const write = [&text](BatchPoints const &points) {
+        char const *separator = points.size() > 1 ? "{" : "";
+        for (auto const &[batch, maturity] : points) {
+            text << separator << (batch.empty() ? "Average" : batch) << " at " << maturity;
+            separator = ", ";
+        }
+        text << (points.empty() ? "Average" : points.size() > 1 ? "}" : "");
+    };
+    text << '(';
+    write(compared);
+    text << " - ";
+    write(reference);
+    text << ')';
+    return text.str();
 }
 
 bool IsSpecialULVariable(VariableInfo const *variable) {

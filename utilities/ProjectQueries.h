@@ -26,6 +26,9 @@ DATASERIES_API bool IsWCSModel(NCProject const &project, int model);
 // A predicted observation is none of the model's own.
 DATASERIES_API bool HasNonWSPredictions(NCProject const &project, int model);
 
+// The points of an aligned contribution as text: what was compared, then what with ("Average" for nothing).
+DATASERIES_API std::string AddContributionBatchPoints(BatchPoints const &reference, BatchPoints const &compared);
+
 // A variable that is no measurement: time, maturity, batch and their kin.
 DATASERIES_API bool IsSpecialULVariable(VariableInfo const *variable);
 // A result of another model.
