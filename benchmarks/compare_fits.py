@@ -19,7 +19,7 @@ try:
     from sklearn.cross_decomposition import PLSRegression
     from sklearn.decomposition import PCA
 except ImportError:
-    sys.exit("This comparison needs scikit-learn: sudo apt-get install python3-sklearn, then run it by /usr/bin/python3")
+    sys.exit("This comparison needs scikit-learn: sudo apt-get install python3-sklearn for /usr/bin/python3")
 
 ROWS, COLUMNS, COMPONENTS, TURNS, REPEATS = 2000, 1000, 5, 5, 3
 
