@@ -93,6 +93,7 @@ std::optional<int> DataSet::ColumnOf(std::uint32_t variable) const {
 }
 
 std::span<float const> DataSet::Values(int column) const {
+    std::lock_guard const reading(m_reading);
     auto const [at, isNew] = m_values.try_emplace(column);
     if (isNew)
         at->second = m_file.Column(m_record.number, column + 1);

@@ -5,6 +5,7 @@
 #include "platform/NCDataSet.h"
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <unordered_map>
 
@@ -39,7 +40,7 @@ public:
     AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
     AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
 
-    // By column of the data set, from 0.
+    // By column of the data set, from 0. Several threads may ask at once.
     std::span<float const> Values(int column) const override;
     std::string Name(int column) const override;
 
@@ -52,8 +53,9 @@ private:
     ItemLists const &m_items;
     boost::weak_ptr<NCProject const> m_project;
     ObservationInfos m_observations;
-    std::vector<std::uint32_t> const &m_variables;
+    std::vector<std::uint32_t> m_variables;
     std::unordered_map<std::uint32_t, int> m_columns;
+    mutable std::mutex m_reading;
     mutable std::unordered_map<int, std::vector<float>> m_values;
 };
 
