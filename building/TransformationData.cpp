@@ -88,8 +88,8 @@ Value FromDisplayText(SettingText<Value> const (&texts)[size], std::string const
 bool TransformationData::operator==(TransformationData const &other) const {
     if (m_type != other.m_type)
         return false;
-    bool const sameLags = m_lagsInitialised == other.m_lagsInitialised && m_numLags == other.m_numLags &&
-                          m_maxLags == other.m_maxLags;
+    bool const sameLags =
+        m_lagsInitialised == other.m_lagsInitialised && m_numLags == other.m_numLags && m_maxLags == other.m_maxLags;
     switch (m_type) {
     case AutoCorrelation:
         return sameLags;
@@ -161,11 +161,15 @@ TransformationData::TransformationType TransformationData::GetTransformationType
 std::string TransformationData::GetLocalizedTransformationType(TransformationType type) {
     return DisplayText(transformationTexts, type);
 }
-char const *TransformationData::ToDetrendConfigString(FFT::DetrendMode mode) { return ConfigText(detrendTexts, mode); }
+char const *TransformationData::ToDetrendConfigString(FFT::DetrendMode mode) {
+    return ConfigText(detrendTexts, mode);
+}
 FFT::DetrendMode TransformationData::FromConfigToDetrendMode(char const *text) {
     return FromConfigText(detrendTexts, text, 0);
 }
-std::string TransformationData::ToDetrendGuiString(FFT::DetrendMode mode) { return DisplayText(detrendTexts, mode); }
+std::string TransformationData::ToDetrendGuiString(FFT::DetrendMode mode) {
+    return DisplayText(detrendTexts, mode);
+}
 FFT::DetrendMode TransformationData::FromGuiToDetrendMode(std::string const &text) {
     return FromDisplayText(detrendTexts, text);
 }
@@ -176,11 +180,15 @@ std::string TransformationData::ToScalingConfigString(FFT::ScalingMode mode) {
 FFT::ScalingMode TransformationData::FromConfigToScalingMode(char const *text) {
     return FromConfigText(scalingTexts, text, 1);
 }
-std::string TransformationData::ToScalingGuiString(FFT::ScalingMode mode) { return DisplayText(scalingTexts, mode); }
+std::string TransformationData::ToScalingGuiString(FFT::ScalingMode mode) {
+    return DisplayText(scalingTexts, mode);
+}
 FFT::ScalingMode TransformationData::FromGuiToScalingMode(std::string const &text) {
     return FromDisplayText(scalingTexts, text);
 }
-char const *TransformationData::ToDataWindowString(FFT::DataWindowMode mode) { return ConfigText(windowTexts, mode); }
+char const *TransformationData::ToDataWindowString(FFT::DataWindowMode mode) {
+    return ConfigText(windowTexts, mode);
+}
 FFT::DataWindowMode TransformationData::ToDataWindowMode(char const *text) {
     return FromConfigText(windowTexts, text, 2);
 }

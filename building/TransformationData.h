@@ -91,18 +91,18 @@ public:
 
     // Texts of the settings: those of saved plots, and those for the user. What an unknown value or text gives differs
     // from table to table, and is noted; a null text stands for an unknown value.
-    static TransformationType GetTransformationType(char const *text);                   // 0
-    static std::string GetLocalizedTransformationType(TransformationType type);          // empty
-    static char const *ToDetrendConfigString(FFT::DetrendMode mode);                     // null
-    static FFT::DetrendMode FromConfigToDetrendMode(char const *text);                   // None
-    static std::string ToDetrendGuiString(FFT::DetrendMode mode);                        // empty
-    static FFT::DetrendMode FromGuiToDetrendMode(std::string const &text);               // None
-    static std::string ToScalingConfigString(FFT::ScalingMode mode);                     // empty
-    static FFT::ScalingMode FromConfigToScalingMode(char const *text);                   // Peaks
-    static std::string ToScalingGuiString(FFT::ScalingMode mode);                        // empty
-    static FFT::ScalingMode FromGuiToScalingMode(std::string const &text);               // Unbiased
-    static char const *ToDataWindowString(FFT::DataWindowMode mode);                     // null
-    static FFT::DataWindowMode ToDataWindowMode(char const *text);                       // Welch
+    static TransformationType GetTransformationType(char const *text);          // 0
+    static std::string GetLocalizedTransformationType(TransformationType type); // empty
+    static char const *ToDetrendConfigString(FFT::DetrendMode mode);            // null
+    static FFT::DetrendMode FromConfigToDetrendMode(char const *text);          // None
+    static std::string ToDetrendGuiString(FFT::DetrendMode mode);               // empty
+    static FFT::DetrendMode FromGuiToDetrendMode(std::string const &text);      // None
+    static std::string ToScalingConfigString(FFT::ScalingMode mode);            // empty
+    static FFT::ScalingMode FromConfigToScalingMode(char const *text);          // Peaks
+    static std::string ToScalingGuiString(FFT::ScalingMode mode);               // empty
+    static FFT::ScalingMode FromGuiToScalingMode(std::string const &text);      // Unbiased
+    static char const *ToDataWindowString(FFT::DataWindowMode mode);            // null
+    static FFT::DataWindowMode ToDataWindowMode(char const *text);              // Welch
 
 private:
     static char const *GetTransformationType(TransformationType type);

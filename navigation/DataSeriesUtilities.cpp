@@ -8,8 +8,8 @@
 namespace DataSeriesUtilities {
 
 bool IsTimeVector(ProjectVector const *vector) {
-    return vector && (std::strcmp(vector->GetName(), "Date/Time") == 0 ||
-                      std::strcmp(vector->GetName(), "Date/Time-PS") == 0);
+    return vector &&
+           (std::strcmp(vector->GetName(), "Date/Time") == 0 || std::strcmp(vector->GetName(), "Date/Time-PS") == 0);
 }
 
 ArgumentType GetProjectDataArgumentType(ProjectVectorData const &data) {

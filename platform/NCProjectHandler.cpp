@@ -25,7 +25,19 @@ NCProjectHandler::~NCProjectHandler() {
         instance = nullptr;
 }
 
-NCGeneralOptions const &NCProjectHandler::GetGeneralOptions() const {
+namespace {
+
+NCGeneralOptions const &DefaultOptions() {
     static NCGeneralOptions const defaults;
     return defaults;
+}
+
+} // namespace
+
+NCGeneralOptions const &NCProjectHandler::GetGeneralOptions() const {
+    return DefaultOptions();
+}
+
+NCGeneralOptions const &NCProjectHandler::CurrentGeneralOptions() {
+    return instance ? instance->GetGeneralOptions() : DefaultOptions();
 }

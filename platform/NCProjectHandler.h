@@ -26,6 +26,8 @@ public:
     virtual ~NCProjectHandler();
 
     virtual NCGeneralOptions const &GetGeneralOptions() const;
+    // Those of the application, or the defaults while there is none.
+    static NCGeneralOptions const &CurrentGeneralOptions();
     // The open project with this number, empty when there is none.
     virtual boost::shared_ptr<NCProject> NCGetProject(int id) const = 0;
 };

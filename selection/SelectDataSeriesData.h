@@ -67,8 +67,7 @@ public:
     // On the active project. Exception when there is no application object.
     SelectDataSeriesData();
     SelectDataSeriesData(boost::shared_ptr<NCProject> const &project, Mode mode,
-                         ProjectVector::VectorTypeEnum vectorType, int maxSeries,
-                         ProjectVector::ObsOrPredType obsPred);
+                         ProjectVector::VectorTypeEnum vectorType, int maxSeries, ProjectVector::ObsOrPredType obsPred);
     SelectDataSeriesData(SelectDataSeriesData const &other);
     // Listeners stay, and the object's own defaults take the other's content.
     SelectDataSeriesData &operator=(SelectDataSeriesData const &other);

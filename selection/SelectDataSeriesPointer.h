@@ -4,8 +4,8 @@
 
 class SelectDataSeriesData;
 
-// A pointer to a selection that turns null when the selection dies. Keep copies short-lived: they are not registered and
-// don't turn null.
+// A pointer to a selection that turns null when the selection dies. Keep copies short-lived: they are not registered
+// and don't turn null.
 class DATASERIES_API SelectDataSeriesPointer : public SelectDataSeriesListener {
 public:
     SelectDataSeriesPointer() = default;

@@ -13,9 +13,13 @@ SelectDataSeriesSubject::SelectDataSeriesSubject() : m_signals(std::make_unique<
 
 SelectDataSeriesSubject::SelectDataSeriesSubject(SelectDataSeriesSubject const &) : SelectDataSeriesSubject() {}
 
-SelectDataSeriesSubject &SelectDataSeriesSubject::operator=(SelectDataSeriesSubject const &) { return *this; }
+SelectDataSeriesSubject &SelectDataSeriesSubject::operator=(SelectDataSeriesSubject const &) {
+    return *this;
+}
 
-SelectDataSeriesSubject::~SelectDataSeriesSubject() { DisconnectListeners(); }
+SelectDataSeriesSubject::~SelectDataSeriesSubject() {
+    DisconnectListeners();
+}
 
 void SelectDataSeriesSubject::AddListener(SelectDataSeriesListener *listener) {
     if (std::find(m_listeners.begin(), m_listeners.end(), listener) == m_listeners.end())
@@ -69,8 +73,7 @@ void SelectDataSeriesSubject::DisconnectListeners() {
     m_listeners.clear();
 }
 
-SelectDataSeriesSubject::Connection
-SelectDataSeriesSubject::ConnectProjectData(std::function<void()> const &function) {
+SelectDataSeriesSubject::Connection SelectDataSeriesSubject::ConnectProjectData(std::function<void()> const &function) {
     return m_signals->projectData.connect(function);
 }
 
@@ -78,11 +81,15 @@ SelectDataSeriesSubject::Connection SelectDataSeriesSubject::ConnectOptions(std:
     return m_signals->options.connect(function);
 }
 
-void SelectDataSeriesSubject::FireOptions() { m_signals->options(); }
+void SelectDataSeriesSubject::FireOptions() {
+    m_signals->options();
+}
 
 SelectDataSeriesListener::~SelectDataSeriesListener() {
     if (m_subject)
         m_subject->RemoveListener(this);
 }
 
-void SelectDataSeriesListener::Disconnect() { m_subject = nullptr; }
+void SelectDataSeriesListener::Disconnect() {
+    m_subject = nullptr;
+}

@@ -13,8 +13,8 @@
 
 class SelectDataSeriesListener;
 
-// What a window watches: the base of a selection. Listeners are told one by one, in the order in which they came, on the
-// calling thread; they are not owned. Two signals are a second channel. Neither travels with a copy.
+// What a window watches: the base of a selection. Listeners are told one by one, in the order in which they came, on
+// the calling thread; they are not owned. Two signals are a second channel. Neither travels with a copy.
 //
 // A listener must not remove itself from inside one of its On operations.
 class DATASERIES_API SelectDataSeriesSubject {

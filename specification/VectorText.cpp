@@ -1,3 +1,4 @@
+#include "navigation/DataSeriesUtilities.h"
 #include "platform/BatchYVarTreatment.h"
 #include "platform/Exception.h"
 #include "platform/ModelUtilities.h"
@@ -26,11 +27,6 @@ bool IsUnset(std::uint32_t number) {
 
 bool IsAlignedKind(int contributionKind) {
     return contributionKind >= 5 && contributionKind <= 7;
-}
-
-bool IsTimeVector(ProjectVector const &vector) {
-    std::string const name = vector.GetName();
-    return name == "Date/Time" || name == "Date/Time-PS";
 }
 
 template <typename List>
@@ -267,7 +263,7 @@ private:
 
     void WriteName() {
         VariableInfo const *const time =
-            IsTimeVector(m_vector) ? m_project->GetVariables().GetDefaultTimeVariable() : nullptr;
+            DataSeriesUtilities::IsTimeVector(&m_vector) ? m_project->GetVariables().GetDefaultTimeVariable() : nullptr;
         if (m_vector.GetContributionKind() != 0 && m_data.GetWeightType() == ContributionWeightEnum::CoeffCSRaw)
             m_text << translate("Contribution vector", "YPred Contrib");
         else if (time)
