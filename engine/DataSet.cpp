@@ -33,6 +33,12 @@ public:
         return items;
     }
 
+    void SetRole(std::vector<std::string> const &headings, VarObs::Role role) {
+        for (VarObs::Alias &alias : m_aliases)
+            if (std::find(headings.begin(), headings.end(), alias.name) != headings.end())
+                alias.role = role;
+    }
+
     void MoveInto(VarObs &list) {
         for (VarObs::Alias &alias : m_aliases) {
             alias.texts.resize(m_size);
@@ -68,13 +74,44 @@ private:
 
 } // namespace
 
+std::unique_ptr<XercesXMLSection> ReadRoles(ProjectFile const &file) {
+    std::optional<std::string> const text = file.Section(roleSection);
+    auto section = text ? XercesXMLSection::CreateXMLSectionFromString(*text) : nullptr;
+    return section ? std::move(section) : std::make_unique<XercesXMLSection>();
+}
+
+std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char const *role) {
+    std::vector<std::string> headings;
+    roles.ReadKey(role, headings, '\n');
+    return headings;
+}
+
+void AddRole(ConfigurationSection &roles, char const *role, std::string const &heading) {
+    std::vector<std::string> headings = HeadingsOf(roles, role);
+    if (heading.empty() || std::find(headings.begin(), headings.end(), heading) != headings.end())
+        return;
+    headings.push_back(heading);
+    roles.WriteKey(role, headings, '\n');
+}
+
 ItemLists::ItemLists(ProjectFile const &file) {
+    Refresh(file);
+}
+
+void ItemLists::Refresh(ProjectFile const &file) {
+    variables = NCVariables();
+    observations = NCObservations();
+    variablesOf.clear();
+    observationsOf.clear();
     ListBuilder variableList;
     ListBuilder observationList;
     for (DataSetRecord const &record : file.DataSets()) {
         variablesOf[record.number] = variableList.Add(file.VariableIdentifiers(record.number));
         observationsOf[record.number] = observationList.Add(file.ObservationIdentifiers(record.number));
     }
+    std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
+    observationList.SetRole(HeadingsOf(*roles, batchRole), VarObs::Role::Batch);
+    observationList.SetRole(HeadingsOf(*roles, phaseRole), VarObs::Role::Phase);
     variableList.MoveInto(variables);
     observationList.MoveInto(observations);
 }

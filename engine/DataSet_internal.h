@@ -3,6 +3,7 @@
 #include "engine/ProjectFile.h"
 #include "engine/models/Workset.h"
 #include "platform/NCDataSet.h"
+#include "platform/XercesXMLSection.h"
 
 #include <map>
 #include <mutex>
@@ -10,6 +11,15 @@
 #include <unordered_map>
 
 namespace engine {
+
+// The settings of a project that tell which identifier columns hold batches, and phases: for each role the headings.
+constexpr char const *roleSection = "ObservationRoles";
+constexpr char const *batchRole = "Batch";
+constexpr char const *phaseRole = "Phase";
+std::unique_ptr<XercesXMLSection> ReadRoles(ProjectFile const &file);
+std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char const *role);
+// Nothing happens for an empty heading.
+void AddRole(ConfigurationSection &roles, char const *role, std::string const &heading);
 
 // The project's lists of variables and observations: those of all data sets, each primary identifier once. Within one
 // data set a repeated identifier stands for a further item.
@@ -21,6 +31,9 @@ public:
     std::map<int, std::vector<std::uint32_t>> observationsOf; // and of each row
 
     explicit ItemLists(ProjectFile const &file);
+
+    // The data sets have changed. The lists stay where they are, for those who hold on to them.
+    void Refresh(ProjectFile const &file);
 };
 
 // A data set of the file. Columns are read when they are first asked for.

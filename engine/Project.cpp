@@ -120,6 +120,16 @@ NewDataSet AsDataSet(ImportedTable const &table) {
     return dataSet;
 }
 
+// Remembers which identifier columns tell batch and phase.
+void StoreRoles(ProjectFile &file, ImportedTable const &table) {
+    std::unique_ptr<XercesXMLSection> const section = ReadRoles(file);
+    AddRole(*section, batchRole, table.batchColumn);
+    AddRole(*section, phaseRole, table.phaseColumn);
+    std::string text;
+    section->Flush(text);
+    file.SetSection(roleSection, text);
+}
+
 // New rows that stand for the prediction set of a model.
 class Predictions final : public NCPredictions {
 public:
@@ -148,6 +158,9 @@ public:
     ItemLists const &Items() const {
         if (!m_items)
             m_items = std::make_unique<ItemLists>(m_file);
+        else if (m_itemsChanged)
+            m_items->Refresh(m_file);
+        m_itemsChanged = false;
         return *m_items;
     }
 
@@ -215,7 +228,7 @@ public:
         m_predictions.clear();
         m_views.clear();
         m_data.clear();
-        m_items.reset();
+        m_itemsChanged = true;
         m_models.reset();
         m_dataSets.reset();
     }
@@ -250,6 +263,7 @@ private:
     mutable std::optional<std::vector<ModelRecord>> m_models;
     mutable std::optional<std::vector<DataSetRecord>> m_dataSets;
     mutable std::unique_ptr<ItemLists> m_items;
+    mutable bool m_itemsChanged = false;
     mutable std::map<int, boost::shared_ptr<DataSet const>> m_data;
     mutable std::map<int, boost::shared_ptr<ModelView const>> m_views;
     mutable std::map<int, PredictedRows> m_predictions;
@@ -274,7 +288,10 @@ boost::shared_ptr<Project> Project::OpenToWrite(std::filesystem::path const &pat
 }
 
 int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
+    Transaction transaction(m_state->File());
     int const number = m_state->File().AddDataSet(AsDataSet(table), progress);
+    StoreRoles(m_state->File(), table);
+    transaction.Commit();
     m_state->Forget();
     return number;
 }
@@ -312,7 +329,10 @@ int Project::AddPredictions(int model, ImportedTable const &table, Progress cons
     NewDataSet dataSet = AsDataSet(table);
     dataSet.kind = DataSetKind::Prediction;
     dataSet.model = model;
+    Transaction transaction(m_state->File());
     int const number = m_state->File().AddDataSet(dataSet, progress);
+    StoreRoles(m_state->File(), table);
+    transaction.Commit();
     m_state->Forget();
     return number;
 }
@@ -474,6 +494,74 @@ private:
 
 std::unique_ptr<ConfigurationSection> Project::GetSettingsSection(std::string const &name) {
     return std::make_unique<StoredSection>(m_state->File(), shared_from_this(), name);
+}
+
+int Project::GetActiveModelNumber() const {
+    for (int index = GetNumberOfModels(); index >= 1; --index)
+        if (int const model = GetModelNumberAt(index); IsModelFitted(model))
+            return model;
+    return -1;
+}
+
+namespace {
+
+constexpr char const *optionsSection = "ProjectOptions";
+
+// The settings of one axis: a key for each member.
+struct LabelKeys {
+    char const *identifier;
+    char const *start;
+    char const *length;
+};
+
+constexpr LabelKeys observationKeys{"ObservationIdentifier", "ObservationStart", "ObservationLength"};
+constexpr LabelKeys variableKeys{"VariableIdentifier", "VariableStart", "VariableLength"};
+
+void ReadLabels(ConfigurationSection const &section, LabelKeys const &keys, NCProjectOptions::LabelSettings &labels) {
+    section.ReadKey(keys.identifier, labels.identifier);
+    section.ReadKey(keys.start, labels.start);
+    section.ReadKey(keys.length, labels.length);
+}
+
+void WriteLabels(ConfigurationSection &section, LabelKeys const &keys, NCProjectOptions::LabelSettings const &labels) {
+    section.WriteKey(keys.identifier, labels.identifier);
+    section.WriteKey(keys.start, labels.start);
+    section.WriteKey(keys.length, labels.length);
+}
+
+} // namespace
+
+void Project::GetProjectOptions(NCProjectOptions *options) const {
+    *options = NCProjectOptions();
+    std::optional<std::string> const text = m_state->File().Section(optionsSection);
+    auto const section = text ? XercesXMLSection::CreateXMLSectionFromString(*text) : nullptr;
+    if (!section)
+        return;
+    ReadLabels(*section, observationKeys, options->observations);
+    ReadLabels(*section, variableKeys, options->variables);
+}
+
+void Project::SetProjectOptions(NCProjectOptions const *options) {
+    auto const section = GetSettingsSection(optionsSection);
+    WriteLabels(*section, observationKeys, options->observations);
+    WriteLabels(*section, variableKeys, options->variables);
+}
+
+int Project::GetPreferredObservationAlias() const {
+    NCProjectOptions options;
+    GetProjectOptions(&options);
+    return options.observations.identifier;
+}
+
+int Project::GetPreferredVariableAlias() const {
+    NCProjectOptions options;
+    GetProjectOptions(&options);
+    return options.variables.identifier;
+}
+
+bool Project::IsBatchProject() const {
+    NCObservations const &observations = GetObservations();
+    return observations.GetBatchID(AliasAccess(observations)) != 0;
 }
 
 } // namespace engine

@@ -64,6 +64,14 @@ public:
     boost::shared_ptr<NCDataSet const> GetModelPredSet(int model) const override;
     boost::shared_ptr<NCPredictions const> GetPredictions(int model, bool required) const override;
     std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name) override;
+    // The newest fitted model, -1 when there is none.
+    int GetActiveModelNumber() const override;
+    // Kept in the settings "ProjectOptions".
+    void GetProjectOptions(NCProjectOptions *options) const override;
+    void SetProjectOptions(NCProjectOptions const *options) override;
+    int GetPreferredObservationAlias() const override;
+    int GetPreferredVariableAlias() const override;
+    bool IsBatchProject() const override;
 
 private:
     class State;

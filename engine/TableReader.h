@@ -30,6 +30,10 @@ struct TableOptions {
     // - has no heading and counts the rows from 0 or 1;
     // and none in all other cases.
     std::optional<std::size_t> identifierColumns = std::nullopt;
+    // Headings of the columns that tell the batch and the phase of an observation, empty for none. Such a column is an
+    // identifier whatever it holds, and is not found to be the first one: then the observations are numbered.
+    std::string batchColumn = {};
+    std::string phaseColumn = {};
     // Texts that stand for a missing value, besides the empty cell, NA and NaN.
     std::vector<std::string> missingMarks = {};
 };
@@ -44,6 +48,9 @@ struct ImportedTable {
     std::vector<TextColumn> variables;
     // For each variable a value for every observation; -99 where it is missing.
     std::vector<std::vector<float>> columns;
+    // As in the options.
+    std::string batchColumn;
+    std::string phaseColumn;
     // What the user may want to know about the reading.
     std::vector<std::string> notes;
     // The cells that hold -99 as a number, and thereby read as missing.

@@ -70,12 +70,29 @@ void TableBuilder::EndOfRow(std::size_t) {
     if (m_field == 0)
         return;
     CheckRowLength();
+    if (m_firstRow)
+        MarkBatchColumns();
     if (m_firstRow && m_layout.header)
         m_headingLine = m_rowLine;
     else
         ++m_rows;
     m_firstRow = false;
     m_field = 0;
+}
+
+// The columns of batch and phase hold identifiers, also where these are numbers.
+void TableBuilder::MarkBatchColumns() {
+    for (std::string const &heading : {m_options.batchColumn, m_options.phaseColumn}) {
+        if (heading.empty())
+            continue;
+        auto const found = std::ranges::find(m_headings, heading);
+        if (found == m_headings.end())
+            throw NCError(ExceptionMessage::translate("{1} has no column \"{2}\".") % m_file % heading, NCError::Error);
+        std::size_t const column = static_cast<std::size_t>(found - m_headings.begin());
+        m_columns[column] = ColumnBuilder(true);
+        if (column == 0 && !m_options.identifierColumns)
+            m_layout.identifierColumns = 0;
+    }
 }
 
 void TableBuilder::CheckRowLength() const {
@@ -101,6 +118,8 @@ ImportedTable TableBuilder::Take(std::string const &name) {
 
     ImportedTable table;
     table.name = name;
+    table.batchColumn = m_options.batchColumn;
+    table.phaseColumn = m_options.phaseColumn;
     table.variables.push_back({"VarID", {}});
     if (m_layout.identifierColumns == 0)
         table.observations.push_back({"ObsID", RowNumbers(m_rows)});
@@ -110,7 +129,9 @@ ImportedTable TableBuilder::Take(std::string const &name) {
         table.literalMissingValues += builder.LiteralMissingValues();
         if (builder.IsText()) {
             table.observations.push_back({m_headings[column], builder.TakeTexts()});
-            if (column >= m_layout.identifierColumns)
+            bool const isNamed =
+                m_headings[column] == m_options.batchColumn || m_headings[column] == m_options.phaseColumn;
+            if (column >= m_layout.identifierColumns && !isNamed)
                 texts += (texts.empty() ? "" : ", ") + m_headings[column];
         } else {
             table.variables.front().texts.Append(m_headings[column]);

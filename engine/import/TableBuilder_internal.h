@@ -46,7 +46,7 @@ class TableBuilder final : public CsvSink {
 public:
     // `file` is what errors call it.
     TableBuilder(std::string const &file, Layout const &layout, TableOptions const &options)
-        : m_file(file), m_layout(layout), m_reader(layout.decimalMark, options.missingMarks) {}
+        : m_file(file), m_layout(layout), m_options(options), m_reader(layout.decimalMark, options.missingMarks) {}
 
     void Field(std::string_view text, std::size_t line) override;
     void EndOfRow(std::size_t line) override;
@@ -55,6 +55,7 @@ public:
     ImportedTable Take(std::string const &name);
 
 private:
+    void MarkBatchColumns();
     void CheckRowLength() const;
     void CheckHeadings() const;
     void CheckCells() const;
@@ -62,7 +63,8 @@ private:
     std::string Place(std::size_t line, std::size_t column) const;
 
     std::string const &m_file;
-    Layout const m_layout;
+    Layout m_layout;
+    TableOptions const &m_options;
     CellReader const m_reader;
     std::vector<std::string> m_headings;
     std::vector<ColumnBuilder> m_columns;
