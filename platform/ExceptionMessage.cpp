@@ -1,35 +1,40 @@
 #include "platform/ExceptionMessage.h"
 
-#include <boost/locale/message.hpp>
+#include "platform/Translate.h"
 
 #include <cassert>
 #include <utility>
 
-namespace {
-
-std::string Placeholder(int number) {
-    return "{" + std::to_string(number) + "}";
-}
-
-} // namespace
-
 ExceptionMessage::ExceptionMessage(std::string text) : m_text(std::move(text)) {}
 
 ExceptionMessage ExceptionMessage::translate(char const *text) {
-    return ExceptionMessage(boost::locale::translate(text).str());
+    return ExceptionMessage(::translate(text));
 }
 
-ExceptionMessage ExceptionMessage::Filled(std::string const &value) const {
+ExceptionMessage ExceptionMessage::Filled(std::string value) const {
     ExceptionMessage filled(*this);
-    std::string const placeholder = Placeholder(++filled.m_filled);
-    std::size_t at = filled.m_text.find(placeholder);
-    assert(at != std::string::npos && "a value without its placeholder");
-    for (; at != std::string::npos; at = filled.m_text.find(placeholder, at + value.size()))
-        filled.m_text.replace(at, placeholder.size(), value);
+    filled.m_values.push_back(std::move(value));
     return filled;
 }
 
 std::string ExceptionMessage::Text() const {
-    assert(m_text.find(Placeholder(m_filled + 1)) == std::string::npos && "a placeholder without its value");
-    return m_text;
+    std::string result;
+    std::vector<bool> used(m_values.size());
+    for (std::size_t at = 0; at < m_text.size(); ++at) {
+        bool const placeholder = m_text[at] == '{' && at + 2 < m_text.size() && m_text[at + 1] >= '1' &&
+                                 m_text[at + 1] <= '9' && m_text[at + 2] == '}';
+        if (!placeholder) {
+            result += m_text[at];
+            continue;
+        }
+        std::size_t const value = static_cast<std::size_t>(m_text[at + 1] - '1');
+        assert(value < m_values.size() && "a placeholder without its value");
+        if (value < m_values.size()) {
+            result += m_values[value];
+            used[value] = true;
+        }
+        at += 2;
+    }
+    assert(used == std::vector<bool>(m_values.size(), true) && "a value without its placeholder");
+    return result;
 }

@@ -17,4 +17,6 @@ bool NCProject::IsModelFitted(int model) const {
     return info && info->fitted;
 }
 
-std::unique_ptr<ConfigurationSection> NCProject::GetSettingsSection(std::string const &) { return nullptr; }
+std::unique_ptr<ConfigurationSection> NCProject::GetSettingsSection(std::string const &) {
+    return nullptr;
+}

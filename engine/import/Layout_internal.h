@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/import/TableReader.h"
+#include "engine/TableReader.h"
 
 #include <string_view>
 

@@ -149,8 +149,7 @@ CrossValidation CrossValidator::Result(Index components) const {
         auto const &model = result.rounds.back();
         Scores scores;
         scores.t = round.t.leftCols(model.Predictive());
-        if (m_hasY)
-            PredictYScores(model, round.outY, scores);
+        PredictYScores(model, round.outY, scores);
         for (std::size_t i = 0; i < round.out.size(); ++i) {
             result.excluded.t.row(round.out[i]).head(scores.t.cols()) = scores.t.row(i);
             result.excluded.u.row(round.out[i]).head(scores.u.cols()) = scores.u.row(i);

@@ -14,7 +14,7 @@ constexpr Index lanes = DATASERIES_LANES;
 constexpr Index parts = blockWidth / lanes;
 // Rows that share a pass: as many accumulators as hide the latency of a multiplication.
 constexpr int panel = 4;
-constexpr int blockPanel = lanes;
+constexpr int blockPanel = lanes == 8 ? 16 : lanes;
 
 typedef double Lane __attribute__((vector_size(8 * lanes), aligned(8), may_alias));
 

@@ -14,8 +14,8 @@ namespace {
 
 // Up to this size the whole space is searched at once.
 constexpr Index smallSize = 64;
-constexpr Index basisBlocks = 6;
-constexpr int maximalRounds = 2000;
+constexpr Index basisBlocks = 12;
+constexpr int maximalSolutions = 2000;
 // Eigenvalues below this part of the first are left to a later search.
 constexpr double leaveBelow = 1e-6;
 
@@ -48,7 +48,7 @@ public:
 private:
     // X' (X V): some rows at a time, which stay in the cache between the two products.
     void AddTall(RowMatrix const &in, RowMatrix &out) const {
-        constexpr Index group = 8;
+        constexpr Index group = 16;
         auto const &kernels = BestKernels();
         for (Index first = 0; first < m_x.Rows(); first += group) {
             auto const rows = m_x.rows.data() + first;
@@ -76,30 +76,38 @@ private:
     bool m_tall;
 };
 
-// Makes columns orthonormal among themselves and to both bases, leaving out those that lie in their span.
-Matrix Orthonormal(Matrix block, Matrix const &known, Eigen::Ref<Matrix const> const &basis) {
+// The first columns of a matrix as rows for the kernels.
+RowAddresses Transposed(Matrix const &matrix, Index columns) {
+    RowAddresses rows;
+    rows.size = matrix.rows();
+    for (Index j = 0; j < columns; ++j)
+        rows.rows.push_back(matrix.col(j).data());
+    return rows;
+}
+
+// Makes the columns unit length and orthogonal to those before, leaving out those shorter than `least` then.
+Matrix OrthonormalAmongThemselves(Matrix block, double least) {
     Index kept = 0;
     for (Index j = 0; j < block.cols(); ++j) {
         Vector v = block.col(j);
-        auto const before = v.norm();
-        if (!(before > 0))
-            continue;
-        v /= before;
-        for (int pass = 0; pass < 3; ++pass) {
-            v -= known * (known.transpose() * v);
-            v -= basis * (basis.transpose() * v);
+        for (int pass = 0; pass < 2; ++pass)
             v -= block.leftCols(kept) * (block.leftCols(kept).transpose() * v);
-            auto const left = v.norm();
-            if (left < 1e-8)
-                break;
-            v /= left;
-            if (pass > 0 && left > 0.5) {
-                block.col(kept++) = v;
-                break;
-            }
-        }
+        auto const length = v.norm();
+        if (length > least)
+            block.col(kept++) = v / length;
     }
     return block.leftCols(kept);
+}
+
+// Makes columns orthonormal among themselves and to both bases, leaving out those that lie in their span.
+Matrix Orthonormal(Matrix block, RowAddresses const &known, RowAddresses const &basis) {
+    block = block.colwise().normalized().eval();
+    for (auto const least : {1e-10, 0.5}) {
+        for (auto const *const other : {&known, &basis})
+            block -= LoadingProducts(*other, ScoreProducts(*other, block));
+        block = OrthonormalAmongThemselves(std::move(block), least);
+    }
+    return block;
 }
 
 Matrix RandomBlock(Index rows, Index columns) {
@@ -128,31 +136,35 @@ public:
     }
 
     Matrix Iterate(Matrix const &guess) {
-        auto const width = blockWidth * ((m_count + 2 + blockWidth - 1) / blockWidth);
         auto const n = m_product.Size();
-        auto const capacity = basisBlocks * width;
-        m_basis.resize(n, capacity + width);
-        m_image.resize(n, capacity + width);
-        m_ritz.setZero(capacity + width, capacity + width);
-        Matrix block(n, width);
-        auto const guessed = std::min(guess.cols(), width - 2);
-        block << guess.leftCols(guessed), RandomBlock(n, width - guessed);
-        for (int round = 0; round < maximalRounds; ++round) {
-            block = Orthonormal(block, m_known, m_basis.leftCols(m_size));
-            if (block.cols() == 0)
-                break;
-            Grow(block);
-            Matrix const residuals = Residuals(std::min(width, m_size));
-            auto const open = Unconverged(residuals);
-            if (open.empty() || open.front() >= Wanted())
-                break;
-            if (m_size > capacity - width)
-                Restart(2 * width);
-            block.resize(n, static_cast<Index>(open.size()));
-            for (std::size_t j = 0; j < open.size(); ++j)
-                block.col(j) = residuals.col(open[j]);
+        m_width = blockWidth * ((m_count + 2 + blockWidth - 1) / blockWidth);
+        m_capacity = std::min(basisBlocks * m_width, n - m_known.cols());
+        m_basis.resize(n, m_capacity);
+        m_image.resize(n, m_capacity);
+        m_ritz.setZero(m_capacity, m_capacity);
+        auto const known = Transposed(m_known, m_known.cols());
+        auto const guessed = std::min(guess.cols(), m_width - 2);
+        Matrix block(n, m_width);
+        block << guess.leftCols(guessed), RandomBlock(n, m_width - guessed);
+        block = Orthonormal(std::move(block), known, Transposed(m_basis, 0));
+        for (Index checked = 0; block.cols() > 0;) {
+            auto const width = std::min(block.cols(), m_capacity - m_size);
+            Grow(block.leftCols(width));
+            auto const full = m_size + m_width > m_capacity;
+            if (full || 2 * m_size >= 3 * checked) {
+                checked = m_size;
+                SolveProjection();
+                if (++m_solutions == maximalSolutions || Converged())
+                    return m_vectors;
+            }
+            block = Orthonormal(m_image.middleCols(m_size - width, width), known, Transposed(m_basis, m_size));
+            if (full && block.cols() > 0) {
+                Restart();
+                checked = m_size;
+            }
         }
-        return m_basis.leftCols(m_size) * m_vectors.leftCols(Wanted());
+        SolveProjection();
+        return RitzVectors(Wanted());
     }
 
 private:
@@ -167,47 +179,52 @@ private:
     void Grow(Matrix const &block) {
         auto const grown = m_size + block.cols();
         m_basis.middleCols(m_size, block.cols()) = block;
-        m_image.middleCols(m_size, block.cols()) = m_product.Apply(block);
-        auto fresh = m_ritz.block(0, m_size, grown, block.cols());
-        fresh.noalias() = m_basis.leftCols(grown).transpose() * m_image.middleCols(m_size, block.cols());
+        Matrix const image = m_product.Apply(block);
+        m_image.middleCols(m_size, block.cols()) = image;
+        m_ritz.block(0, m_size, grown, block.cols()) = ScoreProducts(Transposed(m_basis, grown), image);
         m_size = grown;
+    }
+
+    void SolveProjection() {
         Eigen::SelfAdjointEigenSolver<Matrix> const solver(
             Matrix(m_ritz.topLeftCorner(m_size, m_size).selfadjointView<Eigen::Upper>()));
         m_values = solver.eigenvalues().reverse();
-        m_vectors = solver.eigenvectors().rowwise().reverse();
+        m_small = solver.eigenvectors().rowwise().reverse();
     }
 
-    Matrix Residuals(Index count) const {
-        Matrix const vectors = m_vectors.leftCols(count);
-        Matrix residuals = m_image.leftCols(m_size) * vectors;
-        residuals.noalias() -= m_basis.leftCols(m_size) * (vectors * m_values.head(count).asDiagonal());
-        residuals -= m_known * (m_known.transpose() * residuals);
-        return residuals;
+    Matrix RitzVectors(Index count) const {
+        return LoadingProducts(Transposed(m_basis, m_size), Matrix(m_small.leftCols(count)));
     }
 
-    // The error of a direction is the residual divided by the distance to the nearest other eigenvalue.
-    std::vector<Index> Unconverged(Matrix const &residuals) const {
-        std::vector<Index> open;
+    // Sets m_vectors when all directions wanted are found. The error of a direction is its residual divided by the
+    // distance to the nearest other eigenvalue.
+    bool Converged() {
+        auto const wanted = Wanted();
         auto const rounding = 1e-14 * std::sqrt(std::max(m_largest, m_values[0]) * m_values[0]);
-        for (Index j = 0; j < residuals.cols(); ++j) {
+        m_vectors = RitzVectors(wanted);
+        Matrix residuals = LoadingProducts(Transposed(m_image, m_size), Matrix(m_small.leftCols(wanted)));
+        residuals -= m_vectors * m_values.head(wanted).asDiagonal();
+        residuals -= m_known * (m_known.transpose() * residuals);
+        for (Index j = 0; j < wanted; ++j) {
             auto gap = m_values[j];
             if (j > 0)
                 gap = std::min(gap, m_values[j - 1] - m_values[j]);
             if (j + 1 < m_size)
                 gap = std::min(gap, m_values[j] - m_values[j + 1]);
             if (residuals.col(j).norm() > std::max(1e-9 * gap, rounding))
-                open.push_back(j);
+                return false;
         }
-        return open;
+        return true;
     }
 
-    void Restart(Index kept) {
-        m_basis.leftCols(kept) = (m_basis.leftCols(m_size) * m_vectors.leftCols(kept)).eval();
-        m_image.leftCols(kept) = (m_image.leftCols(m_size) * m_vectors.leftCols(kept)).eval();
-        m_size = kept;
+    // Goes on with the leading part of the basis alone (thick restart).
+    void Restart() {
+        auto const kept = m_size / 3;
+        Matrix const leading = m_small.leftCols(kept);
+        m_basis.leftCols(kept) = RitzVectors(kept);
+        m_image.leftCols(kept) = LoadingProducts(Transposed(m_image, m_size), leading);
         m_ritz.topLeftCorner(kept, kept) = m_values.head(kept).asDiagonal();
-        m_vectors = Matrix::Identity(kept, kept);
-        m_values = m_values.head(kept).eval();
+        m_size = kept;
     }
 
     SmallSideProduct const &m_product;
@@ -218,8 +235,12 @@ private:
     // Basis and its products, columns in use, and the projected product.
     Matrix m_basis, m_image, m_ritz;
     Index m_size = 0;
+    Index m_capacity = 0;
+    Index m_width = 0;
+    // Eigenvalues and eigenvectors of the projected product, and the leading ones in full.
     Vector m_values;
-    Matrix m_vectors;
+    Matrix m_small, m_vectors;
+    int m_solutions = 0;
 };
 
 } // namespace
@@ -239,7 +260,7 @@ Matrix LeadingLoadings(RowAddresses const &x, Index count, Matrix const &known, 
                              : search.Iterate(product.Tall() ? guess : ScoreProducts(x, guess));
     if (product.Tall())
         return found;
-    return Orthonormal(LoadingProducts(x, found), known, Matrix(x.size, 0));
+    return Orthonormal(LoadingProducts(x, found), Transposed(known, known.cols()), Transposed(known, 0));
 }
 
 } // namespace engine

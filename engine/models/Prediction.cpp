@@ -55,11 +55,12 @@ Scores PredictScores(Components const &model, BlockView const &x) {
 }
 
 void PredictYScores(Components const &model, BlockView const &y, Scores &scores) {
-    scores.u.setZero(y.Rows(), model.Predictive());
+    // c has no column for PCA, and then u has none.
+    scores.u.setZero(y.Rows(), model.c.cols());
     Vector const squares = model.c.colwise().squaredNorm();
     for (Index i = 0; i < y.Rows(); ++i) {
         Vector residual = y.Row(i);
-        for (Index a = 0; a < model.Predictive(); ++a) {
+        for (Index a = 0; a < scores.u.cols(); ++a) {
             auto const observed = ObservedSquares(model.c.col(a), squares[a], y.MissingIn(i));
             if (observed > 0)
                 scores.u(i, a) = residual.dot(model.c.col(a)) / observed;

@@ -1,4 +1,4 @@
-#include "engine/import/TableReader.h"
+#include "engine/TableReader.h"
 
 #include "engine/import/TableBuilder_internal.h"
 

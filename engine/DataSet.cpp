@@ -1,0 +1,120 @@
+#include "engine/DataSet_internal.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace engine {
+
+namespace {
+
+// Collects the items of one list, data set by data set, and the identifier columns that any of them has.
+class ListBuilder {
+public:
+    // Answers the item of each entry of a data set.
+    std::vector<std::uint32_t> Add(std::vector<TextColumn> const &columns) {
+        PackedTexts const &primary = columns.front().texts;
+        std::vector<std::uint32_t> items;
+        items.reserve(primary.size());
+        std::uint32_t const known = m_size;
+        std::vector<bool> taken(known + 1);
+        for (std::size_t i = 0; i < primary.size(); ++i) {
+            auto const [at, isNew] = m_items.try_emplace(std::string(primary[i]), m_size + 1);
+            // An item that the data set has already, or that it has just brought, is a further one.
+            bool const repeated = !isNew && (at->second > known || taken[at->second]);
+            if (isNew || repeated) {
+                items.push_back(++m_size);
+            } else {
+                taken[at->second] = true;
+                items.push_back(at->second);
+            }
+        }
+        for (std::size_t column = 0; column < columns.size(); ++column)
+            AddTexts(AliasNumber(columns[column].name, column == 0), columns[column].texts, items);
+        return items;
+    }
+
+    void MoveInto(VarObs &list) {
+        for (VarObs::Alias &alias : m_aliases) {
+            alias.texts.resize(m_size);
+            list.AddAlias(std::move(alias));
+        }
+    }
+
+private:
+    std::size_t AliasNumber(std::string const &name, bool primary) {
+        if (primary && !m_aliases.empty())
+            return 0;
+        auto const found = std::find_if(m_aliases.begin(), m_aliases.end(),
+                                        [&name](VarObs::Alias const &alias) { return alias.name == name; });
+        if (found != m_aliases.end())
+            return static_cast<std::size_t>(found - m_aliases.begin());
+        m_aliases.push_back({name, {}, VarObs::Role::Plain, {}, false});
+        return m_aliases.size() - 1;
+    }
+
+    // What an earlier data set says of an item stays.
+    void AddTexts(std::size_t alias, PackedTexts const &texts, std::vector<std::uint32_t> const &items) {
+        std::vector<std::string> &all = m_aliases[alias].texts;
+        all.resize(m_size);
+        for (std::size_t i = 0; i < items.size(); ++i)
+            if (all[items[i] - 1].empty())
+                all[items[i] - 1] = texts[i];
+    }
+
+    std::unordered_map<std::string, std::uint32_t> m_items;
+    std::uint32_t m_size = 0;
+    std::vector<VarObs::Alias> m_aliases;
+};
+
+} // namespace
+
+ItemLists::ItemLists(ProjectFile const &file) {
+    ListBuilder variableList;
+    ListBuilder observationList;
+    for (DataSetRecord const &record : file.DataSets()) {
+        variablesOf[record.number] = variableList.Add(file.VariableIdentifiers(record.number));
+        observationsOf[record.number] = observationList.Add(file.ObservationIdentifiers(record.number));
+    }
+    variableList.MoveInto(variables);
+    observationList.MoveInto(observations);
+}
+
+DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items)
+    : m_file(file), m_record(std::move(record)), m_items(items),
+      m_observations(items.observations.GetInfoVector(items.observationsOf.at(m_record.number))),
+      m_variables(items.variablesOf.at(m_record.number)) {
+    for (std::size_t column = 0; column < m_variables.size(); ++column)
+        m_columns.emplace(m_variables[column], static_cast<int>(column));
+}
+
+std::optional<int> DataSet::ColumnOf(std::uint32_t variable) const {
+    auto const found = m_columns.find(variable);
+    return found == m_columns.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::span<float const> DataSet::Values(int column) const {
+    auto const [at, isNew] = m_values.try_emplace(column);
+    if (isNew)
+        at->second = m_file.Column(m_record.number, column + 1);
+    return at->second;
+}
+
+std::string DataSet::Name(int column) const {
+    return m_items.variables.GetText(m_variables[static_cast<std::size_t>(column)], 1);
+}
+
+NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
+    std::optional<int> const column = ColumnOf(variable);
+    return column ? NCDataVector<float>(Values(*column)) : NCDataVector<float>();
+}
+
+NCDataVector<float> DataSet::GetObservation(std::uint32_t observation) const {
+    auto const row = std::find(m_observations.begin(), m_observations.end(), ObservationInfo(observation));
+    NCDataVector<float> values;
+    if (row != m_observations.end())
+        for (int column = 0; column < static_cast<int>(m_variables.size()); ++column)
+            values.push_back(Values(column)[static_cast<std::size_t>(row - m_observations.begin())]);
+    return values;
+}
+
+} // namespace engine

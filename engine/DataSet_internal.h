@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/ProjectFile.h"
+#include "engine/models/Workset.h"
+#include "platform/NCDataSet.h"
+
+#include <map>
+#include <optional>
+#include <unordered_map>
+
+namespace engine {
+
+// The project's lists of variables and observations: those of all data sets, each primary identifier once. Within one
+// data set a repeated identifier stands for a further item.
+class ItemLists {
+public:
+    NCVariables variables;
+    NCObservations observations;
+    std::map<int, std::vector<std::uint32_t>> variablesOf;    // of a data set: the item of each column
+    std::map<int, std::vector<std::uint32_t>> observationsOf; // and of each row
+
+    explicit ItemLists(ProjectFile const &file);
+};
+
+// A data set of the file. Columns are read when they are first asked for.
+class DataSet final : public NCDataSet, public SourceColumns {
+public:
+    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items);
+
+    DataSetRecord const &Record() const { return m_record; }
+
+    int GetNumber() const override { return m_record.number; }
+    std::string GetName() const override { return m_record.name; }
+    ObservationInfos const &GetObservations() const override { return m_observations; }
+    std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
+    NCDataVector<float> GetVariable(std::uint32_t variable) const override;
+    NCDataVector<float> GetObservation(std::uint32_t observation) const override;
+    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
+    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
+
+    // By column of the data set, from 0.
+    std::span<float const> Values(int column) const override;
+    std::string Name(int column) const override;
+
+    // The column of a variable of the project, nothing when the data set does not have it.
+    std::optional<int> ColumnOf(std::uint32_t variable) const;
+
+private:
+    ProjectFile const &m_file;
+    DataSetRecord m_record;
+    ItemLists const &m_items;
+    ObservationInfos m_observations;
+    std::vector<std::uint32_t> const &m_variables;
+    std::unordered_map<std::uint32_t, int> m_columns;
+    mutable std::unordered_map<int, std::vector<float>> m_values;
+};
+
+} // namespace engine

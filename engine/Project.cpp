@@ -1,0 +1,475 @@
+#include "engine/Project.h"
+
+#include "engine/DataSet_internal.h"
+#include "engine/TableReader.h"
+#include "engine/models/Fit.h"
+#include "engine/statistics/Handlers.h"
+#include "platform/Exception.h"
+#include "platform/XercesXMLSection.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <unordered_set>
+
+namespace engine {
+
+namespace {
+
+std::string AsText(std::vector<std::byte> const &bytes) {
+    return {reinterpret_cast<char const *>(bytes.data()), bytes.size()};
+}
+
+std::span<std::byte const> AsBytes(std::string const &text) {
+    return std::as_bytes(std::span(text));
+}
+
+ScalingKind ScalingOf(ModelRequest::Scaling scaling) {
+    switch (scaling) {
+    case ModelRequest::Centred:
+        return ScalingKind::Centred;
+    case ModelRequest::Pareto:
+        return ScalingKind::Pareto;
+    case ModelRequest::None:
+        return ScalingKind::None;
+    default:
+        return ScalingKind::UnitVariance;
+    }
+}
+
+// The columns and rows of a data set by their primary identifiers.
+class NameList {
+public:
+    explicit NameList(PackedTexts const &names) {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            m_places[std::string(names[i])].push_back(static_cast<int>(i));
+    }
+
+    std::vector<int> const *Find(std::string const &name) const {
+        auto const found = m_places.find(name);
+        return found == m_places.end() ? nullptr : &found->second;
+    }
+
+private:
+    std::unordered_map<std::string, std::vector<int>> m_places;
+};
+
+// Puts the names of a request into columns and rows of its data set.
+ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &file) {
+    DataSetRecord const record = file.DataSet(request.dataSet);
+    NameList const variables(file.VariableIdentifiers(record.number).front().texts);
+    NameList const observations(file.ObservationIdentifiers(record.number).front().texts);
+
+    ModelDefinition definition;
+    definition.kind = static_cast<ModelKind>(request.type);
+    definition.components = request.components;
+    definition.groups = request.crossValidationGroups;
+    definition.alpha = request.alpha;
+
+    Term term;
+    term.scaling = ScalingOf(request.scaling);
+    std::set<int> used;
+    for (std::string const &name : request.responses) {
+        std::vector<int> const *const columns = variables.Find(name);
+        if (!columns)
+            throw NCError(ExceptionMessage::translate("There is no variable \"{1}\" in data set {2} ({3}).") % name %
+                              record.number % record.name,
+                          NCError::Error);
+        term.column = columns->front();
+        if (!used.insert(term.column).second)
+            throw NCError(ExceptionMessage::translate("The variable \"{1}\" is named twice as a response.") % name,
+                          NCError::Error);
+        definition.yTerms.push_back(term);
+    }
+    std::unordered_set<int> leftOut;
+    for (std::string const &name : request.excluded) {
+        std::vector<int> const *const columns = variables.Find(name);
+        std::vector<int> const *const rows = observations.Find(name);
+        if (!columns && !rows)
+            throw NCError(ExceptionMessage::translate(
+                              "There is no variable and no observation \"{1}\" in data set {2} ({3}) to leave out.") %
+                              name % record.number % record.name,
+                          NCError::Error);
+        if (columns && !used.insert(columns->front()).second)
+            throw NCError(ExceptionMessage::translate("The variable \"{1}\" is left out, and is also a response or "
+                                                      "left out before.") %
+                              name,
+                          NCError::Error);
+        if (!columns)
+            leftOut.insert(rows->begin(), rows->end());
+    }
+    for (int column = 0; column < static_cast<int>(record.variables); ++column)
+        if (!used.contains(column)) {
+            term.column = column;
+            definition.xTerms.push_back(term);
+        }
+    for (int row = 0; row < static_cast<int>(record.observations); ++row)
+        if (!leftOut.contains(row))
+            definition.rows.push_back(row);
+    return definition;
+}
+
+NewDataSet AsDataSet(ImportedTable const &table) {
+    NewDataSet dataSet;
+    dataSet.name = table.name;
+    dataSet.observations = table.observations;
+    dataSet.variables = table.variables;
+    dataSet.columns = table.columns;
+    return dataSet;
+}
+
+// New rows that stand for the prediction set of a model.
+class Predictions final : public NCPredictions {
+public:
+    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<DataSet const> rows)
+        : m_model(std::move(model)), m_rows(std::move(rows)) {}
+
+    boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
+    ObservationInfos const &GetObservations() const override { return m_rows->GetObservations(); }
+
+private:
+    boost::shared_ptr<NCModel const> m_model;
+    boost::shared_ptr<DataSet const> m_rows;
+};
+
+} // namespace
+
+// The file, and what was read from it so far.
+class Project::State final : public StatisticSource, public Subject {
+public:
+    explicit State(ProjectFile file) : m_file(std::move(file)) {}
+
+    ProjectFile &File() { return m_file; }
+    ProjectFile const &File() const { return m_file; }
+    void SetProject(NCProject const &project) { m_project = &project; }
+
+    ItemLists const &Items() const {
+        if (!m_items)
+            m_items = std::make_unique<ItemLists>(m_file);
+        return *m_items;
+    }
+
+    std::vector<ModelRecord> const &Models() const {
+        if (!m_models)
+            m_models = m_file.Models();
+        return *m_models;
+    }
+
+    std::vector<DataSetRecord> const &DataSets() const {
+        if (!m_dataSets)
+            m_dataSets = m_file.DataSets();
+        return *m_dataSets;
+    }
+
+    DataSetRecord const *RecordOf(int dataSet) const {
+        auto const found = std::find_if(DataSets().begin(), DataSets().end(),
+                                        [dataSet](DataSetRecord const &record) { return record.number == dataSet; });
+        return found == DataSets().end() ? nullptr : &*found;
+    }
+
+    // The current prediction set of a model, or of the project for -1: the one of the model stored last, else the one
+    // of any model stored last. Null when there is none.
+    DataSetRecord const *PredictionRecord(int model) const {
+        DataSetRecord const *any = nullptr;
+        DataSetRecord const *own = nullptr;
+        for (DataSetRecord const &record : DataSets())
+            if (record.kind == DataSetKind::Prediction) {
+                any = &record;
+                own = record.model == model ? &record : own;
+            }
+        return own ? own : any;
+    }
+
+    boost::shared_ptr<DataSet const> Data(int number) const {
+        DataSetRecord const *const record = RecordOf(number);
+        if (!record)
+            return {};
+        boost::shared_ptr<DataSet const> &data = m_data[number];
+        if (!data)
+            data = boost::make_shared<DataSet>(m_file, *record, Items());
+        return data;
+    }
+
+    boost::shared_ptr<ModelView const> View(int number) const {
+        boost::shared_ptr<ModelView const> &view = m_views[number];
+        if (view)
+            return view;
+        auto const record = FindModel(number);
+        std::optional<std::vector<std::byte>> const results = record ? m_file.Results(number) : std::nullopt;
+        if (results)
+            view = boost::make_shared<ModelView>(number, FittedModel::Load(AsText(*results)),
+                                                 Data(record->dataSets.front()), m_project->shared_from_this());
+        return view;
+    }
+
+    ModelRecord const *FindModel(int number) const {
+        auto const found = std::find_if(Models().begin(), Models().end(),
+                                        [number](ModelRecord const &record) { return record.number == number; });
+        return found == Models().end() ? nullptr : &*found;
+    }
+
+    // What the project holds has changed.
+    void Forget() {
+        m_predictions.clear();
+        m_views.clear();
+        m_data.clear();
+        m_items.reset();
+        m_models.reset();
+        m_dataSets.reset();
+    }
+
+    TablePtr Table(Call const &call) const override { return Answers().Table(call, *this); }
+    ColumnIDs Columns(Call const &call) const override { return Answers().Columns(call, *this); }
+
+    ModelView const *Model(int number) const override {
+        if (!FindModel(number))
+            throw NCError(ExceptionMessage::translate("There is no model {1}.") % number, NCError::Error);
+        return View(number).get();
+    }
+
+    PredictedRows const *Predictions(int model) const override {
+        DataSetRecord const *const record = PredictionRecord(model);
+        if (!record)
+            return nullptr;
+        auto const [at, isNew] = m_predictions.try_emplace(model);
+        if (isNew)
+            at->second = Model(model)->Predict(Data(record->number), m_project->shared_from_this());
+        return &at->second;
+    }
+
+private:
+    static Handlers const &Answers() {
+        static Handlers const handlers;
+        return handlers;
+    }
+
+    ProjectFile m_file;
+    NCProject const *m_project = nullptr;
+    mutable std::optional<std::vector<ModelRecord>> m_models;
+    mutable std::optional<std::vector<DataSetRecord>> m_dataSets;
+    mutable std::unique_ptr<ItemLists> m_items;
+    mutable std::map<int, boost::shared_ptr<DataSet const>> m_data;
+    mutable std::map<int, boost::shared_ptr<ModelView const>> m_views;
+    mutable std::map<int, PredictedRows> m_predictions;
+};
+
+Project::Project(ProjectFile file) : m_state(std::make_unique<State>(std::move(file))) {
+    m_state->SetProject(*this);
+}
+
+Project::~Project() = default;
+
+boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path) {
+    return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path)));
+}
+
+boost::shared_ptr<Project> Project::OpenToRead(std::filesystem::path const &path) {
+    return boost::shared_ptr<Project>(new Project(ProjectFile::OpenToRead(path)));
+}
+
+boost::shared_ptr<Project> Project::OpenToWrite(std::filesystem::path const &path) {
+    return boost::shared_ptr<Project>(new Project(ProjectFile::OpenToWrite(path)));
+}
+
+int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
+    int const number = m_state->File().AddDataSet(AsDataSet(table), progress);
+    m_state->Forget();
+    return number;
+}
+
+int Project::AddModel(ModelRequest const &request, Progress const &progress) {
+    DataSetRecord const *const record = m_state->RecordOf(request.dataSet);
+    if (!record)
+        throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
+    ModelDefinition const definition = DefinitionOf(request, m_state->File());
+    FittedModel const fitted = Fit(definition, Workset::Build(definition, *m_state->Data(request.dataSet)), progress);
+    std::string const saved = definition.Save();
+    std::string const results = fitted.Save();
+    Transaction transaction(m_state->File());
+    int const number = m_state->File().AddModel("", std::vector{request.dataSet}, AsBytes(saved));
+    m_state->File().ChangeModel(number, "M" + std::to_string(number), std::vector{request.dataSet}, AsBytes(saved));
+    m_state->File().SetResults(number, AsBytes(results));
+    transaction.Commit();
+    m_state->Forget();
+    return number;
+}
+
+int Project::AddPredictions(int model, ImportedTable const &table, Progress const &progress) {
+    ModelView const *const view = m_state->Model(model);
+    if (!view)
+        throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
+    NameList const columns(table.variables.front().texts);
+    ColumnTerms const &terms = view->GetXColumnTerms();
+    bool const any = std::any_of(terms.begin(), terms.end(), [&](ColumnTerm const &term) {
+        return columns.Find(GetVariables().GetText(term.GetMotherVariable(1), 1)) != nullptr;
+    });
+    if (!any)
+        throw NCError(ExceptionMessage::translate("{1} has none of the {2} X variables of model {3}.") % table.name %
+                          terms.Size() % model,
+                      NCError::Error);
+    NewDataSet dataSet = AsDataSet(table);
+    dataSet.kind = DataSetKind::Prediction;
+    dataSet.model = model;
+    int const number = m_state->File().AddDataSet(dataSet, progress);
+    m_state->Forget();
+    return number;
+}
+
+std::vector<DataSetRecord> Project::DataSets() const {
+    return m_state->DataSets();
+}
+
+StatisticSource const &Project::GetStatisticSource() const {
+    return *m_state;
+}
+
+int Project::GetNumberOfModels() const {
+    return static_cast<int>(m_state->Models().size());
+}
+
+int Project::GetModelNumberAt(int index) const {
+    return m_state->Models().at(static_cast<std::size_t>(index - 1)).number;
+}
+
+boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
+    ModelRecord const *const record = m_state->FindModel(model);
+    if (!record)
+        return {};
+    auto const info = boost::make_shared<ModelInfo>();
+    info->number = model;
+    info->name = record->name;
+    info->dataSets = record->dataSets;
+    boost::shared_ptr<ModelView const> const view = m_state->View(model);
+    ModelDefinition const definition =
+        view ? view->Fit().definition : ModelDefinition::Load(AsText(m_state->File().Definition(model)));
+    info->type = static_cast<ModelTypeE::Model>(definition.kind);
+    info->sizeXVariables = static_cast<int>(definition.xTerms.size());
+    info->sizeYVariables = static_cast<int>(definition.yTerms.size());
+    info->sizeObservations = static_cast<int>(definition.rows.size());
+    if (view) {
+        Components const &components = view->Fit().components;
+        info->fitted = true;
+        info->crossValidated = view->Fit().crossValidation.has_value();
+        info->predictiveComponents = static_cast<int>(components.Predictive());
+        info->xSideOrthogonalComponents = static_cast<int>(components.XOrthogonal());
+        info->ySideOrthogonalComponents = static_cast<int>(components.YOrthogonal());
+    }
+    return info;
+}
+
+boost::shared_ptr<NCModel const> Project::GetModel(int model) const {
+    return m_state->View(model);
+}
+
+NCVariables const &Project::GetVariables() const {
+    return m_state->Items().variables;
+}
+
+NCObservations const &Project::GetObservations() const {
+    return m_state->Items().observations;
+}
+
+boost::shared_ptr<NCDataSet const> Project::GetDataSet(int number) const {
+    return m_state->Data(number);
+}
+
+boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const {
+    DataSetRecord const *const record = m_state->RecordOf(number);
+    if (!record)
+        return {};
+    auto const info = boost::make_shared<NCDataSetInfo>();
+    info->number = number;
+    info->name = record->name;
+    info->kind = record->kind == DataSetKind::Data ? NCDataSetInfo::Primary : NCDataSetInfo::Secondary;
+    info->observations = static_cast<std::uint32_t>(record->observations);
+    info->variables = static_cast<std::uint32_t>(record->variables);
+    return info;
+}
+
+int Project::GetFirstDataSet(int after) const {
+    for (DataSetRecord const &record : m_state->DataSets())
+        if (record.number > after && record.kind == DataSetKind::Data)
+            return record.number;
+    return 0;
+}
+
+boost::shared_ptr<NCDataSet const> Project::GetPredSet(int number) const {
+    DataSetRecord const *const record = number == -1 ? m_state->PredictionRecord(-1) : m_state->RecordOf(number);
+    bool const isPrediction = record && record->kind == DataSetKind::Prediction;
+    return isPrediction ? m_state->Data(record->number) : nullptr;
+}
+
+boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int model) const {
+    DataSetRecord const *const record = m_state->PredictionRecord(model);
+    return record ? m_state->Data(record->number) : nullptr;
+}
+
+boost::shared_ptr<NCPredictions const> Project::GetPredictions(int model, bool required) const {
+    PredictedRows const *const rows = m_state->Predictions(model);
+    if (rows)
+        return boost::make_shared<Predictions>(GetModel(model), rows->dataSet);
+    if (required)
+        throw NCError(ExceptionMessage::translate("There is no prediction set for model {1}.") % model, NCError::Error);
+    return {};
+}
+
+namespace {
+
+// A section that goes back into the file when it is let go.
+class StoredSection final : public ConfigurationSection {
+public:
+    StoredSection(ProjectFile &file, boost::shared_ptr<NCProject> project, std::string name)
+        : m_file(file), m_project(std::move(project)), m_name(std::move(name)) {
+        std::optional<std::string> const text = m_file.Section(m_name);
+        m_section = text ? XercesXMLSection::CreateXMLSectionFromString(*text) : std::make_unique<XercesXMLSection>();
+        if (!m_section)
+            throw NCError(ExceptionMessage::translate("The settings \"{1}\" of the project can't be read.") % m_name,
+                          NCError::Error);
+        m_section->Flush(m_before);
+    }
+    ~StoredSection() override {
+        try {
+            std::string text;
+            m_section->Flush(text);
+            if (text != m_before && m_file.IsWritable())
+                m_file.SetSection(m_name, text);
+        } catch (Exception const &) {
+            // Nobody hears a destructor: a file that can't be written tells so at the next change of the project.
+        }
+    }
+
+    using ConfigurationSection::ReadKey;
+    using ConfigurationSection::WriteKey;
+    bool ReadKey(std::string const &key, std::string &value) const override { return m_section->ReadKey(key, value); }
+    void WriteKey(std::string const &key, std::string const &value) override { m_section->WriteKey(key, value); }
+    bool DeleteKey(std::string const &key) override { return m_section->DeleteKey(key); }
+    int CountSubSections(std::string const &name) const override { return m_section->CountSubSections(name); }
+    std::unique_ptr<ConfigurationSection> OpenSubSection(std::string const &name, int index) override {
+        return m_section->OpenSubSection(name, index);
+    }
+    std::unique_ptr<ConfigurationSection> CreateSubSection(std::string const &name, int index) override {
+        return m_section->CreateSubSection(name, index);
+    }
+    bool DeleteSubSection(std::string const &name, int index) override {
+        return m_section->DeleteSubSection(name, index);
+    }
+    void Clear() override { m_section->Clear(); }
+    std::unique_ptr<ConfigurationSection> Clone() const override { return m_section->Clone(); }
+
+private:
+    ProjectFile &m_file;
+    boost::shared_ptr<NCProject> m_project; // keeps the file open
+    std::string m_name;
+    std::string m_before;
+    std::unique_ptr<XercesXMLSection> m_section;
+};
+
+} // namespace
+
+std::unique_ptr<ConfigurationSection> Project::GetSettingsSection(std::string const &name) {
+    return std::make_unique<StoredSection>(m_state->File(), shared_from_this(), name);
+}
+
+} // namespace engine

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "engine/Progress.h"
+#include "engine/ProjectFile.h"
+#include "platform/NCProject.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace engine {
+
+struct ImportedTable;
+
+// What a model is to be fitted to. Variables and observations go by their primary identifiers.
+struct ModelRequest {
+    enum Scaling { UnitVariance, Centred, Pareto, None };
+
+    ModelTypeE::Model type = ModelTypeE::PCA;
+    int dataSet = 1;
+    std::vector<std::string> responses; // the Y variables; all others are X variables
+    std::vector<std::string> excluded;  // variables that are in neither, observations that are left out
+    Scaling scaling = UnitVariance;
+    int components = -1;           // predictive ones, -1: as many as cross-validation finds significant
+    int crossValidationGroups = 7; // 0: no cross-validation
+    double alpha = 0.05;           // significance level of limits and intervals
+};
+
+// A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
+// What is large is read when it is first asked for and kept; the lists of variables and observations run over all data
+// sets, and items with the same primary identifier are the same item.
+//
+// Messages of NCErrors name the item at fault. Every change is stored whole or not at all.
+class DATASERIES_API Project final : public NCProject {
+public:
+    static boost::shared_ptr<Project> Create(std::filesystem::path const &path);
+    static boost::shared_ptr<Project> OpenToRead(std::filesystem::path const &path);
+    static boost::shared_ptr<Project> OpenToWrite(std::filesystem::path const &path);
+    ~Project() override;
+
+    // Stores a table as a data set and answers its number.
+    int AddDataSet(ImportedTable const &table, Progress const &progress = {});
+    // Fits a model, cross-validates it, stores both and answers the number of the model.
+    int AddModel(ModelRequest const &request, Progress const &progress = {});
+    // Makes the table the prediction set of a model. Variables are matched by name, in any order; those that the model
+    // lacks are stored and not used, and those that the table lacks are missing. NCError when it has none of them.
+    int AddPredictions(int model, ImportedTable const &table, Progress const &progress = {});
+
+    std::vector<DataSetRecord> DataSets() const;
+
+    StatisticSource const &GetStatisticSource() const override;
+    int GetNumberOfModels() const override;
+    int GetModelNumberAt(int index) const override;
+    boost::shared_ptr<ModelInfo const> GetModelInfo(int model) const override;
+    boost::shared_ptr<NCModel const> GetModel(int model) const override;
+    NCVariables const &GetVariables() const override;
+    NCObservations const &GetObservations() const override;
+    boost::shared_ptr<NCDataSet const> GetDataSet(int number) const override;
+    boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int number) const override;
+    int GetFirstDataSet(int after) const override;
+    boost::shared_ptr<NCDataSet const> GetPredSet(int number) const override;
+    boost::shared_ptr<NCDataSet const> GetModelPredSet(int model) const override;
+    boost::shared_ptr<NCPredictions const> GetPredictions(int model, bool required) const override;
+    std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name) override;
+
+private:
+    class State;
+
+    explicit Project(ProjectFile file);
+
+    std::unique_ptr<State> m_state;
+};
+
+} // namespace engine

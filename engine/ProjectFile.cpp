@@ -1,0 +1,286 @@
+#include "engine/ProjectFile.h"
+
+#include "engine/ProjectFile_internal.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace engine {
+
+namespace {
+
+// The path by which all names of a file share one lock.
+std::filesystem::path RealPath(std::filesystem::path const &path) {
+    return std::filesystem::weakly_canonical(path);
+}
+
+std::filesystem::path ExistingPath(std::filesystem::path const &path) {
+    if (!std::filesystem::exists(path))
+        throw NCError(ExceptionMessage::translate("The project {1} doesn't exist.") % path.string(), NCError::Error);
+    return RealPath(path);
+}
+
+// What a killed process left beside a project that is no more would be taken for a part of the new one.
+void RemoveLeftovers(std::filesystem::path const &path) {
+    for (char const *ending : {"-wal", "-shm", "-journal"})
+        std::filesystem::remove(path.string() + ending);
+}
+
+bool AllHave(std::span<TextColumn const> columns, std::size_t count) {
+    return std::ranges::all_of(columns, [&](TextColumn const &column) { return column.texts.size() == count; });
+}
+
+void CheckShape(NewDataSet const &dataSet) {
+    if (dataSet.observations.empty() || dataSet.variables.empty())
+        throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("no identifiers"));
+    std::size_t const observations = dataSet.observations.front().texts.size();
+    bool const even =
+        AllHave(dataSet.observations, observations) && AllHave(dataSet.variables, dataSet.columns.size()) &&
+        std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; });
+    if (!even)
+        throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("columns of unequal length"));
+    if ((dataSet.kind == DataSetKind::Prediction) != (dataSet.model > 0))
+        throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("a model with no prediction set"));
+}
+
+bool IsPredictionSet(DataSetRecord const &dataSet, int model) {
+    return dataSet.kind == DataSetKind::Prediction && dataSet.model == model;
+}
+
+std::vector<std::byte> Copy(std::span<std::byte const> bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+} // namespace
+
+ProjectFile::ProjectFile(std::unique_ptr<Implementation> implementation)
+    : m_implementation(std::move(implementation)) {}
+ProjectFile::ProjectFile(ProjectFile &&other) noexcept = default;
+ProjectFile &ProjectFile::operator=(ProjectFile &&other) noexcept = default;
+ProjectFile::~ProjectFile() = default;
+
+// Written under another name first: under its own name, the file is whole from the first moment.
+ProjectFile ProjectFile::Create(std::filesystem::path const &path) {
+    std::filesystem::path const real = RealPath(path);
+    {
+        WriterLock const lock(real);
+        if (std::filesystem::exists(real))
+            throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
+        std::filesystem::path const draft = real.string() + ".new";
+        std::filesystem::remove(draft);
+        RemoveLeftovers(draft);
+        RemoveLeftovers(real);
+        Implementation::WriteEmpty(draft);
+        std::filesystem::rename(draft, real);
+    }
+    return OpenToWrite(real);
+}
+
+ProjectFile ProjectFile::OpenToWrite(std::filesystem::path const &path) {
+    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), true));
+}
+
+ProjectFile ProjectFile::OpenToRead(std::filesystem::path const &path) {
+    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), false));
+}
+
+std::filesystem::path const &ProjectFile::Path() const {
+    return m_implementation->path;
+}
+
+bool ProjectFile::IsWritable() const {
+    return m_implementation->IsWritable();
+}
+
+std::vector<DataSetRecord> ProjectFile::DataSets() const {
+    std::vector<StoredDataSet> const stored = m_implementation->DataSets();
+    return {stored.begin(), stored.end()};
+}
+
+DataSetRecord ProjectFile::DataSet(int number) const {
+    return m_implementation->DataSet(number);
+}
+
+std::vector<TextColumn> ProjectFile::ObservationIdentifiers(int dataSet) const {
+    std::size_t const count = m_implementation->DataSet(dataSet).observationIdentifiers;
+    return m_implementation->ReadTextColumns(Part::ObservationIdentifier, dataSet, count);
+}
+
+std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
+    std::size_t const count = m_implementation->DataSet(dataSet).variableIdentifiers;
+    return m_implementation->ReadTextColumns(Part::VariableIdentifier, dataSet, count);
+}
+
+std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
+    Statement const block = m_implementation->ReadBlock(Part::Column, dataSet, variable);
+    std::span<std::byte const> const bytes = block.Bytes(2);
+    std::vector<float> values(bytes.size() / sizeof(float));
+    std::ranges::copy(bytes, std::as_writable_bytes(std::span(values)).begin());
+    return values;
+}
+
+int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress) {
+    CheckShape(dataSet);
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    if (dataSet.kind == DataSetKind::Prediction) {
+        file.Model(dataSet.model);
+        if (dataSet.name.empty())
+            for (StoredDataSet const &old : file.DataSets())
+                if (old.name.empty() && IsPredictionSet(old, dataSet.model))
+                    DeleteDataSet(old.number);
+    }
+
+    StoredDataSet stored;
+    stored.number = file.NextDataSet();
+    stored.name = dataSet.name;
+    stored.kind = dataSet.kind;
+    stored.model = dataSet.model;
+    stored.observations = dataSet.observations.front().texts.size();
+    stored.variables = dataSet.columns.size();
+    stored.observationIdentifiers = dataSet.observations.size();
+    stored.variableIdentifiers = dataSet.variables.size();
+    file.ReplaceDataSet(stored);
+    file.WriteTextColumns(Part::ObservationIdentifier, stored.number, dataSet.observations);
+    file.WriteTextColumns(Part::VariableIdentifier, stored.number, dataSet.variables);
+    for (std::size_t column = 0; column < stored.variables; ++column) {
+        progress.Report(static_cast<double>(column) / static_cast<double>(stored.variables));
+        file.ReplaceBlock(Part::Column, stored.number, static_cast<int>(column + 1), {},
+                          std::as_bytes(std::span(dataSet.columns[column])));
+    }
+    progress.Report(1.0);
+    change.Commit();
+    return stored.number;
+}
+
+void ProjectFile::RenameDataSet(int number, std::string_view name) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    StoredDataSet dataSet = file.DataSet(number);
+    if (name.empty() && dataSet.kind == DataSetKind::Prediction)
+        throw NCError(ExceptionMessage::translate("Prediction set {1} needs a name.") % number, NCError::Error);
+    dataSet.name = name;
+    file.ReplaceDataSet(dataSet);
+    change.Commit();
+}
+
+void ProjectFile::DeleteDataSet(int number) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    file.DataSet(number);
+    if (int const user = file.UserOfDataSet(number); user != 0)
+        throw NCError(ExceptionMessage::translate("Data set {1} can't be deleted: model {2} is made of it.") % number %
+                          user,
+                      NCError::Error);
+    file.DeleteDataSet(number);
+    change.Commit();
+}
+
+std::vector<ModelRecord> ProjectFile::Models() const {
+    return m_implementation->Models();
+}
+
+ModelRecord ProjectFile::Model(int number) const {
+    return m_implementation->Model(number);
+}
+
+std::vector<std::byte> ProjectFile::Definition(int model) const {
+    return Copy(m_implementation->ReadBlock(Part::Definition, model, 1).Bytes(2));
+}
+
+std::optional<std::vector<std::byte>> ProjectFile::Results(int model) const {
+    if (!m_implementation->Model(model).fitted)
+        return std::nullopt;
+    return Copy(m_implementation->ReadBlock(Part::Results, model, 1).Bytes(2));
+}
+
+int ProjectFile::AddModel(std::string_view name, std::span<int const> dataSets, std::span<std::byte const> definition) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    int const number = file.NextModel();
+    file.ReplaceModel({number, {}, {}, false});
+    ChangeModel(number, name, dataSets, definition);
+    change.Commit();
+    return number;
+}
+
+void ProjectFile::ChangeModel(int number, std::string_view name, std::span<int const> dataSets,
+                              std::span<std::byte const> definition) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    ModelRecord model = file.Model(number);
+    for (int const dataSet : dataSets)
+        file.DataSet(dataSet);
+    model.name = name;
+    model.dataSets.assign(dataSets.begin(), dataSets.end());
+    file.ReplaceModel(model);
+    file.ReplaceBlock(Part::Definition, number, 1, {}, definition);
+    change.Commit();
+}
+
+void ProjectFile::SetResults(int model, std::span<std::byte const> results) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    ModelRecord record = file.Model(model);
+    record.fitted = true;
+    file.ReplaceModel(record);
+    file.ReplaceBlock(Part::Results, model, 1, {}, results);
+    change.Commit();
+}
+
+void ProjectFile::DropResults(int model) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    ModelRecord record = file.Model(model);
+    record.fitted = false;
+    file.ReplaceModel(record);
+    file.DeleteBlocks(Part::Results, model);
+    change.Commit();
+}
+
+void ProjectFile::DeleteModel(int number) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    file.DeleteModel(number);
+    for (StoredDataSet const &dataSet : file.DataSets())
+        if (IsPredictionSet(dataSet, number))
+            DeleteDataSet(dataSet.number);
+    change.Commit();
+}
+
+std::vector<std::string> ProjectFile::SectionNames() const {
+    std::vector<std::string> names;
+    for (auto &section : m_implementation->Sections())
+        names.push_back(std::move(section.first));
+    return names;
+}
+
+std::optional<std::string> ProjectFile::Section(std::string_view name) const {
+    return m_implementation->Section(name);
+}
+
+void ProjectFile::SetSection(std::string_view name, std::string_view text) {
+    m_implementation->Writable().ReplaceSection(name, text);
+}
+
+void ProjectFile::DeleteSection(std::string_view name) {
+    m_implementation->Writable().DeleteSection(name);
+}
+
+Transaction::Transaction(ProjectFile const &file) : Transaction(*file.m_implementation) {}
+
+Transaction::Transaction(ProjectFile::Implementation &file) : m_file(file), m_nested(file.database.InTransaction()) {
+    m_file.database.Execute(m_nested ? "SAVEPOINT change" : m_file.IsWritable() ? "BEGIN IMMEDIATE" : "BEGIN");
+}
+
+Transaction::~Transaction() {
+    if (m_open)
+        m_file.database.ExecuteIfPossible(m_nested ? "ROLLBACK TO change; RELEASE change" : "ROLLBACK");
+}
+
+void Transaction::Commit() {
+    m_file.database.Execute(m_nested ? "RELEASE change" : "COMMIT");
+    m_open = false;
+}
+
+} // namespace engine

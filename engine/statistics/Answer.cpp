@@ -1,0 +1,63 @@
+#include "engine/statistics/Answer.h"
+
+#include "platform/Missing.h"
+
+#include <algorithm>
+
+namespace engine {
+
+Answer::Answer(ColumnIDs columns) : m_columns(std::move(columns)), m_matrix(0, m_columns.Size()) {}
+
+std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> const &values) {
+    return Add(label, values, Vector());
+}
+
+std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> const &values,
+                             Eigen::Ref<Vector const> const &further) {
+    m_labels.push_back(label);
+    NCDataVector<float> row(m_columns.Size());
+    auto const to = std::transform(values.begin(), values.end(), row.MutableValues().begin(), ToStored);
+    std::transform(further.begin(), further.end(), to, ToStored);
+    m_matrix.AppendRow(row);
+    return m_matrix.MutableRow(m_matrix.Rows());
+}
+
+TablePtr Answer::Take() {
+    if (m_labels.Size() == 0 || m_columns.Size() == 0)
+        return nullptr;
+    RowIDs rows(m_labels, m_columns.GetProject());
+    return std::make_unique<ProjectData>(std::move(rows), std::move(m_columns), std::move(m_matrix));
+}
+
+std::optional<Index> ChosenComponent(int component, Index size) {
+    Index const chosen = component == -1 ? size : component;
+    return chosen >= 1 && chosen <= size ? std::optional(chosen - 1) : std::nullopt;
+}
+
+std::vector<Index> ChosenComponents(IntList const *components, Index size) {
+    std::vector<Index> chosen;
+    if (!components)
+        for (Index component = 0; component < size; ++component)
+            chosen.push_back(component);
+    else
+        for (int const component : *components)
+            if (auto const valid = ChosenComponent(component, size))
+                chosen.push_back(*valid);
+    return chosen;
+}
+
+std::string ComponentLabel(Index component) {
+    return "[" + std::to_string(component + 1) + "]";
+}
+
+std::string RoundLabel(Index component, int round) {
+    return ComponentLabel(component) + "[CV. " + std::to_string(round) + "]";
+}
+
+void MarkUnobserved(std::span<float> scores, Eigen::VectorXi const &observed) {
+    for (std::size_t i = 0; i < scores.size(); ++i)
+        if (observed[static_cast<Index>(i)] == 0)
+            scores[i] = missingValue;
+}
+
+} // namespace engine

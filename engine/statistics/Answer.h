@@ -1,0 +1,46 @@
+#pragma once
+
+#include "engine/models/Matrices.h"
+#include "platform/ProjectData.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace engine {
+
+// Builds the table of an answer row by row. Here alone results are rounded to float.
+class Answer {
+public:
+    explicit Answer(ColumnIDs columns);
+
+    // A row of one value for each column; what is not finite becomes missing. The row stays open for changes until the
+    // next one is added.
+    std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values);
+    // The same from two parts, one behind the other.
+    std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values,
+                         Eigen::Ref<Vector const> const &further);
+
+    // Null when it has no row or no column.
+    TablePtr Take();
+
+private:
+    ColumnIDs m_columns;
+    NCStringVector m_labels;
+    NCDataMatrix<float> m_matrix;
+};
+
+// The valid components of a list, counted from 0: all `size` ones for a null list, the last one for -1. Others are
+// dropped.
+std::vector<Index> ChosenComponents(IntList const *components, Index size);
+std::optional<Index> ChosenComponent(int component, Index size);
+
+// "[2]" for a component counted from 0; "[2][CV. 3]" with a round counted from 1.
+std::string ComponentLabel(Index component);
+std::string RoundLabel(Index component, int round);
+
+// A row of a block that has no observed cell has no score.
+void MarkUnobserved(std::span<float> scores, Eigen::VectorXi const &observed);
+
+} // namespace engine

@@ -1,0 +1,286 @@
+// What holds for every fit, on seeded data of several shapes.
+
+#include "engine/models/CrossValidation.h"
+#include "engine/models/LeadingLoadings.h"
+#include "engine/models/NipalsExtraction.h"
+#include "engine/models/Prediction.h"
+#include "tests/engine/ModelBuilders.h"
+
+#include <Eigen/QR>
+#include <Eigen/SVD>
+
+#include <random>
+
+namespace engine {
+namespace {
+
+struct Shape {
+    Index rows, columns;
+    int responses, components;
+    double missing;
+
+    friend void PrintTo(Shape const &s, std::ostream *out) {
+        *out << s.rows << " x " << s.columns << ", " << s.responses << " responses, " << s.components
+             << " components, missing " << s.missing;
+    }
+};
+
+RowMatrix Random(Index rows, Index columns, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::normal_distribution<double> normal;
+    return RowMatrix::NullaryExpr(rows, columns, [&] { return normal(generator); });
+}
+
+// Three hidden variables behind all columns, and noise.
+RowMatrix MakeData(Shape const &shape) {
+    auto const columns = shape.columns + shape.responses;
+    RowMatrix cells = Random(shape.rows, 3, 1) * Random(3, columns, 2) + 0.5 * Random(shape.rows, columns, 3);
+    std::mt19937 generator(4);
+    std::bernoulli_distribution lost(shape.missing);
+    for (auto &cell : cells.reshaped())
+        if (lost(generator))
+            cell = nan;
+    return cells;
+}
+
+double OffDiagonal(Matrix const &gram) {
+    return Difference(gram, gram.diagonal().asDiagonal());
+}
+
+Matrix Signless(Matrix const &columns, Matrix const &like) {
+    return columns * (columns.transpose() * like).diagonal().cwiseSign().asDiagonal();
+}
+
+class Models : public testing::TestWithParam<Shape> {
+protected:
+    Models() : m_cells(MakeData(GetParam())) {}
+
+    Fitted FitGroups(int groups) const {
+        return {m_cells, Define(m_cells, GetParam().responses, GetParam().components, groups)};
+    }
+
+    RowMatrix m_cells;
+};
+
+class CompleteModels : public Models {};
+
+TEST_P(CompleteModels, Decompose) {
+    auto const fitted = FitGroups(0);
+    auto const &c = fitted.model.components;
+    auto const &[t, u, to, uo] = fitted.model.scores;
+    Matrix const x = fitted.workset.x.Values();
+    Matrix const y = fitted.workset.y.Values();
+    auto const a = c.Predictive();
+    Matrix const identity = Matrix::Identity(a, a);
+    ASSERT_EQ(a, GetParam().components);
+    EXPECT_LE(OffDiagonal(t.transpose() * t), 1e-8 * t.squaredNorm());
+    EXPECT_LE(Difference(x * c.DirectWeights(), t), 1e-8);
+    EXPECT_LE(Difference((x - t * c.p.transpose()).colwise().squaredNorm().transpose(), c.ssX.rightCols(1)), 1e-8);
+    Matrix const correlation =
+        (x.transpose() * t).cwiseAbs2().array() / (c.ssX.col(0) * t.colwise().squaredNorm()).array();
+    for (Index b = 0; b < a; ++b)
+        EXPECT_LE(Difference(correlation.col(b), c.TakenX(b).cwiseQuotient(c.ssX.col(0))), 1e-8) << b;
+    if (y.cols() == 0) {
+        EXPECT_LE(Difference(c.p.transpose() * c.p, identity), 1e-10);
+        Eigen::BDCSVD<Matrix> const svd(x, Eigen::ComputeThinV);
+        EXPECT_LE(Difference(Signless(svd.matrixV().leftCols(a), c.p), c.p), 1e-8);
+    } else {
+        EXPECT_LE(Difference(c.w.transpose() * c.w, identity), 1e-8);
+        EXPECT_LE(Difference(c.p.transpose() * c.wStar, identity), 1e-8);
+        Matrix const predicted = x * Coefficients(c, a);
+        EXPECT_LE(Difference(PredictedY(c, t, a), predicted), 1e-8);
+        EXPECT_LE(Difference((y - predicted).colwise().squaredNorm().transpose(), c.ssY.rightCols(1)), 1e-8);
+        Eigen::BDCSVD<Matrix> const svd(x.transpose() * y, Eigen::ComputeThinU);
+        EXPECT_LE(Difference(Signless(svd.matrixU().leftCols(1), c.w.leftCols(1)), c.w.leftCols(1)), 1e-8);
+        for (Index b = 0; b < a; ++b)
+            EXPECT_GT(c.c(Lead(c.c.col(b)), b), 0) << b;
+    }
+}
+
+TEST_P(CompleteModels, DirectWayAgreesWithIteration) {
+    auto const fitted = FitGroups(0);
+    NipalsExtraction iteration(fitted.workset.x, fitted.workset.y, nullptr);
+    iteration.Extract(GetParam().components);
+    auto const &direct = fitted.model.components;
+    auto const &found = iteration.Found();
+    EXPECT_LE(Difference(direct.p, found.p), 1e-7);
+    EXPECT_LE(Difference(direct.wStar, found.wStar), 1e-7);
+    EXPECT_LE(Difference(direct.c, found.c), 1e-7);
+    EXPECT_LE(Difference(direct.q, found.q), 1e-7);
+    EXPECT_LE(Difference(direct.ssX, found.ssX), 1e-7 * direct.ssX.maxCoeff());
+    EXPECT_LE(Difference(fitted.model.scores.u, iteration.FoundScores().u), 1e-6 * fitted.model.scores.u.norm());
+}
+
+TEST_P(Models, GiveWorksetRowsTheirOwnScores) {
+    auto const fitted = FitGroups(0);
+    auto scores = PredictScores(fitted.model.components, fitted.workset.x);
+    PredictYScores(fitted.model.components, fitted.workset.y, scores);
+    EXPECT_LE(Difference(scores.t, fitted.model.scores.t), 1e-7);
+    auto const residuals =
+        XResiduals(fitted.model.components, fitted.workset.x, scores, fitted.model.components.Predictive());
+    EXPECT_LE(Difference(residuals.colwise().squaredNorm().transpose(), fitted.model.components.ssX.rightCols(1)),
+              1e-6);
+    EXPECT_LE(Difference(scores.u, fitted.model.scores.u), 1e-6 * scores.u.norm());
+}
+
+// The rounds again with the component-wise iteration on copied rows, and for PCA by leaving out each element in turn.
+TEST_P(Models, CrossValidateByRefitting) {
+    auto const fitted = FitGroups(4);
+    auto const &[x, y, xScales, yScales] = fitted.workset;
+    auto const &validation = *fitted.model.crossValidation;
+    auto const components = fitted.model.components.Predictive();
+    Matrix press = Matrix::Zero(validation.press.rows(), components + 1);
+    for (int g = 0; g < 4; ++g) {
+        std::vector<Index> in;
+        std::vector<Index> out;
+        for (Index i = 0; i < x.Rows(); ++i)
+            (i % 4 == g ? out : in).push_back(i);
+        NipalsExtraction refit(BlockView(x, in), BlockView(y, in), &fitted.model.components);
+        refit.Extract(components);
+        auto const &model = refit.Found();
+        EXPECT_LE(Difference(validation.rounds[g].p, model.p), 1e-6) << g;
+        auto const t = PredictScores(model, BlockView(x, out)).t;
+        for (Index a = 0; a <= components; ++a)
+            for (Index i = 0; i < t.rows(); ++i) {
+                if (y.Size() > 0) {
+                    Matrix const predicted = PredictedY(model, t.row(i), a);
+                    for (Index m = 0; m < y.Size(); ++m)
+                        if (!y.IsMissing(out[i], m))
+                            press(m, a) += std::pow(y.Values()(out[i], m) - predicted(0, m), 2);
+                    continue;
+                }
+                for (Index k = 0; k < x.Size(); ++k) {
+                    if (x.IsMissing(out[i], k))
+                        continue;
+                    Matrix others = model.p.leftCols(a);
+                    for (Index other = 0; other < x.Size(); ++other)
+                        if (other == k || x.IsMissing(out[i], other))
+                            others.row(other).setZero();
+                    Vector const row = x.Values().row(out[i]);
+                    Vector const own = a == 0 ? Vector(0) : Vector(others.householderQr().solve(row));
+                    press(k, a) += std::pow(row[k] - model.p.row(k).head(a).dot(own), 2);
+                }
+            }
+    }
+    EXPECT_LE(Difference(validation.press, press), 1e-6 * press.maxCoeff());
+}
+
+Shape const complete[] = {{40, 8, 0, 4, 0}, {12, 30, 0, 4, 0}, {150, 90, 0, 3, 0}, {80, 200, 0, 3, 0},
+                          {40, 8, 1, 4, 0}, {12, 30, 1, 4, 0}, {150, 90, 3, 5, 0}, {30, 100, 80, 3, 0}};
+Shape const incomplete[] = {
+    {40, 8, 0, 3, 0.1}, {15, 30, 0, 2, 0.1}, {40, 8, 1, 3, 0.1}, {40, 8, 3, 3, 0.1}, {15, 30, 3, 2, 0.1}};
+INSTANTIATE_TEST_SUITE_P(Complete, CompleteModels, testing::ValuesIn(complete));
+INSTANTIATE_TEST_SUITE_P(Complete, Models, testing::ValuesIn(complete));
+INSTANTIATE_TEST_SUITE_P(Incomplete, Models, testing::ValuesIn(incomplete));
+
+TEST(ModelProperties, AllComponentsGiveLeastSquares) {
+    auto const cells = MakeData({30, 6, 2, 6, 0});
+    Fitted const fitted(cells, Define(cells, 2, 6));
+    Matrix const x = fitted.workset.x.Values();
+    Matrix const expected = x.householderQr().solve(Matrix(fitted.workset.y.Values()));
+    EXPECT_LE(Difference(Coefficients(fitted.model.components, 6), expected), 1e-9);
+}
+
+// Singular values over eight decades, more than one search can tell apart, beyond and below the size that is searched
+// at once, and of a rank below the number asked for.
+TEST(ModelProperties, SmallComponentsAreExact) {
+    for (auto const &[rows, columns] :
+         {std::pair(30, 20), std::pair(20, 30), std::pair(200, 120), std::pair(90, 300)}) {
+        constexpr int rank = 9;
+        Matrix const left = Random(rows, rank, 5).householderQr().householderQ() * Matrix::Identity(rows, rank);
+        Matrix const right = Random(columns, rank, 6).householderQr().householderQ() * Matrix::Identity(columns, rank);
+        Vector const sizes = Vector::NullaryExpr(rank, [](Index j) { return std::pow(10.0, -0.6 * j); });
+        Block const x(RowMatrix(left * sizes.asDiagonal() * right.transpose()));
+        Block const y(RowMatrix(rows, 0));
+        auto const extraction = Extraction::Start(x, y, nullptr);
+        extraction->Extract(4);
+        extraction->Extract(15);
+        auto const &found = extraction->Found();
+        ASSERT_EQ(found.Predictive(), rank) << rows << " x " << columns;
+        EXPECT_LE(Difference(Signless(right, found.p), found.p), 1e-7) << rows << " x " << columns;
+        EXPECT_LE(Difference(extraction->FoundScores().t.colwise().norm().transpose().cwiseQuotient(sizes),
+                             Vector::Ones(rank)),
+                  1e-7);
+        for (Index a = 0; a < rank - 1; ++a) {
+            auto const left = sizes.tail(rank - 1 - a).squaredNorm();
+            EXPECT_NEAR(found.ssX.col(a + 1).sum() / left, 1, 1e-6) << a;
+        }
+    }
+}
+
+TEST(ModelProperties, TurningAColumnTurnsItsElements) {
+    auto cells = MakeData({30, 6, 1, 3, 0});
+    Fitted const plain(cells, Define(cells, 1, 3));
+    cells.col(2) *= -1;
+    Fitted const turned(cells, Define(cells, 1, 3));
+    auto expected = plain.model.components;
+    for (auto *const matrix : {&expected.p, &expected.w, &expected.wStar})
+        matrix->row(2) *= -1;
+    auto const &found = turned.model.components;
+    EXPECT_LE(Difference(found.p, expected.p) + Difference(found.wStar, expected.wStar), 1e-10);
+    EXPECT_LE(Difference(turned.model.scores.t, plain.model.scores.t), 1e-10);
+}
+
+TEST(ModelProperties, JackknifeOfTheMeanIsItsStandardError) {
+    auto const values = Random(12, 1, 8);
+    CrossValidation validation;
+    validation.rounds.resize(12);
+    int g = 0;
+    auto const error = Jackknife(validation, [&](Components const &) -> std::optional<Matrix> {
+        return Matrix::Constant(1, 1, (values.sum() - values(g++, 0)) / 11);
+    });
+    auto const deviation = std::sqrt((values.array() - values.mean()).square().sum() / 11);
+    EXPECT_NEAR(error.error(0, 0), deviation / std::sqrt(12.0), 1e-12);
+    EXPECT_EQ(error.freedom, 11);
+}
+
+struct AutofitCase {
+    char const *what;
+    int hidden, responses, groups;
+    Index expected;
+};
+
+TEST(Autofit, StopsWherePredictionDoes) {
+    for (auto const &[what, hidden, responses, groups, expected] :
+         {AutofitCase{"PCA of two hidden variables", 2, 0, 7, 2}, AutofitCase{"PCA of noise", 0, 0, 7, 0},
+          AutofitCase{"PLS of two hidden variables", 2, 2, 7, 2}, AutofitCase{"PLS of noise", 0, 1, 7, 0},
+          AutofitCase{"without rounds", 2, 0, 0, 2}}) {
+        auto const columns = 10 + responses;
+        RowMatrix const cells =
+            Random(60, hidden, 21) * Random(hidden, columns, 22) * 3 + 0.3 * Random(60, columns, 23);
+        Fitted const open(cells, Define(cells, responses, ModelDefinition::autofit, groups));
+        EXPECT_EQ(open.model.components.Predictive(), expected) << what;
+        Fitted const fixed(cells, Define(cells, responses, static_cast<int>(expected), groups));
+        EXPECT_LE(Difference(open.model.scores.t, fixed.model.scores.t), 1e-9) << what;
+        EXPECT_EQ(open.model.crossValidation.has_value(), groups > 0) << what;
+        if (open.model.crossValidation) {
+            EXPECT_LE(Difference(open.model.crossValidation->press, fixed.model.crossValidation->press), 1e-7) << what;
+        }
+    }
+}
+
+TEST(Fit, IsCancelled) {
+    auto const cells = MakeData({30, 6, 1, 3, 0});
+    auto const definition = Define(cells, 1, 3, 7);
+    auto const workset = Workset::Build(definition, MatrixSource(cells));
+    int calls = 0;
+    Progress const progress([&](double) { return ++calls < 3; });
+    EXPECT_THROW(Fit(definition, workset, progress), Cancelled);
+    EXPECT_EQ(calls, 3);
+}
+
+TEST(Fit, SkipsEmptyGroups) {
+    auto const cells = MakeData({9, 4, 1, 2, 0});
+    auto definition = Define(cells, 1, 1);
+    definition.givenGroups = {5, 5, 5, 2, 2, 2, 9, 9, 9};
+    Fitted const fitted(cells, definition);
+    EXPECT_EQ(fitted.model.crossValidation->roundOfRow, (std::vector{1, 1, 1, 0, 0, 0, 2, 2, 2}));
+    EXPECT_EQ(fitted.model.crossValidation->rounds.size(), 3u);
+    definition.givenGroups.pop_back();
+    EXPECT_THROW(Fit(definition, fitted.workset), NCError);
+    definition.givenGroups.assign(9, 1);
+    EXPECT_FALSE(Fit(definition, fitted.workset).crossValidation);
+}
+
+} // namespace
+} // namespace engine

@@ -1,0 +1,336 @@
+#include "building/CreateProjectData.h"
+#include "catalogue/ProjectVectorHandler.h"
+#include "engine/Project.h"
+#include "engine/TableReader.h"
+#include "platform/ConfigurationSection.h"
+#include "platform/Exception.h"
+#include "platform/GetProjectData.h"
+#include "platform/Missing.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+namespace {
+
+using engine::ModelRequest;
+using engine::Project;
+
+constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
+constexpr auto Loadings = ProjectVector::VectorTypeObservationsLoadings;
+
+char const *const sixRows =
+    "id,x1,x2,x3,y\na,1,2,1,1.2\nb,2,1,4,1.9\nc,3,5,2,3.4\nd,4,3,6,3.8\ne,5,7,3,5.6\nf,6,4,8,5.9\n";
+char const *const oneMissing =
+    "id,x1,x2,x3,y\na,1,2,1,1.2\nb,2,1,4,1.9\nc,3,,2,3.4\nd,4,3,6,3.8\ne,5,7,3,5.6\nf,6,4,8,5.9\n";
+char const *const newRows = "id,x3,extra,x1,x2\np,5,1,3.5,2\nq,7,1,9,1\nr,5,1,3.5,\n";
+
+engine::ImportedTable Read(char const *text) {
+    std::istringstream stream(text);
+    return engine::ReadTable(stream, "table");
+}
+
+// Model 1 PLS, model 2 PCA, both of the complete rows; model 3 PCA and 4 PLS with one cell missing; model 1 has a
+// prediction set.
+class SmallProject : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        s_folder = new TemporaryFolder;
+        s_project = Project::Create(*s_folder / "small.dsp");
+        s_project->AddDataSet(Read(sixRows));
+        s_project->AddDataSet(Read(oneMissing));
+        Add(ModelTypeE::PLS, 1);
+        Add(ModelTypeE::PCA, 1);
+        Add(ModelTypeE::PCA, 2);
+        Add(ModelTypeE::PLS, 2);
+        s_project->AddPredictions(1, Read(newRows));
+    }
+    static void TearDownTestSuite() {
+        s_project.reset();
+        delete s_folder;
+    }
+
+    static void Add(ModelTypeE::Model type, int dataSet) {
+        ModelRequest request;
+        request.type = type;
+        request.dataSet = dataSet;
+        (type == ModelTypeE::PCA ? request.excluded : request.responses) = {"y"};
+        request.components = 2;
+        request.crossValidationGroups = 3;
+        s_project->AddModel(request);
+    }
+
+    static TablePtr Table(std::string const &text, ProjectVector::VectorTypeEnum type) {
+        return ProjectDataUtilities::CreateProjectData(*s_project).GetProjectData(text, type);
+    }
+
+    static std::vector<float> Row(std::string const &text, ProjectVector::VectorTypeEnum type) {
+        TablePtr const table = Table(text, type);
+        if (!table)
+            return {};
+        auto const row = table->GetMatrix().Row(1);
+        return {row.begin(), row.end()};
+    }
+
+    static inline TemporaryFolder *s_folder = nullptr;
+    static inline boost::shared_ptr<Project> s_project;
+};
+
+struct Figures {
+    char const *text;
+    ProjectVector::VectorTypeEnum type;
+    std::vector<double> values;
+    char const *label;
+};
+
+// Worked by hand for these six rows.
+TEST_F(SmallProject, GivesTheWorkedFigures) {
+    Figures const cases[] = {
+        {"t M1,1,0,0", Scores, {-1.880693, -1.245060, -0.191595, 0.360472, 1.244187, 1.712688}, "M1.t[1]"},
+        {"t M1,2,0,0", Scores, {0.296860, -0.856561, 0.984170, -0.768081, 1.347346, -1.003735}, "M1.t[2]"},
+        {"u M1,2,0,0", Scores, {0.738327, -0.328492, 0.172437, -2.142626, 1.894192, -0.333838}, "M1.u[2]"},
+        {"p M1,2,0,0", Loadings, {-0.084418, 0.691293, -0.719132}, "M1.p[2]"},
+        {"w M1,2,0,0", Loadings, {-0.051768, 0.667824, -0.742516}, "M1.w[2]"},
+        {"w* M1,2,0,0", Loadings, {-0.009726, 0.700211, -0.716319}, "M1.w*[2]"},
+        {"c M1,1,0,0", Loadings, {0.712646}, "M1.c[1]"},
+        {"pc M1,1,0,0", Loadings, {0.713420, 0.507699, 0.486596, 0.712646}, "M1.pc[1]"},
+        {"w*c M1,2,0,0", Loadings, {-0.009726, 0.700211, -0.716319, 0.078913}, "M1.w*c[2]"},
+        {"p(corr) M1,1,0,0", Loadings, {0.995477, 0.708423, 0.678976}, "M1.p(corr)[1]"},
+        {"c(corr) M1,1,0,0", Loadings, {0.994397}, "M1.c(corr)[1]"},
+        {"pc(corr) M1,1,0,0", Loadings, {0.995477, 0.708423, 0.678976, 0.994397}, "M1.pc(corr)[1]"},
+        {"p(ctr) M1,1,0,0", Loadings, {1.334687, 1.096756, 1.268887}, "M1.p(ctr)[1]"},
+        {"t(corr) M1,0,1,0,2",
+         Scores,
+         {-0.845779, -0.559924, -0.086164, 0.162110, 0.559532, 0.770224},
+         "M1.t(corr)[1]"},
+        {"t(corr) M1,0,2,0,1",
+         Scores,
+         {0.182611, -0.526906, 0.605404, -0.472478, 0.828809, -0.617439},
+         "M1.t(corr)[2]"},
+        {"tcv M1,1,0,0", Scores, {-1.810863, -0.812068, 0.101666, 0.253802, 0.610096, 1.325856}, "M1.tcv[1]"},
+        {"pcvSE M1,1,0,0", Loadings, {0.031865, 0.372748, 0.331956}, "M1.pcvSE[1]"},
+        {"wcvSE M1,1,0,0", Loadings, {0.031428, 0.311744, 0.286963}, "M1.wcvSE[1]"},
+        {"tcvSE M1,1,0,0", Scores, {0.113333, 0.379268, 0.414787, 0.318681, 0.584998, 0.406435}, "M1.tcvSE[1]"},
+        {"tPS M1,1,0,0", Scores, {-0.252443, 1.922098, 0.242309}, "M1.tPS[1]"},
+        {"tPS M1,2,0,0", Scores, {-0.814920, -1.717040, -0.339787}, "M1.tPS[2]"},
+        {"p M2,1,0,0", Loadings, {0.713419, 0.457718, 0.530591}, "M2.p[1]"},
+        {"t M2,1,0,0", Scores, {-1.916901, -1.137027, -0.315105, 0.456360, 1.074809, 1.837864}, "M2.t[1]"},
+        {"p M3,2,0,0", Loadings, {0.094106, 0.743486, -0.662097}, "M3.p[2]"},
+        {"t M3,2,0,0", Scores, {0.228895, -0.825595, 0.551765, -0.624999, 1.466636, -0.742642}, "M3.t[2]"},
+        {"t M4,1,0,0", Scores, {-1.798484, -1.131479, -0.747529, 0.442453, 1.237772, 1.784818}, "M4.t[1]"},
+        {"p M4,1,0,0", Loadings, {0.701517, 0.487590, 0.525168}, "M4.p[1]"}};
+    for (Figures const &row : cases) {
+        TablePtr const table = Table(row.text, row.type);
+        ASSERT_NE(table, nullptr) << row.text;
+        EXPECT_EQ(table->GetRowName(1), row.label);
+        ASSERT_EQ(table->Columns(), static_cast<int>(row.values.size())) << row.text;
+        for (std::size_t i = 0; i < row.values.size(); ++i)
+            EXPECT_NEAR(table->GetMatrix().Row(1)[i], row.values[i], 2e-6) << row.text << " at " << i;
+    }
+}
+
+TEST_F(SmallProject, LabelsItemsByTheirIdentifiers) {
+    TablePtr const scores = Table("t M1,1,0,0", Scores);
+    EXPECT_EQ(scores->GetColumnName(1) + scores->GetColumnName(6), "af");
+    TablePtr const both = Table("w*c M1,1,0,0", Loadings);
+    EXPECT_EQ(both->GetColumnName(1) + both->GetColumnName(3) + both->GetColumnName(4), "x1x3y");
+    EXPECT_EQ(Table("tPS M1,1,0,0", Scores)->GetColumnName(2), "q");
+}
+
+// Correlations with a missing cell go over the rows that have it: pairs by hand from the scores.
+TEST_F(SmallProject, CorrelationsSkipMissingCells) {
+    std::vector<float> const t = Row("t M3,1,0,0", Scores);
+    double const x2[] = {2, 1, 0, 3, 7, 4};
+    double n = 0, st = 0, sx = 0, stt = 0, sxx = 0, stx = 0;
+    for (std::size_t i : {0, 1, 3, 4, 5}) {
+        n += 1, st += t[i], sx += x2[i], stt += t[i] * t[i], sxx += x2[i] * x2[i], stx += t[i] * x2[i];
+    }
+    double const expected = (stx - st * sx / n) / std::sqrt((stt - st * st / n) * (sxx - sx * sx / n));
+    EXPECT_NEAR(Row("p(corr) M3,1,0,0", Loadings)[1], expected, 1e-6);
+    EXPECT_NEAR(Row("abs(p(corr)) M3,1,0,0", Loadings)[1], std::abs(expected), 1e-6);
+}
+
+// Every standard error is that of its quantity over the three rounds.
+TEST_F(SmallProject, StandardErrorsComeFromTheRounds) {
+    struct {
+        char const *error, *round;
+        ProjectVector::VectorTypeEnum type;
+    } const cases[] = {{"pcvSE", "pcv", Loadings},
+                       {"wcvSE", "wcv", Loadings},
+                       {"w*cvSE", "w*cv", Loadings},
+                       {"ccvSE", "ccv", Loadings},
+                       {"tPScvSE", "tPScv", Scores}};
+    for (auto const &row : cases) {
+        std::vector<float> const errors = Row(std::string(row.error) + " M1,2,0,0", row.type);
+        std::vector<std::vector<float>> rounds;
+        for (char const *round : {"1", "2", "3"})
+            rounds.push_back(Row(std::string(row.round) + " M1,2,0," + round, row.type));
+        ASSERT_FALSE(errors.empty()) << row.error;
+        for (std::size_t i = 0; i < errors.size(); ++i) {
+            double const mean = (rounds[0][i] + rounds[1][i] + rounds[2][i]) / 3.0;
+            double squares = 0;
+            for (auto const &round : rounds)
+                squares += (round[i] - mean) * (round[i] - mean);
+            EXPECT_NEAR(errors[i], std::sqrt(squares * 2 / 3), 2e-6) << row.error;
+        }
+    }
+    std::vector<float> joint = Row("pcvSE M1,1,0,0", Loadings);
+    joint.push_back(Row("ccvSE M1,1,0,0", Loadings).front());
+    EXPECT_EQ(Row("pccvSE M1,1,0,0", Loadings), joint);
+    EXPECT_EQ(Row("w*ccvSE M1,1,0,0", Loadings).size(), 4u);
+    EXPECT_EQ(Table("tcv M2,1,0,2", Scores)->GetRowName(1), "M2.tcv[1][CV. 2]");
+}
+
+// Each vector gives columns that equal those of its column form; what a model does not have is nothing in both.
+TEST_F(SmallProject, ColumnFormsEqualTheTables) {
+    int delivered = 0;
+    for (ProjectVector const *vector : *ProjectVectorHandler::Instance())
+        for (int const model : {1, 2, 3, 4}) {
+            if ((vector->GetModelType() & s_project->GetModelInfo(model)->type) == 0)
+                continue;
+            // A pair with an orthogonal component has the columns of any pair.
+            if (std::string(vector->GetName()) == "t(corr)2")
+                continue;
+            std::string const source = "M" + std::to_string(model);
+            std::string const args = vector->UseNumberID2() ? source + ",0,1,0,2" : source + ",1,0,1";
+            TablePtr const table = vector->CreateVectorRaw(s_project, args.c_str());
+            ColumnIDs const columns = vector->CreateColumnIDsRaw(s_project, args.c_str());
+            EXPECT_EQ(table != nullptr, columns.Size() > 0) << vector->GetName() << ' ' << args;
+            if (!table)
+                continue;
+            ++delivered;
+            EXPECT_TRUE(table->GetColumnIDs() == columns) << vector->GetName() << ' ' << args;
+            for (float const value : table->GetMatrix().Values())
+                EXPECT_FALSE(IsMissing(value)) << vector->GetName() << ' ' << args;
+        }
+    // 13 vectors of PCA and 29 of PLS models, twice each.
+    EXPECT_EQ(delivered, 2 * (13 + 29));
+}
+
+TEST_F(SmallProject, ListsOfComponents) {
+    GetProjectData const statistics(*s_project);
+    struct {
+        IntList components;
+        int rows;
+        char const *last;
+    } const cases[] = {{{2, 1}, 2, "M1.t[1]"}, {{-1}, 1, "M1.t[2]"}, {{0, 3, 2}, 1, "M1.t[2]"}, {{1, 1}, 2, "M1.t[1]"}};
+    for (auto const &row : cases) {
+        TablePtr const table = statistics.GetT(1, &row.components, -1);
+        ASSERT_NE(table, nullptr);
+        EXPECT_EQ(table->Rows(), row.rows);
+        EXPECT_EQ(table->GetRowName(row.rows), row.last);
+    }
+    IntList const none{0, 3};
+    EXPECT_EQ(statistics.GetT(1, &none, -1), nullptr);
+    EXPECT_EQ(statistics.GetT(1, nullptr, -1)->Rows(), 2);
+    EXPECT_EQ(statistics.GetT(1, nullptr, 1), nullptr);
+    EXPECT_EQ(statistics.GetTcv(1, 4, nullptr), nullptr);
+    EXPECT_EQ(statistics.GetW(2, nullptr, TriState::Undefined), nullptr);
+    EXPECT_EQ(statistics.GetQ(1, nullptr), nullptr);
+    EXPECT_EQ(statistics.GetTo(1, nullptr, -1), nullptr);
+    EXPECT_THROW(statistics.GetT(9, nullptr, -1), NCError);
+}
+
+TEST_F(SmallProject, ModelLimits) {
+    auto const model = boost::dynamic_pointer_cast<ProjectionModel const>(s_project->GetModel(1));
+    ASSERT_TRUE(model);
+    EXPECT_NEAR(model->GetDModXCrit(1, 0.05f, TriState::Yes), 2.111627, 1e-5);
+    EXPECT_NEAR(model->GetDModXCrit(1, -1.0f, TriState::No), 2.111627 * 0.808608, 1e-5);
+    EXPECT_EQ(model->GetDModXCrit(3, 0.05f, TriState::Yes), missingValue);
+    EXPECT_EQ(model->GetCVStdDevDF(2), 2);
+}
+
+TEST(EngineProject, KeepsModelsPredictionsAndSettingsInItsFile) {
+    TemporaryFolder const folder;
+    {
+        auto const project = Project::Create(folder / "kept.dsp");
+        project->AddDataSet(Read(sixRows));
+        ModelRequest request;
+        request.type = ModelTypeE::PLS;
+        request.responses = {"y"};
+        request.excluded = {"x3", "c"};
+        request.components = 1;
+        EXPECT_EQ(project->AddModel(request), 1);
+        project->AddPredictions(1, Read(newRows));
+        auto const section = project->GetSettingsSection("DefaultSelection");
+        section->WriteKey("number", 7);
+        section->CreateSubSection("XTerm")->WriteKey("text", "x1");
+    }
+    auto const project = Project::OpenToRead(folder / "kept.dsp");
+    auto const info = project->GetModelInfo(1);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->sizeXVariables, 2);
+    EXPECT_EQ(info->sizeObservations, 5);
+    EXPECT_EQ(info->SizeComponents(), 1);
+    TablePtr const scores = GetProjectData(*project).GetT(1, nullptr, -1);
+    EXPECT_EQ(scores->GetColumnName(3), "d");
+    EXPECT_EQ(GetProjectData(*project).GetTPS(1, nullptr, -1)->Columns(), 3);
+    int number = 0;
+    EXPECT_TRUE(project->GetSettingsSection("DefaultSelection")->ReadKey("number", number));
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(project->GetSettingsSection("DefaultSelection")->CountSubSections("XTerm"), 1);
+}
+
+TEST(EngineProject, RefusesRequestsThatItCannotMeet) {
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "refused.dsp");
+    project->AddDataSet(Read(sixRows));
+    struct {
+        ModelTypeE::Model type;
+        int dataSet;
+        std::vector<std::string> responses, excluded;
+        char const *message;
+    } const cases[] = {{ModelTypeE::PLS, 2, {"y"}, {}, "There is no data set 2."},
+                       {ModelTypeE::PLS, 1, {"z"}, {}, "There is no variable \"z\" in data set 1 (table)."},
+                       {ModelTypeE::PLS, 1, {"y", "y"}, {}, "The variable \"y\" is named twice as a response."},
+                       {ModelTypeE::PLS,
+                        1,
+                        {"y"},
+                        {"y"},
+                        "The variable \"y\" is left out, and is also a response or left out before."},
+                       {ModelTypeE::PCA,
+                        1,
+                        {},
+                        {"g"},
+                        "There is no variable and no observation \"g\" in data set 1 (table) to leave out."}};
+    for (auto const &row : cases)
+        try {
+            ModelRequest request;
+            request.type = row.type;
+            request.dataSet = row.dataSet;
+            request.responses = row.responses;
+            request.excluded = row.excluded;
+            project->AddModel(request);
+            ADD_FAILURE() << row.message;
+        } catch (NCError const &error) {
+            EXPECT_STREQ(error.what(), row.message);
+        }
+    EXPECT_EQ(project->GetNumberOfModels(), 0);
+    EXPECT_THROW(project->AddPredictions(1, Read(newRows)), NCError);
+}
+
+// Items are the same when their identifiers are; one that stands twice in a data set is two items.
+TEST(EngineProject, ItemsRunOverDataSets) {
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "items.dsp");
+    project->AddDataSet(Read("id,v,w\na,1,2\nb,3,4\na,5,6\n"));
+    project->AddDataSet(Read("id,w,z\nc,1,2\na,3,4\na,3,4\n"));
+    auto const numbers = [&](int dataSet) {
+        std::vector<std::uint32_t> result;
+        for (ObservationInfo const &info : project->GetDataSet(dataSet)->GetObservations())
+            result.push_back(info.GetUniqueID());
+        return result;
+    };
+    EXPECT_EQ(numbers(1), (std::vector<std::uint32_t>{1, 2, 3}));
+    EXPECT_EQ(numbers(2), (std::vector<std::uint32_t>{4, 1, 5}));
+    EXPECT_EQ(project->GetDataSet(2)->GetVariables(), (std::vector<std::uint32_t>{2, 3}));
+    EXPECT_EQ(project->GetDataSet(2)->GetVariable(2)[1], 1.0f);
+    EXPECT_EQ(project->GetDataSet(2)->GetObservation(1)[2], 4.0f);
+    EXPECT_EQ(project->GetObservations().GetText(5, 1), "a");
+    EXPECT_EQ(project->GetDataSet(3), nullptr);
+    EXPECT_EQ(project->GetFirstDataSet(1), 2);
+}
+
+} // namespace
