@@ -4,7 +4,7 @@
 Usage: compare_fits.py path/to/fit_timer
 
 Times go from a data set in memory to a fitted model, centring and scaling included, with each side's default
-settings. The results are compared with an exact fit first.
+settings and all processors that it uses by itself. The results are compared with an exact fit first.
 """
 
 import os
@@ -19,7 +19,7 @@ try:
     from sklearn.cross_decomposition import PLSRegression
     from sklearn.decomposition import PCA
 except ImportError:
-    sys.exit("This comparison needs scikit-learn: sudo apt-get install python3-sklearn, then run it with /usr/bin/python3")
+    sys.exit("This comparison needs scikit-learn: sudo apt-get install python3-sklearn for /usr/bin/python3")
 
 ROWS, COLUMNS, COMPONENTS, TURNS, REPEATS = 2000, 1000, 5, 5, 3
 
@@ -27,7 +27,8 @@ ROWS, COLUMNS, COMPONENTS, TURNS, REPEATS = 2000, 1000, 5, 5, 3
 def make_data(latent, responses):
     random = np.random.default_rng(11)
     size = COLUMNS + responses
-    data = random.normal(size=(ROWS, latent)) @ random.normal(size=(latent, size)) + 2 * random.normal(size=(ROWS, size))
+    data = random.normal(size=(ROWS, latent)) @ random.normal(size=(latent, size))
+    data += 2 * random.normal(size=(ROWS, size))
     return data.astype(np.float32).astype(np.float64)
 
 

@@ -79,8 +79,8 @@ ItemLists::ItemLists(ProjectFile const &file) {
     observationList.MoveInto(observations);
 }
 
-DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items)
-    : m_file(file), m_record(std::move(record)), m_items(items),
+DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project)
+    : m_file(file), m_record(std::move(record)), m_items(items), m_project(project),
       m_observations(items.observations.GetInfoVector(items.observationsOf.at(m_record.number))),
       m_variables(items.variablesOf.at(m_record.number)) {
     for (std::size_t column = 0; column < m_variables.size(); ++column)
@@ -93,6 +93,7 @@ std::optional<int> DataSet::ColumnOf(std::uint32_t variable) const {
 }
 
 std::span<float const> DataSet::Values(int column) const {
+    std::lock_guard const reading(m_reading);
     auto const [at, isNew] = m_values.try_emplace(column);
     if (isNew)
         at->second = m_file.Column(m_record.number, column + 1);

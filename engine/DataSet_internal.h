@@ -5,6 +5,7 @@
 #include "platform/NCDataSet.h"
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <unordered_map>
 
@@ -25,10 +26,11 @@ public:
 // A data set of the file. Columns are read when they are first asked for.
 class DataSet final : public NCDataSet, public SourceColumns {
 public:
-    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items);
+    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project);
 
     DataSetRecord const &Record() const { return m_record; }
 
+    ProjectPtr GetProject() const override { return m_project.lock(); }
     int GetNumber() const override { return m_record.number; }
     std::string GetName() const override { return m_record.name; }
     ObservationInfos const &GetObservations() const override { return m_observations; }
@@ -38,7 +40,7 @@ public:
     AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
     AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
 
-    // By column of the data set, from 0.
+    // By column of the data set, from 0. Several threads may ask at once.
     std::span<float const> Values(int column) const override;
     std::string Name(int column) const override;
 
@@ -49,9 +51,11 @@ private:
     ProjectFile const &m_file;
     DataSetRecord m_record;
     ItemLists const &m_items;
+    boost::weak_ptr<NCProject const> m_project;
     ObservationInfos m_observations;
-    std::vector<std::uint32_t> const &m_variables;
+    std::vector<std::uint32_t> m_variables;
     std::unordered_map<std::uint32_t, int> m_columns;
+    mutable std::mutex m_reading;
     mutable std::unordered_map<int, std::vector<float>> m_values;
 };
 

@@ -188,7 +188,7 @@ public:
             return {};
         boost::shared_ptr<DataSet const> &data = m_data[number];
         if (!data)
-            data = boost::make_shared<DataSet>(m_file, *record, Items());
+            data = boost::make_shared<DataSet>(m_file, *record, Items(), m_project->shared_from_this());
         return data;
     }
 
@@ -360,6 +360,10 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
 }
 
 boost::shared_ptr<NCModel const> Project::GetModel(int model) const {
+    return m_state->View(model);
+}
+
+boost::shared_ptr<NCDataContainerBase const> Project::GetWorkset(int model) const {
     return m_state->View(model);
 }
 

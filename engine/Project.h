@@ -54,6 +54,7 @@ public:
     int GetModelNumberAt(int index) const override;
     boost::shared_ptr<ModelInfo const> GetModelInfo(int model) const override;
     boost::shared_ptr<NCModel const> GetModel(int model) const override;
+    boost::shared_ptr<NCDataContainerBase const> GetWorkset(int model) const override;
     NCVariables const &GetVariables() const override;
     NCObservations const &GetObservations() const override;
     boost::shared_ptr<NCDataSet const> GetDataSet(int number) const override;

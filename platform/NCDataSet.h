@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AliasAccess.h"
+#include "platform/BatchUtilities.h"
 #include "platform/NCDataVector.h"
 #include "platform/VarObs.h"
 #include "platform/export.h"
@@ -9,23 +10,30 @@
 #include <string>
 #include <vector>
 
-// A data set or a prediction set of the project: rows are observations, columns variables, both by their numbers in the
-// project.
-class DATASERIES_API NCDataSet {
+// What holds data of a project, a data set, a prediction set or the workset of a model: rows are observations, columns
+// variables, both by their numbers in the project.
+class DATASERIES_API NCDataContainerBase {
 public:
-    virtual ~NCDataSet() = default;
+    virtual ~NCDataContainerBase() = default;
 
-    virtual int GetNumber() const = 0;
-    virtual std::string GetName() const = 0;
+    virtual ProjectPtr GetProject() const = 0;
     virtual ObservationInfos const &GetObservations() const = 0;
     virtual std::vector<std::uint32_t> const &GetVariables() const = 0;
+    // The identifier columns that its observations and its variables have.
+    virtual AliasAccess GetObservationAliases() const = 0;
+    virtual AliasAccess GetVariableAliases() const = 0;
+    // The batches among its rows; none without a batch identifier.
+    virtual BatchInfoVector GetBatchInfo() const;
+};
+
+class DATASERIES_API NCDataSet : public NCDataContainerBase {
+public:
+    virtual int GetNumber() const = 0;
+    virtual std::string GetName() const = 0;
     // One value for each observation, empty for a variable that the set does not have.
     virtual NCDataVector<float> GetVariable(std::uint32_t variable) const = 0;
     // One value for each variable, empty for an observation that the set does not have.
     virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
-    // The identifier columns that its observations and its variables have.
-    virtual AliasAccess GetObservationAliases() const = 0;
-    virtual AliasAccess GetVariableAliases() const = 0;
 };
 
 // What is known of a data set without reading it.

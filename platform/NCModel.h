@@ -30,6 +30,10 @@ public:
     // The distance to the model that is exceeded with the probability `level` (-1.0: the model's own level) after so
     // many components; -99.0 when there is none. Normalised in units of the pooled distance.
     virtual float GetDModXCrit(int component, float level, TriState::State normalised) const = 0;
+    // How distances to the model are shown when nobody says otherwise: in units of the pooled distance, and with the
+    // residuals weighted by modelling power.
+    virtual bool IsDModNormalized() const { return true; }
+    virtual bool IsDModXWeighted() const { return false; }
     // Degrees of freedom of the jack-knife standard errors; 0 without cross-validation.
     virtual double GetCVStdDevDF(int component) const = 0;
 };
@@ -46,6 +50,8 @@ public:
     // Positions of the model's batches in the project's batch information, from 1.
     virtual std::vector<int> GetBatchIndexes() const = 0;
     virtual std::string GetBatchName(int index) const = 0;
+    // What is done to the Y variable batch by batch (BatchYVarTreatment).
+    virtual int GetYVarTreatment() const { return 0; }
     // The maturity of each aligned point.
     virtual NCDataVector<float> GetTimeMaturityVector() const = 0;
     // Rows: batches, columns: aligned points.

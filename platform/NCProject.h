@@ -59,6 +59,9 @@ public:
     virtual int GetPreferredVariableAlias() const { return 1; }
     virtual void RefreshObservations() {}
 
+    // The data that a model is made of; empty for a number that no model has.
+    virtual boost::shared_ptr<NCDataContainerBase const> GetWorkset(int) const { return {}; }
+
     // Data sets. Empty for a number that no data set has.
     virtual boost::shared_ptr<NCDataSet const> GetDataSet(int) const { return {}; }
     virtual boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int) const { return {}; }

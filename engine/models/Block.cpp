@@ -8,8 +8,8 @@
 
 namespace engine {
 
-Block::Block(RowMatrix values) : m_values(std::move(values)) {
-    if (m_values.allFinite())
+Block::Block(RowMatrix values, bool complete) : m_values(std::move(values)) {
+    if (complete || m_values.allFinite())
         return;
     m_firstMissing.reserve(Rows() + 1);
     for (Index i = 0; i < Rows(); ++i) {

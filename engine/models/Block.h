@@ -15,8 +15,8 @@ public:
     using Columns = std::span<std::uint32_t const>;
 
     Block() = default;
-    // A value that is NaN or infinite is a missing cell.
-    explicit Block(RowMatrix values);
+    // A value that is NaN or infinite is a missing cell; `complete` tells that there is none.
+    explicit Block(RowMatrix values, bool complete = false);
 
     Index Rows() const { return m_values.rows(); }
     Index Size() const { return m_values.cols(); }

@@ -1,6 +1,7 @@
 #include "engine/models/CrossValidation.h"
 
 #include "engine/models/Fit.h"
+#include "engine/models/Parallel.h"
 #include "engine/models/Prediction.h"
 
 #include <algorithm>
@@ -37,7 +38,7 @@ CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfR
     for (int g = 0; g < rounds; ++g)
         m_rounds.push_back({BlockView(workset.x, out[g]), BlockView(workset.y, out[g]), out[g],
                             Extraction::Start(BlockView(workset.x, in[g]), BlockView(workset.y, in[g]), &model.Found()),
-                            Matrix(out[g].size(), 0)});
+                            Matrix(out[g].size(), 0), Matrix()});
     m_press = m_hasY ? model.Found().ssY.leftCols(1) : model.Found().ssX.leftCols(1);
 }
 
@@ -48,29 +49,34 @@ void CrossValidator::Extend(Progress const &progress) {
         return;
     m_press.conservativeResize(Eigen::NoChange, to + 1);
     m_press.rightCols(to + 1 - from).setZero();
-    for (std::size_t g = 0; g < m_rounds.size(); ++g) {
-        auto &round = m_rounds[g];
-        round.extraction->Extract(to - round.extraction->Found().Predictive());
-        ExtendScores(round.extraction->Found(), round.outX, round.t);
-        if (m_hasY)
-            AddPress(round, from);
-        else
-            AddPcaPress(round, from);
-        progress.Report(static_cast<double>(g + 1) / static_cast<double>(m_rounds.size()));
-    }
+    InParallel(
+        m_rounds.size(),
+        [&](std::size_t g) {
+            auto &round = m_rounds[g];
+            round.extraction->Extract(to - round.extraction->Found().Predictive());
+            ExtendScores(round.extraction->Found(), round.outX, round.t);
+            round.press.setZero(m_press.rows(), to + 1);
+            if (m_hasY)
+                AddPress(round, from);
+            else
+                AddPcaPress(round, from);
+        },
+        progress);
+    for (auto const &round : m_rounds)
+        m_press.rightCols(to + 1 - from) += round.press.rightCols(to + 1 - from);
 }
 
-void CrossValidator::AddPress(Round const &round, Index from) {
+void CrossValidator::AddPress(Round &round, Index from) {
     auto const &model = round.extraction->Found();
     for (Index i = 0; i < round.outY.Rows(); ++i) {
         Vector error = round.outY.Row(i);
-        for (Index a = 1; a < m_press.cols(); ++a) {
+        for (Index a = 1; a < round.press.cols(); ++a) {
             if (a <= model.Predictive())
                 error -= round.t(i, a - 1) * model.c.col(a - 1);
             for (auto const m : round.outY.MissingIn(i))
                 error[m] = 0;
             if (a >= from)
-                m_press.col(a) += error.cwiseAbs2();
+                round.press.col(a) += error.cwiseAbs2();
         }
     }
 }
@@ -109,7 +115,7 @@ Matrix Inflations(Matrix const &q) {
 
 } // namespace
 
-void CrossValidator::AddPcaPress(Round const &round, Index from) {
+void CrossValidator::AddPcaPress(Round &round, Index from) {
     auto const &p = round.extraction->Found().p;
     Matrix const completeQ = OrthonormalLoadings(p, {});
     Matrix const completeInflations = Inflations(completeQ);
@@ -122,7 +128,7 @@ void CrossValidator::AddPcaPress(Round const &round, Index from) {
         Vector const x = round.outX.Row(i);
         Vector residual = x;
         Vector errors = x;
-        for (Index a = 1; a < m_press.cols(); ++a) {
+        for (Index a = 1; a < round.press.cols(); ++a) {
             if (a <= q.cols()) {
                 residual -= q.col(a - 1).dot(residual) * q.col(a - 1);
                 errors = (inflations.col(a - 1).array() > 0)
@@ -130,7 +136,7 @@ void CrossValidator::AddPcaPress(Round const &round, Index from) {
             } else if (a <= p.cols())
                 errors = x;
             if (a >= from)
-                m_press.col(a) += errors.cwiseAbs2();
+                round.press.col(a) += errors.cwiseAbs2();
         }
     }
 }

@@ -32,11 +32,12 @@ private:
         BlockView outX, outY;
         std::vector<Index> out;
         std::unique_ptr<Extraction> extraction;
-        Matrix t; // of the rows left out
+        Matrix t;     // of the rows left out
+        Matrix press; // its part of the sums
     };
 
-    void AddPress(Round const &round, Index from);
-    void AddPcaPress(Round const &round, Index from);
+    static void AddPress(Round &round, Index from);
+    static void AddPcaPress(Round &round, Index from);
 
     bool m_hasY;
     Extraction const &m_model;

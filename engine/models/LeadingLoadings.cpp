@@ -1,6 +1,7 @@
 #include "engine/models/LeadingLoadings.h"
 
 #include "engine/models/Kernels.h"
+#include "engine/models/Parallel.h"
 
 #include <Eigen/Eigenvalues>
 #include <Eigen/QR>
@@ -15,6 +16,8 @@ namespace {
 // Up to this size the whole space is searched at once.
 constexpr Index smallSize = 64;
 constexpr Index basisBlocks = 12;
+constexpr Index parallelCells = 500'000;
+constexpr Index parallelParts = 4;
 constexpr int maximalSolutions = 2000;
 // Eigenvalues below this part of the first are left to a later search.
 constexpr double leaveBelow = 1e-6;
@@ -36,23 +39,38 @@ public:
             in.leftCols(count) = v.middleCols(first, count);
             in.rightCols(blockWidth - count).setZero();
             out.setZero();
-            if (m_tall)
-                AddTall(in, out);
-            else
-                AddWide(in, out);
+            AddParts(in, out);
             product.middleCols(first, count) = out.leftCols(count);
         }
         return product;
     }
 
 private:
+    // Always in the same parts, however many processors there are, so that sums always have the same order.
+    void AddParts(RowMatrix const &in, RowMatrix &out) const {
+        auto const length = std::max(m_x.Rows(), m_x.size);
+        auto const parts = m_x.Rows() * m_x.size < parallelCells ? 1 : parallelParts;
+        std::vector<RowMatrix> sums(parts - 1, out);
+        InParallel(parts, [&](std::size_t part) {
+            auto &sum = part == 0 ? out : sums[part - 1];
+            auto const first = length * static_cast<Index>(part) / parts;
+            auto const end = length * static_cast<Index>(part + 1) / parts;
+            if (m_tall)
+                AddRows(first, end, in, sum);
+            else
+                AddColumns(first, end, in, sum);
+        });
+        for (auto const &sum : sums)
+            out += sum;
+    }
+
     // X' (X V): some rows at a time, which stay in the cache between the two products.
-    void AddTall(RowMatrix const &in, RowMatrix &out) const {
+    void AddRows(Index first, Index end, RowMatrix const &in, RowMatrix &out) const {
         constexpr Index group = 16;
         auto const &kernels = BestKernels();
-        for (Index first = 0; first < m_x.Rows(); first += group) {
+        for (; first < end; first += group) {
             auto const rows = m_x.rows.data() + first;
-            auto const n = std::min(group, m_x.Rows() - first);
+            auto const n = std::min(group, end - first);
             double scores[group * blockWidth] = {};
             kernels.blockScores(rows, n, 0, m_x.size, in.data(), scores);
             kernels.blockLoadings(rows, n, 0, m_x.size, scores, out.data());
@@ -60,12 +78,12 @@ private:
     }
 
     // X (X' V): some columns at a time.
-    void AddWide(RowMatrix const &in, RowMatrix &out) const {
+    void AddColumns(Index first, Index end, RowMatrix const &in, RowMatrix &out) const {
         auto const group = std::clamp<Index>(65536 / m_x.Rows(), 32, 512);
         auto const &kernels = BestKernels();
         RowMatrix loadings(group, blockWidth);
-        for (Index first = 0; first < m_x.size; first += group) {
-            auto const n = std::min(group, m_x.size - first);
+        for (; first < end; first += group) {
+            auto const n = std::min(group, end - first);
             loadings.setZero();
             kernels.blockLoadings(m_x.rows.data(), m_x.Rows(), first, n, in.data(), loadings.data());
             kernels.blockScores(m_x.rows.data(), m_x.Rows(), first, n, loadings.data(), out.data());
@@ -219,7 +237,7 @@ private:
 
     // Goes on with the leading part of the basis alone (thick restart).
     void Restart() {
-        auto const kept = m_size / 3;
+        auto const kept = m_size / 2;
         Matrix const leading = m_small.leftCols(kept);
         m_basis.leftCols(kept) = RitzVectors(kept);
         m_image.leftCols(kept) = LoadingProducts(Transposed(m_image, m_size), leading);

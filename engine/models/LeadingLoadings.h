@@ -12,8 +12,8 @@ namespace engine {
 // `guess` (K x any), which may be none, shorten the search when they are near the result.
 //
 // The eigenvectors of the smaller of X'X and XX' by block Rayleigh-Ritz iteration with restarts (Golub & Underwood
-// 1977; Wu & Simon 2000), in one pass over X for eight vectors. Directions are exact to about 1e-9 of the distance
-// between neighbouring eigenvalues, or to rounding where these are closer than that.
+// 1977; Wu & Simon 2000), in one pass over X for eight vectors. Directions are exact to about 1e-9, or to
+// rounding where eigenvalues are too close for that.
 Matrix LeadingLoadings(RowAddresses const &x, Index count, Matrix const &known, Matrix const &scores,
                        Matrix const &guess);
 

@@ -1,9 +1,11 @@
 #include "engine/models/Workset.h"
 
+#include "engine/models/Parallel.h"
 #include "platform/Exception.h"
 
+#include <algorithm>
+#include <atomic>
 #include <limits>
-#include <numeric>
 
 namespace engine {
 namespace {
@@ -11,19 +13,24 @@ namespace {
 constexpr float missingMark = -99.0f;
 constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
-// The chosen rows of a column, transformed and locally centred; NaN where missing.
-void TransformColumn(Term const &term, SourceColumns const &source, std::vector<int> const &rows, double *out) {
+// The chosen rows of a column, transformed and locally centred; NaN where missing. Answers the count of the others.
+Index TransformColumn(Term const &term, SourceColumns const &source, std::vector<int> const &rows, double *out) {
     auto const values = source.Values(term.column);
     auto const centres = source.LocalCentres(term.column);
     auto const &transformation = term.transformation;
-    auto const plain = transformation.kind == TransformationKind::None;
+    auto const plain = transformation.kind == TransformationKind::None && centres.empty();
+    Index observed = 0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto const row = static_cast<std::size_t>(rows[i]);
         auto const value = row < values.size() ? values[row] : missingMark;
-        out[i] = value == missingMark ? missing : plain ? value : transformation.Apply(value);
-        if (!centres.empty())
-            out[i] -= centres[row];
+        double result = value;
+        if (!plain)
+            result = transformation.Apply(value) - (centres.empty() ? 0 : centres[row]);
+        auto const known = value != missingMark && std::isfinite(result);
+        out[i] = known ? result : missing;
+        observed += known;
     }
+    return observed;
 }
 
 bool Centres(ScalingKind scaling) {
@@ -43,23 +50,14 @@ double ScalingWeight(ScalingKind scaling, double deviation) {
     }
 }
 
-TermScale Measure(Term const &term, double const *values, Index n) {
+TermScale Measure(Term const &term, Eigen::Ref<Vector const> const &observed) {
     TermScale scale;
-    double sums[4] = {};
-    for (Index i = 0; i < n; ++i)
-        if (std::isfinite(values[i])) {
-            sums[i % 4] += values[i];
-            ++scale.observed;
-        }
+    scale.observed = static_cast<int>(observed.size());
     if (scale.observed == 0)
         return scale;
-    auto const mean = (sums[0] + sums[1] + sums[2] + sums[3]) / scale.observed;
-    double squares[4] = {};
-    for (Index i = 0; i < n; ++i)
-        if (std::isfinite(values[i]))
-            squares[i % 4] += (values[i] - mean) * (values[i] - mean);
+    auto const mean = observed.mean();
     if (scale.observed > 1)
-        scale.deviation = std::sqrt((squares[0] + squares[1] + squares[2] + squares[3]) / (scale.observed - 1));
+        scale.deviation = std::sqrt((observed.array() - mean).square().sum() / (scale.observed - 1));
     scale.centred = Centres(term.scaling);
     if (scale.centred)
         scale.offset = mean;
@@ -68,32 +66,50 @@ TermScale Measure(Term const &term, double const *values, Index n) {
     return scale;
 }
 
-// Works on as many columns at a time as fill a cache line of a row of the result. `Scale` gets a term's number and its
-// transformed column and answers how to scale it.
-template <typename Scale>
-Block Assemble(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows, Scale scale) {
+// Only the values that are not missing.
+Vector Observed(Eigen::Ref<Vector const> const &values, Index count) {
+    Vector observed(count);
+    std::ranges::copy_if(values, observed.begin(), [](double value) { return !std::isnan(value); });
+    return observed;
+}
+
+// `scaleOf` gets a term's number, its transformed column and the count of observed cells there, and answers how to
+// scale it; it is called from several threads.
+template <typename ScaleOf>
+Block Assemble(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows,
+               ScaleOf scaleOf) {
+    // Columns at a time, so that whole cache lines of the result's rows are written.
+    constexpr Index group = 16;
     auto const n = static_cast<Index>(rows.size());
     auto const size = static_cast<Index>(terms.size());
     RowMatrix values(n, size);
-    Matrix columns(n, std::min<Index>(8, size));
-    for (Index first = 0; first < size; first += 8) {
-        auto const count = std::min<Index>(8, size - first);
-        for (Index k = 0; k < count; ++k) {
-            auto const column = columns.col(k).data();
-            TransformColumn(terms[first + k], source, rows, column);
-            TermScale const how = scale(first + k, column);
-            columns.col(k) = (columns.col(k).array() - how.offset) * how.weight;
+    std::atomic<bool> complete = true;
+    auto const groups = (size + group - 1) / group;
+    auto const parts = std::min<Index>(groups, n * size < 500'000 ? 1 : 4);
+    InParallel(parts, [&](Index part) {
+        Matrix columns(n, std::min(group, size));
+        auto const end = std::min(size, groups * (part + 1) / parts * group);
+        for (auto first = groups * part / parts * group; first < end; first += group) {
+            auto const count = std::min(group, end - first);
+            for (Index k = 0; k < count; ++k) {
+                auto column = columns.col(k);
+                auto const observed = TransformColumn(terms[first + k], source, rows, column.data());
+                if (observed < n)
+                    complete = false;
+                TermScale const scale = scaleOf(first + k, column, observed);
+                column = (column.array() - scale.offset) * scale.weight;
+            }
+            values.middleCols(first, count) = columns.leftCols(count);
         }
-        values.middleCols(first, count) = columns.leftCols(count);
-    }
-    return Block(std::move(values));
+    });
+    return Block(std::move(values), complete);
 }
 
 Block BuildBlock(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows,
                  std::vector<TermScale> &scales) {
     scales.resize(terms.size());
-    return Assemble(terms, source, rows, [&](Index k, double const *column) {
-        scales[k] = Measure(terms[k], column, static_cast<Index>(rows.size()));
+    return Assemble(terms, source, rows, [&](Index k, auto const &column, Index observed) {
+        scales[k] = Measure(terms[k], observed == column.size() ? column : Observed(column, observed));
         if (scales[k].observed == 0)
             throw NCError(ExceptionMessage::translate("Variable {1} has no value in the {2} chosen observations, after "
                                                       "its transformation. Expected at least one.") %
@@ -125,7 +141,7 @@ Workset Workset::Build(ModelDefinition const &definition, SourceColumns const &s
 
 Block ScaleRows(std::vector<Term> const &terms, std::vector<TermScale> const &scales, SourceColumns const &source,
                 std::vector<int> const &rows) {
-    return Assemble(terms, source, rows, [&](Index k, double const *) { return scales[k]; });
+    return Assemble(terms, source, rows, [&](Index k, auto const &, Index) { return scales[k]; });
 }
 
 } // namespace engine

@@ -8,7 +8,7 @@
 
 namespace engine {
 
-// The data set that a definition's columns and rows count in. A cell of -99 is missing.
+// The data set that a definition's columns and rows count in. A cell of -99 is missing. Asked from several threads.
 class SourceColumns {
 public:
     virtual ~SourceColumns() = default;

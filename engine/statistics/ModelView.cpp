@@ -55,6 +55,9 @@ ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet co
       m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
       m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
       m_yxColumns(Joined(m_yTerms, m_xTerms), project, number) {
+    for (ColumnTerms const *terms : {&m_xTerms, &m_yTerms})
+        for (ColumnTerm const &term : *terms)
+            m_variables.push_back(term.GetMotherVariable(1));
     m_observations.reserve(m_fit.definition.rows.size());
     for (int const row : m_fit.definition.rows)
         m_observations.push_back(m_dataSet->GetObservations()[static_cast<std::size_t>(row)]);

@@ -20,8 +20,9 @@ struct PredictedRows {
     ColumnIDs columns;
 };
 
-// A fitted model with all that statistics ask of it. What takes time is computed when it is first needed, and kept.
-class ModelView final : public PredictiveModel {
+// A fitted model, with its workset and all that statistics ask of it. What takes time is computed when it is first
+// needed, and kept.
+class ModelView final : public PredictiveModel, public NCDataContainerBase {
 public:
     ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project);
 
@@ -47,6 +48,10 @@ public:
     ColumnTerms const &GetXColumnTerms() const override { return m_xTerms; }
     ColumnTerms const &GetYColumnTerms() const override { return m_yTerms; }
     ObservationInfos const &GetObservations() const override { return m_observations; }
+    ProjectPtr GetProject() const override { return m_xColumns.GetProject(); }
+    std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
+    AliasAccess GetObservationAliases() const override { return m_dataSet->GetObservationAliases(); }
+    AliasAccess GetVariableAliases() const override { return m_dataSet->GetVariableAliases(); }
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;
 
@@ -62,6 +67,7 @@ private:
     boost::shared_ptr<DataSet const> m_dataSet;
     ColumnTerms m_xTerms, m_yTerms;
     ObservationInfos m_observations;
+    std::vector<std::uint32_t> m_variables; // of X, then of Y
     ColumnIDs m_observationColumns, m_xColumns, m_yColumns, m_xyColumns, m_yxColumns;
     mutable std::optional<Workset> m_workset;
 };

@@ -1,0 +1,64 @@
+#include "navigation/DataSeriesUtilities.h"
+
+#include "platform/NCProject.h"
+#include "selection/SelectDataSeriesData.h"
+
+#include <cstring>
+
+namespace DataSeriesUtilities {
+
+bool IsTimeVector(ProjectVector const *vector) {
+    return vector && (std::strcmp(vector->GetName(), "Date/Time") == 0 ||
+                      std::strcmp(vector->GetName(), "Date/Time-PS") == 0);
+}
+
+ArgumentType GetProjectDataArgumentType(ProjectVectorData const &data) {
+    ProjectVector const *const vector = data.GetProjectVector();
+    if (!vector)
+        return NoArgument;
+    if (IsTimeVector(vector) || vector->IsXVector() || vector->IsYVector())
+        return VariableArgument;
+    if (vector->GetNumberType() == ProjectVector::NumberObsOrVar)
+        return vector->GetType() == ProjectVector::VectorTypeVariablesScores ? VariableArgument : ObservationArgument;
+    return vector->IsContribution() ? VariableArgument : NoArgument;
+}
+
+ArgumentType GetVectorArgumentType(SelectDataSeriesData const *selection) {
+    ArgumentType type = NoArgument;
+    // The X axis speaks for both axes.
+    if (selection->GetMode() != SelectDataSeriesData::Normal)
+        type = GetProjectDataArgumentType(selection->GetXAxis());
+    for (int series = 1; type == NoArgument && series <= selection->NumberOfSeries(); ++series)
+        type = GetProjectDataArgumentType(selection->GetSeries(series));
+    return type;
+}
+
+boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData const *selection) {
+    boost::shared_ptr<NCProject> const project = selection->GetProject();
+    boost::shared_ptr<NCDataContainerBase const> source;
+    if (project)
+        for (ProjectVectorData const *const data : selection->VectorsInUse())
+            if (!source && data->GetProjectVector() && !data->GetProjectVector()->IsNumVector())
+                source = data->GetDataSource(*project);
+    return source;
+}
+
+std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected) {
+    if (!columns || columns->Size() == 0)
+        return nullptr;
+    std::span<bool const> const flags = selected.Values();
+    ColumnIDs::Positions kept;
+    kept.reserve(columns->Size());
+    int const size = std::min(columns->Size(), selected.Size());
+    for (int position = 1; position <= size; ++position)
+        if (flags[static_cast<std::size_t>(position - 1)])
+            kept.push_back(position);
+    if (kept.empty())
+        return nullptr;
+    auto reduced = std::make_unique<ColumnIDs>(*columns);
+    if (kept.Size() < columns->Size())
+        reduced->Reduce(kept);
+    return reduced;
+}
+
+} // namespace DataSeriesUtilities

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/ColumnIDs.h"
+#include "platform/VarObs.h"
+#include "platform/forward.h"
+
+#include <string>
+
+// Questions about the models and variables of a project.
+namespace ProjectUtilities {
+
+// The first model of the project's list that has components; 0 when there is none.
+DATASERIES_API int GetFirstFittedModel(NCProject const &project);
+// The last fitted model of the list, and the one before it (the last when it is the only one); 0 when there is none.
+DATASERIES_API int GetLastFittedModel(NCProject const &project);
+DATASERIES_API int GetSecondLastFittedModel(NCProject const &project);
+
+DATASERIES_API bool CheckIfProjectHasLags(NCProject const &project);
+
+// The 1-based position of the model's first X term with that primary name; all ones when there is none.
+DATASERIES_API unsigned GetXTermIndex(NCProject const &project, int model, char const *name);
+DATASERIES_API std::string GetXTermName(NCProject const &project, int model, int index);
+
+// One of the model's data sets holds wavelet coefficients.
+DATASERIES_API bool IsWCSModel(NCProject const &project, int model);
+// A predicted observation is none of the model's own.
+DATASERIES_API bool HasNonWSPredictions(NCProject const &project, int model);
+
+// The points of an aligned contribution as text: what was compared, then what with ("Average" for nothing).
+DATASERIES_API std::string AddContributionBatchPoints(BatchPoints const &reference, BatchPoints const &compared);
+
+// A variable that is no measurement: time, maturity, batch and their kin.
+DATASERIES_API bool IsSpecialULVariable(VariableInfo const *variable);
+// A result of another model.
+DATASERIES_API bool IsHierarchicalVariable(VariableInfo const *variable);
+
+// Of terms only those with one mother count.
+DATASERIES_API bool HasNonSpecialVariables(ColumnIDs const *columns);
+// Narrows a range of columns to begin and end with variables that are not special; `last` -1 is the last column. A term
+// of the model's Y is special here too.
+DATASERIES_API void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last);
+
+} // namespace ProjectUtilities
