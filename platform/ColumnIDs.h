@@ -19,7 +19,7 @@
 // an item is labelled by its number.
 class DATASERIES_API ColumnIDs {
 public:
-    enum Source {
+    enum Source : int {
         None = 0,
         Variables = 1,
         Terms = 2,

@@ -40,6 +40,7 @@ std::istream &operator>>(std::istream &stream, ModelInfo &info) {
     ModelInfo whole;
     FieldReader fields(stream);
     EachField(fields, whole);
+    FieldReader::Require((whole.type & ~ModelTypeE::Any) == 0);
     info = std::move(whole);
     return stream;
 }

@@ -6,7 +6,7 @@
 
 // Kinds of models, as a bit mask.
 struct DATASERIES_API ModelTypeE {
-    enum Model {
+    enum Model : int {
         None = 0,
         PCA = 1,
         PLS = 2,

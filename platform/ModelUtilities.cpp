@@ -15,7 +15,7 @@ boost::shared_ptr<NCDataSetInfo const> BatchLevelDataSet(NCProject const &projec
     if (!info || !info->isBatchLevel)
         return {};
     for (int const dataSet : info->dataSets)
-        if (auto const found = project.GetDataSetInfo(dataSet); found && found->sourceDataSet > 0)
+        if (auto found = project.GetDataSetInfo(dataSet); found && found->sourceDataSet > 0)
             return found;
     return {};
 }

@@ -44,7 +44,8 @@ void NCDataVector<T>::Sort(NCIntegralVector<int, -99> &destination, bool ascendi
     std::iota(positions.begin(), positions.end(), 1);
     T const *const values = m_storage.Data() - 1;
     auto const observed = [&](int position) { return values[position] != MissingMark; };
-    std::span<int> const present(positions.begin(), std::ranges::stable_partition(positions, observed).begin());
+    std::span<int> const present(positions.begin(),
+                                 std::stable_partition(positions.begin(), positions.end(), observed));
     auto const value = [&](int position) { return values[position]; };
     if (ascending)
         std::ranges::stable_sort(present, std::ranges::less(), value);

@@ -36,7 +36,7 @@ void NCIntegralVector<T, Missing>::SetRange(int from, int to, value_type value) 
     std::size_t const offset = CheckedOffset(container, from, size() + 1);
     if (to < from - 1 || to > Size())
         ThrowOutOfRange(container, to, from - 1, Size());
-    std::ranges::fill(m_storage.Write().subspan(offset, static_cast<std::size_t>(to - from + 1)), value);
+    std::ranges::fill(m_storage.Write().subspan(offset, static_cast<std::size_t>(to) - offset), value);
 }
 
 template <typename T, int Missing>

@@ -16,7 +16,7 @@
 // Labels of the rows of a table. Rows count from 1. A label is put together when it is asked for.
 class DATASERIES_API RowIDs {
 public:
-    enum Type { Plain, Variables, Observations };
+    enum Type : int { Plain, Variables, Observations };
 
     // Further labels of some rows, by row: those of the columns 2, 3, ...
     using FurtherLabels = std::map<int, std::vector<std::string>>;

@@ -92,6 +92,9 @@ private:
     template <typename Number>
     requires IsPlainNumber<Number>
     void Get(Number &number) {
+        if constexpr (std::is_enum_v<Number>)
+            static_assert(
+                requires { Number{0}; }, "a damaged stream can hold any int");
         std::int32_t bytes = 0;
         Require(ReadFourBytes(m_stream, &bytes));
         if constexpr (std::is_same_v<Number, bool>)
