@@ -11,7 +11,7 @@
 // choice; the statistics take a list of weights, one for each component.
 class DATASERIES_API ContributionWeightEnum {
 public:
-    enum WeightType {
+    enum WeightType : int {
         Normalized = 0,
         P = 1,
         PO = 2,
