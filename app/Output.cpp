@@ -77,13 +77,20 @@ void Output::WriteNumber(float value, int digits) {
 }
 
 void Output::WriteLeft(std::string_view text, std::size_t width) {
-    *this << text;
+    WriteLine(text);
     m_buffer.append(width - std::min(width, TextWidth(text)), ' ');
 }
 
 void Output::WriteRight(std::string_view text, std::size_t width) {
     m_buffer.append(width - std::min(width, TextWidth(text)), ' ');
+    WriteLine(text);
+}
+
+void Output::WriteLine(std::string_view text) {
     *this << text;
+    std::replace_if(
+        m_buffer.end() - static_cast<std::ptrdiff_t>(text.size()), m_buffer.end(),
+        [](char letter) { return letter == '\n' || letter == '\r' || letter == '\t'; }, ' ');
 }
 
 void Output::Finish() {

@@ -35,12 +35,13 @@ public:
     Output &operator<<(std::string_view text);
     // At most so many significant digits; nothing for a missing value.
     void WriteNumber(float value, int digits);
-    // Padded with blanks to a width in characters.
+    // On one line, padded with blanks to a width in characters.
     void WriteLeft(std::string_view text, std::size_t width);
     void WriteRight(std::string_view text, std::size_t width);
     void Finish();
 
 private:
+    void WriteLine(std::string_view text);
     void Flush();
 
     std::optional<DraftFile> m_file;

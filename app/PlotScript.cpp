@@ -28,15 +28,24 @@ constexpr std::size_t mostLabelledPoints = 2000;
 constexpr double pointRadius = 3.0;
 constexpr double labelGap = 5.0;
 
-// A text in single quotes, in which gnuplot replaces nothing.
+// A text in double quotes, with all that means something there to gnuplot (and to the shell that it would run for a
+// back quote) as an octal escape. Not in single quotes: gnuplot 5.4 misreads a text that begins with one.
 std::string Quoted(std::string const &text) {
-    std::string quoted = "'";
+    std::string quoted = "\"";
     for (char const letter : text)
-        if (letter == '\'')
-            quoted += "''";
+        if (letter == '"' || letter == '\\' || letter == '`')
+            quoted += letter == '"' ? "\\042" : letter == '`' ? "\\140" : "\\134";
         else
             quoted += std::iscntrl(static_cast<unsigned char>(letter)) ? ' ' : letter;
-    return quoted + "'";
+    return quoted + '"';
+}
+
+// The same for a label of an axis, which is a format for its position.
+std::string QuotedFormat(std::string const &text) {
+    std::string format;
+    for (char const letter : text)
+        format.append(letter == '%' ? 2 : 1, letter);
+    return Quoted(format);
 }
 
 std::string Shortened(std::string const &text) {
@@ -143,12 +152,12 @@ void Script::WriteItemTics(bool isBars) {
         widest = std::max(widest, TextWidth(Item(item)));
     double const room = 0.85 * m_style.width;
     auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
-    std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 2));
+    std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
     bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);
     std::size_t const step = isTurned ? 1 : (count + level - 1) / level;
     m_text += isTurned ? "set lmargin 13\nset xtics rotate by 35 right (" : "set xtics (";
     for (std::size_t item = 0; item < count; item += step)
-        m_text += (item > 0 ? "," : "") + Quoted(Item(item)) + " " + std::to_string(item + 1);
+        m_text += (item > 0 ? "," : "") + QuotedFormat(Item(item)) + " " + std::to_string(item + 1);
     m_text += ")\n";
     if (isBars)
         m_text += "unset grid\nset grid ytics lt 1 lc rgb '#ececec' lw 1\n";

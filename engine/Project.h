@@ -19,8 +19,8 @@ struct ModelRequest {
 
     ModelTypeE::Model type = ModelTypeE::PCA;
     int dataSet = 1;
-    std::vector<std::string> responses; // the Y variables; all others are X variables
-    std::vector<std::string> excluded;  // variables that are in neither, observations that are left out
+    std::vector<std::string> responses = {}; // the Y variables; all others are X variables
+    std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
     Scaling scaling = UnitVariance;
     int components = -1;           // predictive ones, -1: as many as cross-validation finds significant
     int crossValidationGroups = 7; // 0: no cross-validation
