@@ -19,12 +19,18 @@ struct ModelRequest {
 
     ModelTypeE::Model type = ModelTypeE::PCA;
     int dataSet = 1;
-    std::vector<std::string> responses; // the Y variables; all others are X variables
-    std::vector<std::string> excluded;  // variables that are in neither, observations that are left out
+    std::vector<std::string> responses = {}; // the Y variables; all others are X variables
+    std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
     Scaling scaling = UnitVariance;
     int components = -1;           // predictive ones, -1: as many as cross-validation finds significant
     int crossValidationGroups = 7; // 0: no cross-validation
     double alpha = 0.05;           // significance level of limits and intervals
+};
+
+// How much of the variation of X and Y a component explains, alone and with those before it, and how much of X (without
+// Y) or Y cross-validation predicts. NaN where there is no such figure.
+struct ComponentSummary {
+    double r2x, r2xCum, r2y, r2yCum, q2, q2Cum;
 };
 
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
@@ -48,6 +54,8 @@ public:
     int AddPredictions(int model, ImportedTable const &table, Progress const &progress = {});
 
     std::vector<DataSetRecord> DataSets() const;
+    // One entry for each component. Nothing for a model that is not fitted; NCError when there is no such model.
+    std::vector<ComponentSummary> Summary(int model) const;
 
     StatisticSource const &GetStatisticSource() const override;
     int GetNumberOfModels() const override;

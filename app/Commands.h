@@ -1,0 +1,13 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+// Each adds the commands of one group to the program. A command runs while the command line is parsed, after all of it
+// was found to be right.
+void AddImportCommands(CLI::App &program);    // import, predict
+void AddModelCommands(CLI::App &program);     // fit, models, datasets
+void AddCatalogueCommands(CLI::App &program); // catalogue, vectors
+void AddTableCommand(CLI::App &program);
+void AddPlotCommand(CLI::App &program);

@@ -1,0 +1,190 @@
+#include "app/Commands.h"
+#include "app/Failure.h"
+#include "app/Listing.h"
+#include "app/ProgressBar.h"
+#include "engine/Project.h"
+
+#include <CLI/CLI.hpp>
+
+#include <limits>
+#include <map>
+
+namespace {
+
+struct FitRequest {
+    std::filesystem::path project;
+    engine::ModelRequest model;
+    std::vector<std::string> responses; // as given: lists of names
+    std::vector<std::string> excluded;
+};
+
+struct ListRequest {
+    std::filesystem::path project;
+    Format format = Format::Text;
+};
+
+// Adds an option that takes one of several words.
+template <typename Value>
+CLI::Option *AddChoice(CLI::App &command, std::string const &name, Value &value,
+                       std::map<std::string, Value> const &choices, std::string const &help) {
+    return command
+        .add_option_function<std::string>(
+            name, [&value, choices](std::string const &word) { value = choices.at(word); }, help)
+        ->check(CLI::IsMember(choices));
+}
+
+// The names in lists that are separated by commas. A name that holds a comma stands in double quotes.
+std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
+    std::vector<std::string> names;
+    for (std::string const &list : lists) {
+        bool quoted = false;
+        std::string name;
+        for (char const letter : list + ',')
+            if (letter == '"') {
+                quoted = !quoted;
+            } else if (letter == ',' && !quoted) {
+                if (name.empty())
+                    throw UsageError("\"" + list + "\" holds an empty name");
+                names.push_back(std::move(name));
+                name.clear();
+            } else {
+                name += letter;
+            }
+        if (quoted)
+            throw UsageError("A quote in \"" + list + "\" is not closed");
+    }
+    return names;
+}
+
+void Report(FitRequest const &request, engine::Project const &project, int model) {
+    boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(model);
+    Output output;
+    output << request.project.string() << ": model " << std::to_string(model) << " ("
+           << ModelTypeE::GetModelTypeName(info->type) << ") of data set " << std::to_string(request.model.dataSet)
+           << "\n  observations  " << std::to_string(info->sizeObservations) << "\n  X variables   "
+           << std::to_string(info->sizeXVariables) << "\n";
+    if (info->sizeYVariables > 0)
+        output << "  Y variables   " << std::to_string(info->sizeYVariables) << "\n";
+    output << "  components    " << std::to_string(info->SizeComponents()) << "\n";
+    if (info->SizeComponents() == 0)
+        output << "Cross-validation finds no significant component. --components N takes N of them all the same.\n";
+    else if (info->SizeComponents() < request.model.components)
+        output << "The data has no more than these components.\n";
+
+    bool const isRegression = info->sizeYVariables > 0;
+    std::vector<std::string> headings = {"component", "R2X", "R2X(cum)"};
+    for (char const *const heading : {"R2Y", "R2Y(cum)"})
+        if (isRegression)
+            headings.push_back(heading);
+    for (char const *const heading : {"Q2", "Q2(cum)"})
+        if (info->crossValidated)
+            headings.push_back(heading);
+    Listing listing(headings);
+    int component = 0;
+    for (engine::ComponentSummary const &summary : project.Summary(model)) {
+        std::vector<Listing::Cell> row = {++component, summary.r2x, summary.r2xCum};
+        if (isRegression)
+            row.insert(row.end(), {summary.r2y, summary.r2yCum});
+        if (info->crossValidated)
+            row.insert(row.end(), {summary.q2, summary.q2Cum});
+        listing.Add(std::move(row));
+    }
+    if (component > 0)
+        listing.Write(output, Format::Text);
+    output.Finish();
+}
+
+void Fit(FitRequest request) {
+    bool const needsResponses = (request.model.type & ModelTypeE::WithY) != 0;
+    request.model.responses = NamesIn(request.responses);
+    request.model.excluded = NamesIn(request.excluded);
+    if (needsResponses && request.responses.empty())
+        throw UsageError("A PLS model needs its Y variables: --y NAME,...");
+    if (!needsResponses && !request.responses.empty())
+        throw UsageError("A PCA model has no Y variables; --y is for PLS");
+    auto const project = engine::Project::OpenToWrite(request.project);
+    int const model = [&] {
+        ProgressBar bar("Fitting");
+        return project->AddModel(request.model, bar.Listener());
+    }();
+    Report(request, *project, model);
+}
+
+void ListModels(ListRequest const &request) {
+    auto const project = engine::Project::OpenToRead(request.project);
+    Listing listing({"model", "name", "type", "data_set", "observations", "x_variables", "y_variables", "components",
+                     "cross_validated"});
+    for (int i = 1; i <= project->GetNumberOfModels(); ++i) {
+        boost::shared_ptr<ModelInfo const> const info = project->GetModelInfo(project->GetModelNumberAt(i));
+        listing.Add({info->number, info->name, ModelTypeE::GetModelTypeName(info->type), info->dataSets.front(),
+                     info->sizeObservations, info->sizeXVariables, info->sizeYVariables, info->SizeComponents(),
+                     info->crossValidated ? "yes" : "no"});
+    }
+    Output output;
+    listing.Write(output, request.format);
+    output.Finish();
+}
+
+void ListDataSets(ListRequest const &request) {
+    auto const project = engine::Project::OpenToRead(request.project);
+    Listing listing({"data_set", "name", "kind", "model", "observations", "variables"});
+    for (engine::DataSetRecord const &record : project->DataSets()) {
+        bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
+        Listing::Cell const none = std::numeric_limits<double>::quiet_NaN();
+        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data",
+                     isPrediction ? Listing::Cell(record.model) : none, record.observations, record.variables});
+    }
+    Output output;
+    listing.Write(output, request.format);
+    output.Finish();
+}
+
+void AddListCommand(CLI::App &program, std::string const &name, std::string const &purpose,
+                    void (*list)(ListRequest const &)) {
+    auto const request = std::make_shared<ListRequest>();
+    CLI::App *const command = program.add_subcommand(name, purpose);
+    command->add_option("PROJECT", request->project, "The project file")->required();
+    AddFormatOption(*command, request->format);
+    command->footer("Example: dataseries " + name + " wine.project --format json");
+    command->callback([request, list] { list(*request); });
+}
+
+} // namespace
+
+void AddModelCommands(CLI::App &program) {
+    auto const request = std::make_shared<FitRequest>();
+    engine::ModelRequest &model = request->model;
+    CLI::App *const command = program.add_subcommand("fit", "Fit a model to a data set");
+    command->add_option("PROJECT", request->project, "The project file")->required();
+    AddChoice(*command, "--type", model.type, {{"pca", ModelTypeE::PCA}, {"pls", ModelTypeE::PLS}}, "Kind of model")
+        ->required();
+    command->add_option("--data", model.dataSet, "The number of the data set (1)")->type_name("N");
+    command->add_option("--y", request->responses, "The Y variables; all others are X variables")
+        ->type_name("NAMES")
+        ->allow_extra_args(false);
+    command->add_option("--exclude", request->excluded, "Variables and observations that are left out")
+        ->type_name("NAMES")
+        ->allow_extra_args(false);
+    AddChoice(*command, "--scaling", model.scaling,
+              {{"uv", engine::ModelRequest::UnitVariance},
+               {"ctr", engine::ModelRequest::Centred},
+               {"par", engine::ModelRequest::Pareto},
+               {"none", engine::ModelRequest::None}},
+              "Unit variance (uv), centred only, Pareto, or as it is");
+    command->add_option("--components", model.components, "How many components (those that are significant)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000));
+    command->add_option("--cv-groups", model.crossValidationGroups, "Groups of cross-validation (7); 0: none")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1000000));
+    command->footer(
+        "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
+        "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"
+        "of it is predicted when observations are left out.\n"
+        "Example: dataseries fit wine.project --type pca\n"
+        "         dataseries fit oil.project --type pls --y octane --scaling ctr");
+    command->callback([request] { Fit(*request); });
+
+    AddListCommand(program, "models", "List the models of a project", ListModels);
+    AddListCommand(program, "datasets", "List the data sets and prediction sets of a project", ListDataSets);
+}

@@ -1,0 +1,64 @@
+#include "app/Commands.h"
+#include "app/Failure.h"
+#include "app/Gnuplot.h"
+#include "app/Output.h"
+#include "app/PlotScript.h"
+#include "app/Series.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+namespace {
+
+struct PlotRequest {
+    SeriesRequest series;
+    std::filesystem::path file;
+    PlotStyle style;
+};
+
+void SetSize(PlotStyle &style, std::string const &text) {
+    int end = 0;
+    int const read = std::sscanf(text.c_str(), "%4dx%4d%n", &style.width, &style.height, &end);
+    constexpr int smallest = 100;
+    if (read != 2 || static_cast<std::size_t>(end) != text.size() || style.width < smallest || style.height < smallest)
+        throw UsageError("\"" + text + "\" is no size: give width and height in pixels, from 100x100 to 9999x9999");
+}
+
+void Plot(PlotRequest request) {
+    std::string const kind = request.file.extension().string();
+    if (kind != ".png" && kind != ".svg")
+        throw UsageError("The picture " + request.file.string() + " is neither .svg nor .png");
+    request.style.isPng = kind == ".png";
+    auto const project = engine::Project::OpenToRead(request.series.project);
+    Series const series = ReadSeries(*project, request.series);
+    if (request.style.isScatter && series.table->Rows() != 2)
+        throw Problem(
+            ExceptionMessage::translate("--xy draws the second of two series against the first; here are {1}.") %
+            series.table->Rows());
+    std::string const script = PlotScript(*series.table, series.axis, request.style);
+    DraftFile file(request.file);
+    RunGnuplot(script, file.Descriptor());
+    file.Commit();
+}
+
+} // namespace
+
+void AddPlotCommand(CLI::App &program) {
+    auto const request = std::make_shared<PlotRequest>();
+    CLI::App *const command = program.add_subcommand("plot", "Draw series");
+    AddSeriesOptions(*command, request->series);
+    command->add_option("-o,--output", request->file, "The picture: a file named .svg or .png")->required();
+    command->add_flag("--xy", request->style.isScatter, "Points: the second series against the first");
+    command->add_option("--title", request->style.title, "What stands above");
+    command
+        ->add_option_function<std::string>(
+            "--size", [request](std::string const &text) { SetSize(request->style, text); }, "In pixels (900x600)")
+        ->type_name("WxH");
+    command->footer(
+        "Series of variables, components and batches are bars (a curve when there are more than 100), others\n"
+        "are lines. Of points that lie close together not all are labelled.\n"
+        "Example: dataseries plot wine.project \"t M1,1,0,0\" \"t M1,2,0,0\" --xy -o scores.png\n"
+        "         dataseries plot wine.project \"p M1,1,0,0\" -o loadings.svg --title \"First component\"");
+    command->callback([request] { Plot(*request); });
+}

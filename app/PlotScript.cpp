@@ -1,0 +1,292 @@
+#include "app/PlotScript.h"
+
+#include "app/Failure.h"
+#include "app/Output.h"
+#include "app/Series.h"
+#include "platform/Missing.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <numeric>
+
+namespace {
+
+using Axis = ProjectVector::VectorTypeEnum;
+
+constexpr std::array<char const *, 8> colours = {"#1f5fa8", "#d9642b", "#2e8b57", "#8e4ba8",
+                                                 "#b8860b", "#c0394b", "#2aa0a0", "#5f6b73"};
+// About the size of a letter, in pixels: of axis labels, and of labels of points.
+constexpr double letterWidth = 7.5;
+constexpr double smallLetterWidth = 6.0;
+constexpr double smallLetterHeight = 12.0;
+// More bars than these can't be told apart: such a row (a spectrum) is a curve.
+constexpr int mostBars = 100;
+constexpr std::size_t longestLabel = 20;
+constexpr std::size_t mostLabelledPoints = 2000;
+constexpr double pointRadius = 3.0;
+constexpr double labelGap = 5.0;
+
+// A text in double quotes, with all that means something there to gnuplot (and to the shell that it would run for a
+// back quote) as an octal escape. Not in single quotes: gnuplot 5.4 misreads a text that begins with one.
+std::string Quoted(std::string const &text) {
+    std::string quoted = "\"";
+    for (char const letter : text)
+        if (letter == '"' || letter == '\\' || letter == '`')
+            quoted += letter == '"' ? "\\042" : letter == '`' ? "\\140" : "\\134";
+        else
+            quoted += std::iscntrl(static_cast<unsigned char>(letter)) ? ' ' : letter;
+    return quoted + '"';
+}
+
+// The same for a label of an axis, which is a format for its position.
+std::string QuotedFormat(std::string const &text) {
+    std::string format;
+    for (char const letter : text)
+        format.append(letter == '%' ? 2 : 1, letter);
+    return Quoted(format);
+}
+
+std::string Shortened(std::string const &text) {
+    if (TextWidth(text) <= longestLabel)
+        return text;
+    std::size_t end = 0;
+    for (std::size_t letters = 0; letters < longestLabel; ++end)
+        letters += (text[end] & 0xC0) != 0x80;
+    return text.substr(0, end - 1) + "..";
+}
+
+std::string Number(double value) {
+    char buffer[32];
+    return std::string(NumberText(static_cast<float>(value), 7, buffer));
+}
+
+bool IsShown(float value) {
+    return !IsMissing(value) && std::isfinite(value);
+}
+
+// What is known of the picture while its script is written.
+class Script {
+public:
+    Script(ProjectData const &table, Axis axis, PlotStyle const &style) : m_table(table), m_axis(axis), m_style(style) {
+        for (int row = 1; row <= table.Rows(); ++row)
+            m_rows.push_back(table.GetMatrix().Row(row));
+    }
+
+    std::string Write() {
+        Begin();
+        if (m_style.isScatter)
+            WriteScatter();
+        else
+            WriteSeries();
+        return std::move(m_text);
+    }
+
+private:
+    void Begin();
+    void WriteSeries();
+    void WriteBars();
+    void WriteLines();
+    void WriteItemTics(bool isBars);
+    void WriteScatter();
+    void WritePointLabels(double x0, double x1, double y0, double y1);
+    void SetRange(char const *name, std::span<float const> values, double &low, double &high);
+    void SetLabel(char const *axis, std::string const &text) {
+        m_text += std::string("set ") + axis + "label " + Quoted(text) + "\n";
+    }
+    std::string Name(std::size_t row) const { return m_table.GetRowName(static_cast<int>(row) + 1); }
+    std::string Item(std::size_t item) const { return Shortened(m_table.GetColumnName(static_cast<int>(item) + 1)); }
+    std::string Style(std::size_t row) const { return std::string(" lc rgb '") + colours[row % colours.size()] + "'"; }
+    std::string Key(std::size_t row) const { return m_rows.size() > 1 ? " title " + Quoted(Name(row)) : " notitle"; }
+
+    ProjectData const &m_table;
+    Axis m_axis;
+    PlotStyle const &m_style;
+    std::vector<std::span<float const>> m_rows;
+    std::string m_text;
+};
+
+void Script::Begin() {
+    std::string const size = std::to_string(m_style.width) + "," + std::to_string(m_style.height);
+    m_text = "set encoding utf8\n";
+    m_text += m_style.isPng ? "set terminal pngcairo noenhanced font 'DejaVu Sans,11' background '#ffffff' size "
+                            : "set terminal svg noenhanced font 'DejaVu Sans,Arial,sans-serif,13' background "
+                              "'#ffffff' size ";
+    m_text += size + "\n"
+                     "set border 3 lc rgb '#707070'\n"
+                     "set tics nomirror out scale 0.6 textcolor rgb '#303030'\n"
+                     "set grid xtics ytics lt 1 lc rgb '#ececec' lw 1\n"
+                     "set xzeroaxis lt 1 lc rgb '#909090' lw 1\n"
+                     "set rmargin 4\n"
+                     "set key tmargin right horizontal samplen 2 textcolor rgb '#303030'\n";
+    if (!m_style.title.empty())
+        m_text += "set title " + Quoted(m_style.title) + "\n";
+}
+
+void Script::WriteSeries() {
+    bool const isBars = m_axis != ProjectVector::VectorTypeVariablesScores && m_axis != ProjectVector::VectorTypeLag &&
+                        m_axis != ProjectVector::VectorTypeAligned && m_table.Columns() <= mostBars;
+    std::string title = m_table.GetColumnIDs().GetRowTitle(1);
+    if (title.empty()) {
+        title = ItemOf(m_axis);
+        title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
+    }
+    SetLabel("x", title);
+    if (m_rows.size() == 1)
+        SetLabel("y", Name(0));
+    double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
+    m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
+    WriteItemTics(isBars);
+    if (isBars)
+        WriteBars();
+    else
+        WriteLines();
+}
+
+// Labels of items below the axis: all of them, turned where they need it, or as many as have room side by side.
+void Script::WriteItemTics(bool isBars) {
+    std::size_t const count = static_cast<std::size_t>(m_table.Columns());
+    std::size_t widest = 1;
+    for (std::size_t item = 0; item < count; item += std::max<std::size_t>(1, count / 1000))
+        widest = std::max(widest, TextWidth(Item(item)));
+    double const room = 0.85 * m_style.width;
+    auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
+    std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
+    bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);
+    std::size_t const step = isTurned ? 1 : (count + level - 1) / level;
+    m_text += isTurned ? "set lmargin 13\nset xtics rotate by 35 right (" : "set xtics (";
+    for (std::size_t item = 0; item < count; item += step)
+        m_text += (item > 0 ? "," : "") + QuotedFormat(Item(item)) + " " + std::to_string(item + 1);
+    m_text += ")\n";
+    if (isBars)
+        m_text += "unset grid\nset grid ytics lt 1 lc rgb '#ececec' lw 1\n";
+}
+
+void Script::WriteBars() {
+    double const width = 0.8 / static_cast<double>(m_rows.size());
+    std::string plots;
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        std::string const block = "$s" + std::to_string(row);
+        double const shift = (static_cast<double>(row) - 0.5 * static_cast<double>(m_rows.size() - 1)) * width;
+        m_text += block + " << EOD\n";
+        for (std::size_t item = 0; item < m_rows[row].size(); ++item)
+            if (IsShown(m_rows[row][item]))
+                m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + "\n";
+        m_text += "EOD\n";
+        plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
+    }
+    m_text += "set boxwidth " + Number(0.92 * width) +
+              "\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " + plots + "\n";
+}
+
+void Script::WriteLines() {
+    bool const showsPoints = m_table.Columns() <= 250;
+    std::string plots;
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        std::string const block = "$s" + std::to_string(row);
+        m_text += block + " << EOD\n";
+        bool hasPoint = false;
+        for (std::size_t item = 0; item < m_rows[row].size(); ++item) {
+            bool const isShown = IsShown(m_rows[row][item]);
+            if (isShown)
+                m_text += std::to_string(item + 1) + " " + Number(m_rows[row][item]) + "\n";
+            else if (hasPoint)
+                m_text += "\n"; // an empty line breaks the curve
+            hasPoint = isShown;
+        }
+        m_text += "EOD\n";
+        plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
+                 (showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4" : "lines lw 1.2") + Style(row) + Key(row);
+    }
+    m_text += "plot " + plots + "\n";
+}
+
+void Script::SetRange(char const *name, std::span<float const> values, double &low, double &high) {
+    low = HUGE_VAL;
+    high = -HUGE_VAL;
+    for (float const value : values)
+        if (IsShown(value)) {
+            low = std::min<double>(low, value);
+            high = std::max<double>(high, value);
+        }
+    double const margin = high > low ? 0.06 * (high - low) : 1.0;
+    low -= margin;
+    high += margin;
+    m_text += std::string("set ") + name + "range [" + Number(low) + ":" + Number(high) + "]\n";
+}
+
+void Script::WriteScatter() {
+    double x0, x1, y0, y1;
+    SetRange("x", m_rows[0], x0, x1);
+    SetRange("y", m_rows[1], y0, y1);
+    SetLabel("x", Name(0));
+    SetLabel("y", Name(1));
+    m_text += "set yzeroaxis lt 1 lc rgb '#909090' lw 1\n";
+    WritePointLabels(x0, x1, y0, y1);
+    m_text += "$s << EOD\n";
+    for (std::size_t item = 0; item < m_rows[0].size(); ++item)
+        if (IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]))
+            m_text += Number(m_rows[0][item]) + " " + Number(m_rows[1][item]) + "\n";
+    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
+              Style(0) + " notitle\n";
+}
+
+// Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.
+void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
+    struct Box {
+        double left, bottom, right, top;
+        bool Meets(Box const &other) const {
+            return left < other.right && other.left < right && bottom < other.top && other.bottom < top;
+        }
+    };
+    double const xScale = 0.85 * m_style.width / (x1 - x0);
+    double const yScale = 0.8 * m_style.height / (y1 - y0);
+    auto const x = [&](std::size_t item) { return (m_rows[0][item] - 0.5 * (x0 + x1)) * xScale; };
+    auto const y = [&](std::size_t item) { return (m_rows[1][item] - 0.5 * (y0 + y1)) * yScale; };
+    std::vector<std::size_t> order(m_rows[0].size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    std::erase_if(order, [&](std::size_t item) { return !IsShown(m_rows[0][item]) || !IsShown(m_rows[1][item]); });
+    if (order.size() > mostLabelledPoints)
+        return;
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t one, std::size_t other) {
+        return std::hypot(x(one), y(one)) > std::hypot(x(other), y(other));
+    });
+    std::vector<Box> taken;
+    for (std::size_t const item : order)
+        taken.push_back({x(item) - pointRadius, y(item) - pointRadius, x(item) + pointRadius, y(item) + pointRadius});
+    for (std::size_t const item : order) {
+        std::string const label = Item(item);
+        double const width = smallLetterWidth * static_cast<double>(TextWidth(label));
+        for (bool const right : {true, false}) {
+            double const left = right ? x(item) + labelGap : x(item) - labelGap - width;
+            Box const box{left, y(item) - 0.5 * smallLetterHeight, left + width, y(item) + 0.5 * smallLetterHeight};
+            if (std::any_of(taken.begin(), taken.end(), [&box](Box const &other) { return box.Meets(other); }))
+                continue;
+            taken.push_back(box);
+            m_text += "set label " + Quoted(label) + " at " + Number(m_rows[0][item]) + "," + Number(m_rows[1][item]) +
+                      (right ? " left offset 0.7,0" : " right offset -0.7,0") + " font ',8' textcolor rgb '#505050'\n";
+            break;
+        }
+    }
+}
+
+} // namespace
+
+std::string PlotScript(ProjectData const &table, Axis axis, PlotStyle const &style) {
+    auto const hasShown = [&](int item) {
+        auto const isShown = [&](int row) {
+            return IsShown(table.GetMatrix().Row(row)[static_cast<std::size_t>(item)]);
+        };
+        if (style.isScatter)
+            return isShown(1) && isShown(2);
+        for (int row = 1; row <= table.Rows(); ++row)
+            if (isShown(row))
+                return true;
+        return false;
+    };
+    for (int item = 0; item < table.Columns(); ++item)
+        if (hasShown(item))
+            return Script(table, axis, style).Write();
+    throw Problem(ExceptionMessage::translate("There is nothing to draw: all values are missing."));
+}

@@ -1,0 +1,240 @@
+#include "app/Series.h"
+
+#include "app/Failure.h"
+#include "building/CreateProjectData.h"
+#include "catalogue/ProjectVectorHandler.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace {
+
+using ProjectDataUtilities::CreateProjectData;
+using Axis = ProjectVector::VectorTypeEnum;
+
+struct AxisName {
+    char const *option;
+    char const *item;
+};
+
+// By the number of the axis, from 1.
+constexpr std::array<AxisName, 6> axes = {{{"observations", "observation"},
+                                           {"variables", "variable"},
+                                           {"components", "component"},
+                                           {"lags", "lag"},
+                                           {"aligned", "aligned point"},
+                                           {"batches", "batch"}}};
+
+// What the source field of an argument text stands for.
+struct Source {
+    ProjectVector::DataTypeEnum data = ProjectVector::DataTypeNone;
+    boost::shared_ptr<ModelInfo const> model;
+    std::string name;   // "model 1"
+    std::string option; // what lists the vectors of this source
+};
+
+// A text in its fields, as CreateProjectData reads it.
+struct SeriesText {
+    std::string name;
+    std::vector<std::string> fields;
+};
+
+SeriesText Split(std::string const &text) {
+    std::size_t const blank = text.find(' ');
+    if (blank == std::string::npos || blank == 0)
+        throw UsageError("\"" + text + "\" is no vector with its arguments, such as \"t M1,1,0,0\"");
+    SeriesText split{text.substr(0, blank), {}};
+    for (std::size_t start = blank + 1; start <= text.size();) {
+        std::size_t const comma = std::min(text.find(',', start), text.size());
+        split.fields.push_back(text.substr(start, comma - start));
+        start = comma + 1;
+    }
+    return split;
+}
+
+// The number behind a prefix, when the text is just these.
+std::optional<int> NumberBehind(std::string const &text, std::string_view prefix) {
+    int number = 0;
+    char const *const end = text.data() + text.size();
+    if (!text.starts_with(prefix))
+        return {};
+    auto const [rest, error] = std::from_chars(text.data() + prefix.size(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+Source FindSource(engine::Project const &project, std::string const &text, std::string const &series) {
+    Source source;
+    if (std::optional<int> const number = NumberBehind(text, "M")) {
+        source = {ProjectVector::DataTypeModel, project.GetModelInfo(*number), "model " + std::to_string(*number),
+                  "--model " + std::to_string(*number)};
+        if (!source.model)
+            throw Problem(ExceptionMessage::translate("There is no model {1}, which \"{2}\" asks for.") % *number %
+                          series);
+    } else if (std::optional<int> const number = NumberBehind(text, "DS")) {
+        source = {ProjectVector::DataTypeDataSet,
+                  {},
+                  "data set " + std::to_string(*number),
+                  "--data " + std::to_string(*number)};
+        if (!project.GetDataSetInfo(*number))
+            throw Problem(ExceptionMessage::translate("There is no data set {1}, which \"{2}\" asks for.") % *number %
+                          series);
+    } else if (text == "PS") {
+        source = {ProjectVector::DataTypePredictionSet, {}, "the prediction set", "--predictions"};
+        if (!project.GetPredSet(-1))
+            throw Problem(ExceptionMessage::translate("There is no prediction set, which \"{1}\" asks for; "
+                                                      "\"dataseries predict\" makes one.") %
+                          series);
+    } else {
+        throw UsageError("\"" + text + "\" in \"" + series +
+                         "\" is no source: give a model (M1), a data set (DS1) or the prediction set (PS)");
+    }
+    return source;
+}
+
+ProjectVector const *Find(std::string const &name, Axis axis, Source const &source) {
+    ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
+    auto const found = handler.Find(name.c_str(), axis, source.data, source.model.get());
+    return found == handler.end() ? nullptr : *found;
+}
+
+// The first axis on which the source has a vector of the name.
+std::optional<Axis> AxisOf(std::string const &name, Source const &source) {
+    for (std::size_t i = 1; i <= axes.size(); ++i)
+        if (Find(name, static_cast<Axis>(i), source))
+            return static_cast<Axis>(i);
+    return {};
+}
+
+std::string KindsOf(ModelTypeE::Model mask) {
+    std::string kinds;
+    for (int const bit : {1, 2, 4, 8, 16})
+        if ((mask & bit) != 0)
+            kinds += (kinds.empty() ? "" : ", ") + ModelTypeE::GetModelTypeName(static_cast<ModelTypeE::Model>(bit));
+    return kinds;
+}
+
+// Why there is no such vector, or where to look.
+std::string HintForUnknown(std::string const &name, Source const &source) {
+    if (std::optional<Axis> const other = AxisOf(name, source))
+        return "It has one value for each " + ItemOf(*other) + ".";
+    ProjectVector const *const any = ProjectVectorHandler::Instance()->FindVector(
+        name.c_str(), ProjectVector::VectorTypeNone, ProjectVector::DataTypeNone, nullptr);
+    if (any && source.model && any->GetModelType() != ModelTypeE::None)
+        return "It is there for " + KindsOf(any->GetModelType()) + ".";
+    return "\"dataseries vectors PROJECT " + source.option + "\" lists those that there are.";
+}
+
+NCError Unknown(std::string const &name, std::optional<Axis> axis, Source const &source) {
+    std::string const sought = axis ? " with one value for each " + ItemOf(*axis) : "";
+    return Problem(ExceptionMessage::translate("There is no vector \"{1}\"{2} in {3}. {4}") % name % sought %
+                   source.name % HintForUnknown(name, source));
+}
+
+// Why a vector gives nothing for its arguments.
+std::string HintForNothing(engine::Project const &project, ProjectVector const &vector, Source const &source,
+                           SeriesText const &text) {
+    if (vector.GetObsPredType() == ProjectVector::Predicted && source.model &&
+        !project.GetModelPredSet(source.model->number))
+        return "There is no prediction set; \"dataseries predict\" makes one.";
+    if (!source.model)
+        return "The arguments may name what is not there.";
+    if (!source.model->fitted)
+        return "The model is not fitted.";
+    if ((vector.OnlyCrossValidated() || vector.NeedsValidationRounds()) && !source.model->crossValidated)
+        return "The model is not cross-validated.";
+    if (vector.HasOneComponent() && text.fields.size() > 1) {
+        auto const kind = static_cast<ProjectVector::ComponentType>(vector.GetComponentType());
+        int const count = ProjectVector::SelectMaxComponents(kind, *source.model);
+        std::optional<int> const component = NumberBehind(text.fields[1], "");
+        if (!component || *component > count || (*component >= 0 && *component < vector.GetFirstComponent()))
+            return "There is no component \"" + text.fields[1] + "\": " + source.name + " has " +
+                   std::to_string(count) + " of that kind.";
+    }
+    if (vector.NeedsValidationRounds())
+        return "The fourth argument is a cross-validation round, from 1.";
+    return "The arguments may be too few, or name what is not there.";
+}
+
+// One series. The placeholders ("Num", "Missing") run over what the other series have in common.
+TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creator, SeriesRequest const &request,
+                 std::string const &text, Axis axis) {
+    if (CreateProjectData::IsNum(text) || CreateProjectData::IsMissing(text)) {
+        std::list<std::string> const all(request.texts.begin(), request.texts.end());
+        TablePtr table = CreateProjectData::IsNum(text) ? creator.CreateNumProjectData(all, axis)
+                                                        : creator.CreateMissingProjectData(all, axis);
+        if (!table)
+            throw Problem(
+                ExceptionMessage::translate("\"{1}\" has no items to run over: the other series have none in common.") %
+                text);
+        return table;
+    }
+    SeriesText const split = Split(text);
+    Source const source = FindSource(project, split.fields.front(), text);
+    ProjectVector const *const vector = Find(split.name, axis, source);
+    if (!vector)
+        throw Unknown(split.name, axis, source);
+    TablePtr table = creator.GetProjectData(text, axis);
+    if (!table || table->Rows() == 0 || table->Columns() == 0)
+        throw Problem(ExceptionMessage::translate("\"{1}\" gives no data. {2}") % text %
+                      HintForNothing(project, *vector, source, split));
+    return table;
+}
+
+Axis ChooseAxis(engine::Project const &project, SeriesRequest const &request) {
+    if (request.axis)
+        return *request.axis;
+    for (std::string const &text : request.texts) {
+        if (CreateProjectData::IsNum(text) || CreateProjectData::IsMissing(text))
+            continue;
+        SeriesText const split = Split(text);
+        Source const source = FindSource(project, split.fields.front(), text);
+        std::optional<Axis> const axis = AxisOf(split.name, source);
+        if (!axis)
+            throw Unknown(split.name, {}, source);
+        return *axis;
+    }
+    return ProjectVector::VectorTypeVariablesScores;
+}
+
+} // namespace
+
+std::string ItemOf(Axis axis) {
+    return axes.at(static_cast<std::size_t>(axis) - 1).item;
+}
+
+void AddSeriesOptions(CLI::App &command, SeriesRequest &request) {
+    std::vector<std::string> names;
+    for (AxisName const &axis : axes)
+        names.push_back(axis.option);
+    command.add_option("PROJECT", request.project, "The project file")->required();
+    command.add_option("STRING", request.texts, "A vector, a blank and its arguments: \"t M1,1,0,0\"")->required();
+    command
+        .add_option_function<std::string>(
+            "--type",
+            [&request, names](std::string const &name) {
+                request.axis = static_cast<Axis>(std::find(names.begin(), names.end(), name) - names.begin() + 1);
+            },
+            "What there is one value for (found by the first vector)")
+        ->check(CLI::IsMember(names));
+}
+
+// As CreateProjectData joins a list, but for what it leaves out silently: here that is an error.
+Series ReadSeries(engine::Project const &project, SeriesRequest const &request) {
+    CreateProjectData const creator(project);
+    Axis const axis = ChooseAxis(project, request);
+    TablePtr joined;
+    for (std::string const &text : request.texts) {
+        TablePtr table = ReadOne(project, creator, request, text, axis);
+        if (!joined) {
+            joined = std::move(table);
+            joined->Reserve(static_cast<int>(request.texts.size()));
+        } else if (!joined->InterSection(*table)) {
+            throw Problem(ExceptionMessage::translate("\"{1}\" has no {2} in common with the series before it.") %
+                          text % ItemOf(axis));
+        }
+    }
+    return {std::move(joined), axis};
+}

@@ -1,0 +1,290 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string Contents(std::filesystem::path const &file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+// The fields of each line; for texts without quotes.
+std::vector<std::vector<std::string>> Fields(std::string const &text) {
+    std::vector<std::vector<std::string>> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.emplace_back();
+        std::istringstream fields(line + ',');
+        for (std::string field; std::getline(fields, field, ',');)
+            lines.back().push_back(field);
+    }
+    return lines;
+}
+
+struct Outcome {
+    int status;
+    std::string out, error;
+};
+
+// Runs command lines of the program in a folder of their own, by a shell.
+class Program : public ::testing::Test {
+protected:
+    Program() {
+        std::string pattern = ::testing::TempDir() + "program-XXXXXX";
+        folder = mkdtemp(pattern.data());
+    }
+    ~Program() override { std::filesystem::remove_all(folder); }
+
+    Outcome Shell(std::string const &line) const {
+        std::string const command = "cd " + folder.string() + " && { " + line + "; } > out 2> error";
+        int const status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(folder / "out"), Contents(folder / "error")};
+    }
+    Outcome Run(std::string const &arguments) const { return Shell(PROGRAM " " + arguments); }
+    std::string Done(std::string const &arguments) const {
+        Outcome const outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, 0) << arguments;
+        EXPECT_EQ(outcome.error, "") << arguments;
+        return outcome.out;
+    }
+    void Write(char const *name, char const *text) const { std::ofstream(folder / name) << text; }
+
+    // 8 observations; row l,2 has a missing cell, row x3 nothing at all.
+    void MakeProject() const {
+        Write("a.csv", "id,a,b,\"c,d\",y\nx1,1,2,3.5,1\n\"l,2\",2,2.2,?,2\nx3,?,?,?,3\nx4,4,1,7,3\nx5,5,2,1,6\n"
+                       "x6,3,5,6,1\nx7,2,3,1,9\nx8,1,7,7,4\n");
+        Done("import a.project a.csv --missing '?'");
+        Done("fit a.project --type pca --components 2 --cv-groups 0 --exclude y");
+        Done("fit a.project --type pls --y y --components 1 --cv-groups 3");
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST_F(Program, GoesTheWholeRoad) {
+    MakeProject();
+    EXPECT_EQ(Fields(Done("models a.project --format csv"))[2],
+              (std::vector<std::string>{"2", "M2", "PLS", "1", "8", "3", "1", "1", "yes"}));
+    EXPECT_EQ(Done("datasets a.project --format json"),
+              "[\n {\"data_set\": 1, \"name\": \"a\", \"kind\": \"data\", \"model\": null, \"observations\": 8, "
+              "\"variables\": 4}\n]\n");
+
+    std::string const csv = Done("table a.project 't M1,1,0,0' 't M1,2,0,0' 'Num M1,0,0,0' --format csv");
+    EXPECT_THAT(csv, StartsWith("id,M1.t[1],M1.t[2],Num\nx1,"));
+    EXPECT_THAT(csv, HasSubstr("\n\"l,2\","));
+    EXPECT_THAT(csv, HasSubstr("\nx3,,,3\n")) << "missing values are empty";
+    EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format json"),
+                HasSubstr("\"x8\"],\n \"series\": [\n  {\"name\": "));
+    EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format json"), HasSubstr(", null, "));
+    EXPECT_THAT(Done("table a.project 'p M1,1,0,0'"), HasSubstr("\nc,d  "));
+    // Y = T C' in the units of the workset: the columns of both models join on the observations.
+    EXPECT_EQ(Fields(Done("table a.project 't M1,1,0,0' 't M2,1,0,0' --format csv")).size(), 9u);
+    // Only the variables that both have stay.
+    EXPECT_EQ(
+        Done("table a.project 'Num M1,0,0,0' 'p M1,1,0,0' 'w*c M2,1,0,0' --format csv --type variables").substr(0, 30),
+        "VarID,Num,M1.p[1],M2.w*c[1]\na,");
+
+    // The model's own observations as new ones have their own scores.
+    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?'"), HasSubstr("prediction set 2\n"));
+    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?' --name again"), HasSubstr("set 3 \"again\"\n"));
+    auto const old = Fields(Done("table a.project 't M1,1,0,0' --format csv"));
+    auto const predicted = Fields(Done("table a.project 'tPS M1,1,0,0' --format csv"));
+    ASSERT_EQ(predicted.size(), old.size());
+    for (std::size_t i : {1, 4, 5, 8})
+        EXPECT_NEAR(std::stod(predicted[i][1]), std::stod(old[i][1]), 1e-4) << i;
+
+    std::string const vectors = Done("vectors a.project");
+    EXPECT_THAT(vectors, HasSubstr("  \"tPS M1,1,0,0\"\n      tPS: "));
+    EXPECT_THAT(vectors, ::testing::Not(HasSubstr("cvSE"))) << "model 1 is not cross-validated";
+    EXPECT_THAT(vectors, ::testing::Not(HasSubstr("w*")));
+    EXPECT_THAT(Done("vectors a.project --model 2"), HasSubstr("\"wcv M2,1,0,1\""));
+}
+
+TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
+    if (std::system("command -v gnuplot > /dev/null") != 0)
+        GTEST_SKIP() << "gnuplot is not here";
+    MakeProject();
+    Write("evil.csv",
+          "id,'`touch boom`',\"a\nEOD\nb\",50%s\n\"x'; system 'touch boom'\",1,2,3\n\"\"\"$y\\\",3,9,1\nz,5,1,4\n");
+    Done("import evil.project evil.csv");
+    Done("fit evil.project --type pca --components 1 --cv-groups 0");
+    // arguments; what is in the picture; how often it is there
+    struct {
+        char const *arguments, *text;
+        std::size_t count;
+    } const cases[] = {{"a.project 't M1,1,0,0' 't M1,2,0,0' --xy --title 'a <b> \"c\"'", "a &lt;b> \"c\"<", 1},
+                       {"a.project 't M1,1,0,0' 't M1,2,0,0' --xy", ">l,2<", 1},
+                       {"a.project 't M1,1,0,0' --size 640x480", "viewBox=\"0 0 640 480\"", 1},
+                       {"a.project 'p M1,1,0,0' 'p M1,2,0,0'", ">M1.p[2]<", 1},
+                       {"a.project 'p M1,1,0,0'", ">c,d<", 1},
+                       {"evil.project 'p M1,1,0,0' --title \"it's @x\"", ">'`touch boom`'<", 1},
+                       {"evil.project 'p M1,1,0,0'", ">50%s<", 1},
+                       {"evil.project 't M1,1,0,0' 'Num M1,0' --xy", "system", 1}};
+    for (auto const &row : cases) {
+        Done(std::string("plot -o x.svg ") + row.arguments);
+        std::string const picture = Contents(folder / "x.svg");
+        std::size_t count = 0;
+        for (std::size_t at = 0; (at = picture.find(row.text, at)) != std::string::npos; ++at)
+            ++count;
+        EXPECT_EQ(count, row.count) << row.arguments;
+        EXPECT_THAT(picture, EndsWith("</svg>\n\n"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "boom"));
+    Done("plot a.project 't M1,1,0,0' -o x.png");
+    EXPECT_THAT(Contents(folder / "x.png"), StartsWith("\x89PNG"));
+    EXPECT_THAT(Shell("mkdir bin; printf '#!/bin/sh\\necho first >&2; echo \"out of ink\" >&2; exit 3' > bin/gnuplot; "
+                      "chmod +x bin/gnuplot; PATH=./bin:$PATH " PROGRAM " plot a.project 't M1,1,0,0' -o x.png")
+                    .error,
+                "dataseries: gnuplot fails: out of ink.\n");
+    EXPECT_THAT(Contents(folder / "x.png"), StartsWith("\x89PNG")) << "the old picture stays";
+}
+
+TEST_F(Program, TellsInOneLineWhatIsWrong) {
+    MakeProject();
+    Write("ragged.csv", "id,a,b\nx,1,2\ny,1\n");
+    Write("other.csv", "id,k\nx,1\ny,2\n");
+    std::string const before = Contents(folder / "a.project");
+    // command line; exit status; what standard error holds
+    struct {
+        char const *line;
+        int status;
+        char const *error;
+    } const cases[] = {
+        {"", 2, "A command is missing. See \"dataseries --help\"."},
+        {"foo", 2, "There is no command \"foo\"."},
+        {"import a.project", 2, "FILE is required. See \"dataseries import --help\"."},
+        {"import a.project a.csv --bogus", 2, "not expected: --bogus. See \"dataseries import --help\"."},
+        {"import a.project a.csv --separator q", 2, "\"q\" is no separator: give \",\", \";\" or \"tab\"."},
+        {"import a.project nope.csv", 1, "nope.csv can't be opened: No such file or directory."},
+        {"import new.project ragged.csv", 1, "ragged.csv"},
+        {"import a.csv a.csv", 1, "a.csv is not a project."},
+        {"import nowhere/x.project a.csv --missing '?'", 1, "nowhere/x.project can't be opened for writing"},
+        {"fit a.project --type qda", 2, "--type: qda not in"},
+        {"fit a.project --type pls", 2, "A PLS model needs its Y variables: --y NAME,..."},
+        {"fit a.project --type pca --y y", 2, "A PCA model has no Y variables"},
+        {"fit a.project --type pca --components 0", 2, "--components: Value 0 not in range"},
+        {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
+        {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
+        {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
+        {"fit a.project --type pca --data 7", 1, "There is no data set 7."},
+        {"predict a.project --model 9 a.csv", 1, "There is no model 9 in a.project."},
+        {"predict a.project --model 1 other.csv", 1, "None of the 3 X variables of model 1 is among the 1 variables"},
+        {"models nope.project", 1, "nope.project doesn't exist."},
+        {"models a.project --format xml", 2, "--format: xml not in"},
+        {"vectors a.project --model 9", 1, "There is no model 9."},
+        {"vectors a.project --model 1 --data 1", 2, "--model excludes --data."},
+        {"vectors a.project --predictions", 1, "There is no prediction set"},
+        {"table a.project", 2, "STRING is required."},
+        {"table a.project t", 2, "\"t\" is no vector with its arguments"},
+        {"table a.project 't X1,1'", 2, "\"X1\" in \"t X1,1\" is no source"},
+        {"table a.project 't M9,1,0,0'", 1, "There is no model 9, which \"t M9,1,0,0\" asks for."},
+        {"table a.project 't DS9,1,0,0'", 1, "There is no data set 9, which \"t DS9,1,0,0\" asks for."},
+        {"table a.project 'x M1,1,0,0'", 1,
+         "There is no vector \"x\" in model 1. \"dataseries vectors PROJECT --model 1\""},
+        {"table a.project 'w M1,1,0,0'", 1, "There is no vector \"w\" in model 1. It is there for PLS, PLS-DA,"},
+        {"table a.project 't M1,1,0,0' 'p M1,1,0,0'", 1,
+         "There is no vector \"p\" with one value for each observation in model 1. It has one value for each "
+         "variable."},
+        {"table a.project 't M1,3,0,0'", 1, "gives no data. There is no component \"3\": model 1 has 2 of that kind."},
+        {"table a.project 'tcvSE M1,1,0,0'", 1, "gives no data. The model is not cross-validated."},
+        {"table a.project 'tcv M2,1,0,0' 't M2,0,0,0'", 1, "\"t M2,0,0,0\" gives no data. There is no component \"0\""},
+        {"table a.project 'tPS M1,1,0,0'", 1, "gives no data. There is no prediction set"},
+        {"table a.project 'Num M1,0,0,0'", 1, "\"Num M1,0,0,0\" has no items to run over"},
+        {"table a.project 'w M2,1,0,0' 'c M2,1,0,0'", 1, "\"c M2,1,0,0\" has no variable in common"},
+        {"table a.project 't M1,1,0,0' -o nowhere/x", 1, "nowhere/x can't be written: No such file or directory."},
+        {"table a.project 't M1,1,0,0' -o .", 1, ". can't be written: Is a directory."},
+        {"table a.project 't M1,1,0,0' > /dev/full", 1, "The output can't be written: No space left on device."},
+        {"plot a.project 't M1,1,0,0' -o x.gif", 2, "The picture x.gif is neither .svg nor .png."},
+        {"plot a.project 't M1,1,0,0' -o x.png --size 9x9", 2, "\"9x9\" is no size"},
+        {"plot a.project 't M1,1,0,0' -o x.png --xy", 1,
+         "--xy draws the second of two series against the first; here"}};
+    for (auto const &row : cases) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
+        EXPECT_THAT(outcome.error, StartsWith("dataseries: ")) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+        EXPECT_EQ(outcome.error.find('\n'), outcome.error.size() - 1) << row.line;
+        EXPECT_EQ(outcome.out, "") << row.line;
+    }
+    EXPECT_EQ(Contents(folder / "a.project"), before);
+    for (char const *const left : {"new.project", "nowhere", "x.gif", "x.png"})
+        EXPECT_FALSE(std::filesystem::exists(folder / left)) << left;
+}
+
+TEST_F(Program, EndsCleanly) {
+    std::string const many =
+        "seq 300000 | awk 'BEGIN { print \"id,a,b\" } { print \"r\" $1 \",\" $1 % 7 \",\" $1 % 5 }' > a.csv; ";
+    ASSERT_EQ(Shell(many + PROGRAM " import a.project a.csv && " PROGRAM
+                                   " fit a.project --type pca --components 1 --cv-groups 0")
+                  .status,
+              0);
+    // A reader that goes early is no failure.
+    Outcome const early = Shell("{ " PROGRAM " table a.project 't M1,1,0,0'; echo $? >&2; } | head -n 1");
+    EXPECT_EQ(early.error, "0\n");
+    EXPECT_THAT(early.out, StartsWith("id"));
+    EXPECT_EQ(Shell("{ " PROGRAM " --help; echo $? >&2; } | true").error, "0\n");
+    // A request to end takes back what was begun.
+    Outcome const cancelled = Shell("(echo id,a; yes x,1) | " PROGRAM " import b.project /dev/stdin & "
+                                    "sleep 0.5; kill -INT $!; wait $!");
+    EXPECT_EQ(cancelled.status, 1);
+    EXPECT_EQ(cancelled.error, "dataseries: The work was cancelled.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "b.project"));
+    // What is no regular file is written in place, and the file of a link takes the place of the old one.
+    EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format csv -o /dev/stdout"), StartsWith("id,M1.t[1]\nr1,"));
+    Write("real.csv", "old");
+    std::filesystem::create_symlink("real.csv", folder / "link.csv");
+    Done("table a.project 't M1,1,0,0' --format csv -o link.csv");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.csv"));
+    EXPECT_THAT(Contents(folder / "real.csv"), StartsWith("id,M1.t[1]\nr1,"));
+}
+
+TEST_F(Program, ListsTheCatalogue) {
+    auto const lines = Fields(Done("catalogue --format csv"));
+    std::multimap<std::string, std::vector<std::string>> rows;
+    for (auto const &fields : lines)
+        rows.emplace(fields[0], fields);
+    EXPECT_EQ(lines[0],
+              Fields("name,class,type,data,model,component,number,score_loading,obs_pred,first,contribution_source,"
+                     "contribution_kind,flags,long_name")[0]);
+    char const *const expected[] = {"abs(p(corr)),ProjectABSPCorrVector,2,4,31,1,0,4,1,1,0,0,H,abs(p(corr))",
+                                    "ccv,ProjectCcvVector,2,4,30,1,0,1,1,1,0,0,RC,ccv",
+                                    "co,ProjectCoVector,2,4,24,4,0,4,1,1,0,0,-,co",
+                                    "poso,ProjectPoSVector,2,4,24,2,0,4,1,1,0,0,-,poso",
+                                    "t,ProjectTVector,1,4,31,1,0,2,1,1,1,0,-,t",
+                                    "t(corr)2,ProjectTCorr2Vector,1,4,31,0,5,1,1,1,1,0,H,t(corr)2",
+                                    "tcv,ProjectTcvVector,1,4,1,1,0,1,1,1,0,0,RC,tcv",
+                                    "tcv,ProjectTcvExcludedVector,1,4,30,1,0,1,1,1,0,0,-,tcv",
+                                    "tPScvSE,ProjectTcvSEPSVector,1,4,31,1,0,1,2,1,0,0,C,tPScvSE",
+                                    "ucv,ProjectUcvExcludedVector,1,4,24,1,0,1,1,1,1,0,-,ucv",
+                                    "w*ccvSE,ProjectWStarCcvSEVector,2,4,30,1,0,1,1,1,0,0,C,w*ccvSE"};
+    for (char const *const line : expected) {
+        auto const row = Fields(line)[0];
+        auto const [first, last] = rows.equal_range(row[0]);
+        EXPECT_TRUE(std::any_of(first, last, [&](auto const &entry) { return entry.second == row; })) << line;
+    }
+}
+
+TEST(Readme, QuotesTheExampleThatIsBuilt) {
+    std::string const code = Contents(SOURCE_DIR "/examples/table.cpp");
+    std::string const body = code.substr(code.find("    auto const project"));
+    EXPECT_THAT(Contents(SOURCE_DIR "/README.md"), HasSubstr(body.substr(0, body.find("    std::filesystem::remove"))));
+}
+
+} // namespace
