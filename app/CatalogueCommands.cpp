@@ -2,6 +2,7 @@
 #include "app/Failure.h"
 #include "app/Listing.h"
 #include "app/Series.h"
+#include "app/VectorSearch.h"
 #include "catalogue/ProjectVectorHandler.h"
 
 #include <CLI/CLI.hpp>

@@ -11,3 +11,5 @@ void AddModelCommands(CLI::App &program);     // fit, models, datasets
 void AddCatalogueCommands(CLI::App &program); // catalogue, vectors
 void AddTableCommand(CLI::App &program);
 void AddPlotCommand(CLI::App &program);
+void AddBuildCommand(CLI::App &program);
+void AddDefaultsCommand(CLI::App &program);

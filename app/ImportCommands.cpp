@@ -71,6 +71,10 @@ void AddReadingOptions(CLI::App &command, ImportRequest &request) {
             },
             "The decimal mark: a point or a comma (found)")
         ->type_name("C");
+    command.add_option("--batch", options.batchColumn, "Heading of the column that tells the batch")
+        ->type_name("COLUMN");
+    command.add_option("--phase", options.phaseColumn, "Heading of the column that tells the phase")
+        ->type_name("COLUMN");
     command.add_option("--missing", options.missingMarks, "A text that stands for a missing value; may be repeated")
         ->type_name("MARK")
         ->allow_extra_args(false);

@@ -2,7 +2,7 @@
 
 #include "app/Failure.h"
 #include "app/Output.h"
-#include "app/Series.h"
+#include "app/VectorSearch.h"
 #include "platform/Missing.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "app/Series.h"
 
 #include "app/Failure.h"
+#include "app/VectorSearch.h"
 #include "building/CreateProjectData.h"
-#include "catalogue/ProjectVectorHandler.h"
 
 #include <CLI/CLI.hpp>
 
@@ -14,27 +14,6 @@ namespace {
 
 using ProjectDataUtilities::CreateProjectData;
 using Axis = ProjectVector::VectorTypeEnum;
-
-struct AxisName {
-    char const *option;
-    char const *item;
-};
-
-// By the number of the axis, from 1.
-constexpr std::array<AxisName, 6> axes = {{{"observations", "observation"},
-                                           {"variables", "variable"},
-                                           {"components", "component"},
-                                           {"lags", "lag"},
-                                           {"aligned", "aligned point"},
-                                           {"batches", "batch"}}};
-
-// What the source field of an argument text stands for.
-struct Source {
-    ProjectVector::DataTypeEnum data = ProjectVector::DataTypeNone;
-    boost::shared_ptr<ModelInfo const> model;
-    std::string name;   // "model 1"
-    std::string option; // what lists the vectors of this source
-};
 
 // A text in its fields, as CreateProjectData reads it.
 struct SeriesText {
@@ -92,45 +71,6 @@ Source FindSource(engine::Project const &project, std::string const &text, std::
                          "\" is no source: give a model (M1), a data set (DS1) or the prediction set (PS)");
     }
     return source;
-}
-
-ProjectVector const *Find(std::string const &name, Axis axis, Source const &source) {
-    ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-    auto const found = handler.Find(name.c_str(), axis, source.data, source.model.get());
-    return found == handler.end() ? nullptr : *found;
-}
-
-// The first axis on which the source has a vector of the name.
-std::optional<Axis> AxisOf(std::string const &name, Source const &source) {
-    for (std::size_t i = 1; i <= axes.size(); ++i)
-        if (Find(name, static_cast<Axis>(i), source))
-            return static_cast<Axis>(i);
-    return {};
-}
-
-std::string KindsOf(ModelTypeE::Model mask) {
-    std::string kinds;
-    for (int const bit : {1, 2, 4, 8, 16})
-        if ((mask & bit) != 0)
-            kinds += (kinds.empty() ? "" : ", ") + ModelTypeE::GetModelTypeName(static_cast<ModelTypeE::Model>(bit));
-    return kinds;
-}
-
-// Why there is no such vector, or where to look.
-std::string HintForUnknown(std::string const &name, Source const &source) {
-    if (std::optional<Axis> const other = AxisOf(name, source))
-        return "It has one value for each " + ItemOf(*other) + ".";
-    ProjectVector const *const any = ProjectVectorHandler::Instance()->FindVector(
-        name.c_str(), ProjectVector::VectorTypeNone, ProjectVector::DataTypeNone, nullptr);
-    if (any && source.model && any->GetModelType() != ModelTypeE::None)
-        return "It is there for " + KindsOf(any->GetModelType()) + ".";
-    return "\"dataseries vectors PROJECT " + source.option + "\" lists those that there are.";
-}
-
-NCError Unknown(std::string const &name, std::optional<Axis> axis, Source const &source) {
-    std::string const sought = axis ? " with one value for each " + ItemOf(*axis) : "";
-    return Problem(ExceptionMessage::translate("There is no vector \"{1}\"{2} in {3}. {4}") % name % sought %
-                   source.name % HintForUnknown(name, source));
 }
 
 // Why a vector gives nothing for its arguments.
@@ -201,24 +141,10 @@ Axis ChooseAxis(engine::Project const &project, SeriesRequest const &request) {
 
 } // namespace
 
-std::string ItemOf(Axis axis) {
-    return axes.at(static_cast<std::size_t>(axis) - 1).item;
-}
-
 void AddSeriesOptions(CLI::App &command, SeriesRequest &request) {
-    std::vector<std::string> names;
-    for (AxisName const &axis : axes)
-        names.push_back(axis.option);
     command.add_option("PROJECT", request.project, "The project file")->required();
     command.add_option("STRING", request.texts, "A vector, a blank and its arguments: \"t M1,1,0,0\"")->required();
-    command
-        .add_option_function<std::string>(
-            "--type",
-            [&request, names](std::string const &name) {
-                request.axis = static_cast<Axis>(std::find(names.begin(), names.end(), name) - names.begin() + 1);
-            },
-            "What there is one value for (found by the first vector)")
-        ->check(CLI::IsMember(names));
+    AddAxisOption(command, request.axis);
 }
 
 // As CreateProjectData joins a list, but for what it leaves out silently: here that is an error.

@@ -29,6 +29,3 @@ struct Series {
     ProjectVector::VectorTypeEnum axis;
 };
 Series ReadSeries(engine::Project const &project, SeriesRequest const &request);
-
-// What the values of vectors on an axis belong to: "observation", "variable", ...
-std::string ItemOf(ProjectVector::VectorTypeEnum axis);

@@ -60,6 +60,8 @@ int Run(int count, char **arguments) {
     AddCatalogueCommands(program);
     AddTableCommand(program);
     AddPlotCommand(program);
+    AddBuildCommand(program);
+    AddDefaultsCommand(program);
     try {
         program.parse(count, arguments);
         return done;

@@ -228,6 +228,78 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         EXPECT_FALSE(std::filesystem::exists(folder / left)) << left;
 }
 
+TEST_F(Program, BuildsSelections) {
+    Write("b.csv", "obs,batch,phase,a,b,y\n1,B1,up,1,2,1\n2,B1,down,2,1,3\n3,B2,up,3,4,2\n4,B2,down,4,2,6\n"
+                   "5,B3,up,5,6,3\n6,B3,down,1,7,4\n");
+    EXPECT_THAT(Done("import b.project b.csv --batch batch --phase phase"), HasSubstr("3 (obs, batch, phase)"));
+    Done("fit b.project --type pca --components 2 --cv-groups 0");
+    Done("fit b.project --type pls --y y --components 1 --cv-groups 3");
+    struct {
+        char const *arguments, *begins;
+        std::size_t lines;
+    } const cases[] = {{"", "obs,M2.t[Comp. 1]\n1,", 7},
+                       {"--series t --series u@M2 --x t:2@M1", "obs,M1.t[Comp. 2],M2.t[Comp. 1],M2.u[Comp. 1]\n", 7},
+                       {"--series w*c", "VarID,M2.w*c[Comp. 1]\na,", 4},
+                       {"--type variables", "VarID,M2.p[Comp. 1]\na,", 3},
+                       {"--series t --only 2,5", "obs,M2.t[Comp. 1]\n2,", 3},
+                       {"--series t --without 1", "obs,M2.t[Comp. 1]\n2,", 6},
+                       {"--series t --batches B2,B3", "obs,M2.t[Comp. 1]\n3,", 5}};
+    for (auto const &row : cases) {
+        std::string const csv = Done(std::string("build b.project --format csv ") + row.arguments);
+        EXPECT_THAT(csv, StartsWith(row.begins)) << row.arguments;
+        EXPECT_EQ(Fields(csv).size(), row.lines) << row.arguments;
+    }
+    // The same numbers by the other road, and stretched ones.
+    auto const plain = Fields(Done("build b.project --series t --format csv"));
+    auto const direct = Fields(Done("table b.project 't M2,1,0,0' --format csv"));
+    auto const stretched = Fields(Done("build b.project --series t --scale=-1-1 --format csv"));
+    double low = 0;
+    double high = 0;
+    for (std::size_t i = 1; i < plain.size(); ++i) {
+        EXPECT_EQ(plain[i], direct[i]);
+        low = std::min(low, std::stod(stretched[i][1]));
+        high = std::max(high, std::stod(stretched[i][1]));
+    }
+    EXPECT_NEAR(low, -1, 1e-6);
+    EXPECT_NEAR(high, 1, 1e-6);
+
+    Done("build b.project --x t:1@M1 --y t:2@M1 --plot scores.svg");
+    EXPECT_THAT(Contents(folder / "scores.svg"), HasSubstr("M1.t[Comp. 2]"));
+
+    // What a second run finds.
+    EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a"));
+    Done("defaults b.project --x-term b --observation 3 --variable y");
+    std::string const kept = Done("defaults b.project");
+    EXPECT_THAT(kept, HasSubstr("x-term       b"));
+    EXPECT_THAT(kept, HasSubstr("observation  3"));
+
+    struct {
+        char const *line;
+        int status;
+        char const *error;
+    } const wrong[] = {
+        {"build b.project --series nothing", 1, "There is no vector \"nothing\" in model 2."},
+        {"build b.project --series t@M9", 1, "There is no model 9."},
+        {"build b.project --series t@X", 2, "\"X\" is no source"},
+        {"build b.project --series t:2", 1, "There is no component \"2\", which \"t:2\" asks for: model 2 has 1"},
+        {"build b.project --series q", 1, "There is no vector \"q\" in model 2. It is there for OPLS, O2PLS."},
+        {"build b.project --series w --series c", 1, "No common elements to create the data."},
+        {"build b.project --series tPS", 1, "\"tPS\" gives no data"},
+        {"build b.project --series t --type variables", 1, "no vector \"t\" with one value for each variable"},
+        {"build b.project --only 9", 1, "There is no observation \"9\" among the items of the series."},
+        {"build b.project --batches B9", 1, "There is no batch \"B9\" among the items of the series."},
+        {"build b.project --only 1 --without 2", 2, "excludes"},
+        {"build b.project --scale 2", 2, "--scale"},
+        {"defaults b.project --y-term z", 1, "There is no variable \"z\" in the project."},
+        {"import c.project b.csv --batch lot", 1, "b.csv has no column \"lot\"."}};
+    for (auto const &row : wrong) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+        EXPECT_EQ(outcome.error.find('\n'), outcome.error.size() - 1) << row.line;
+    }
+}
+
 TEST_F(Program, EndsCleanly) {
     std::string const many =
         "seq 300000 | awk 'BEGIN { print \"id,a,b\" } { print \"r\" $1 \",\" $1 % 7 \",\" $1 % 5 }' > a.csv; ";

@@ -1,0 +1,203 @@
+#include "app/Commands.h"
+#include "app/Failure.h"
+#include "app/Gnuplot.h"
+#include "app/PlotScript.h"
+#include "app/SeriesSpecification.h"
+#include "app/TableWriter.h"
+#include "app/VectorSearch.h"
+#include "building/CreateProjectData.h"
+#include "building/ProjectDataBuilder.h"
+#include "selection/SelectDataSeriesData.h"
+#include "utilities/DefaultSelection.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace {
+
+using Axis = ProjectVector::VectorTypeEnum;
+using ProjectDataUtilities::CreateProjectData;
+using ProjectDataUtilities::ProjectDataBuilder;
+
+struct BuildRequest {
+    std::filesystem::path project;
+    std::optional<Axis> axis;
+    std::string x;
+    std::string y;
+    std::vector<std::string> series;
+    SelectDataSeriesData::ScaleType scale = SelectDataSeriesData::ScaleNone;
+    std::vector<std::string> only;
+    std::vector<std::string> without;
+    std::vector<std::string> batches;
+    Format format = Format::Text;
+    std::filesystem::path file;
+    std::filesystem::path picture;
+    PlotStyle style;
+};
+
+SelectDataSeriesData::Mode ModeOf(BuildRequest const &request) {
+    int const mode =
+        (request.x.empty() ? 0 : SelectDataSeriesData::AxisX) | (request.y.empty() ? 0 : SelectDataSeriesData::AxisY);
+    return static_cast<SelectDataSeriesData::Mode>(mode);
+}
+
+Axis AxisFor(engine::Project const &project, BuildRequest const &request) {
+    if (request.axis)
+        return *request.axis;
+    for (std::string const &text : {request.x, request.y})
+        if (!text.empty())
+            return FindAxis(project, ReadVectorText(text));
+    return request.series.empty() ? ProjectVector::VectorTypeVariablesScores
+                                  : FindAxis(project, ReadVectorText(request.series.front()));
+}
+
+// A vector that gives nothing would be left out of the table without a word.
+void CheckGivesData(engine::Project const &project, std::string const &text, ProjectVectorData const &data, Axis axis,
+                    ProjectUtilities::DefaultSelection const &defaults) {
+    if (!data.CheckNumberIDs(project.shared_from_this()) ||
+        CreateProjectData(project).GetColumnIDs(data.ToStdString(&defaults), axis).Size() == 0)
+        throw Problem(ExceptionMessage::translate("\"{1}\" gives no data: {2} has nothing of it.") % text %
+                      data.GetDataSourceName());
+}
+
+void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
+                   SelectDataSeriesData &selection) {
+    ProjectUtilities::DefaultSelection const &defaults = *selection.GetDefaultSelection();
+    Axis const axis = selection.GetVectorType();
+    auto const specified = [&](std::string const &text) {
+        ProjectVectorData data = Specify(project, ReadVectorText(text), axis, defaults);
+        CheckGivesData(*project, text, data, axis, defaults);
+        return data;
+    };
+    if (!request.x.empty())
+        selection.SetXAxis(specified(request.x));
+    if (!request.y.empty())
+        selection.SetYAxis(specified(request.y));
+    for (std::string const &text : request.series)
+        selection.AddSeries(specified(text), false);
+    if (!request.series.empty() || selection.GetMode() != SelectDataSeriesData::Normal)
+        return;
+    ProjectVectorData data;
+    if (!ProjectVectorData::SetProjectVectorDataDefault(project, axis, data, ProjectVector::DataTypeModel, nullptr,
+                                                        project->GetFirstDataSet(0), ProjectVector::ObsAndPred) ||
+        !data.GetProjectVector())
+        throw Problem(ExceptionMessage::translate("The project has nothing with one value for each {1}.") %
+                      ItemOf(axis));
+    selection.AddSeries(data, false);
+}
+
+// Selects items by their labels: the named ones, or all others.
+void SelectItems(SelectDataSeriesData &selection, std::vector<std::string> const &names, bool named) {
+    ColumnIDs const *const columns = selection.GetColumnIDs();
+    std::unordered_set<std::string> left(names.begin(), names.end());
+    std::unordered_set<std::string> const wanted = left;
+    BoolVector objects(columns ? columns->Size() : 0, !named);
+    for (int item = 1; item <= objects.Size(); ++item) {
+        std::string const label = columns->GetName(item);
+        if (!wanted.contains(label))
+            continue;
+        objects(item) = named;
+        left.erase(label);
+    }
+    if (!left.empty())
+        throw Problem(ExceptionMessage::translate("There is no {1} \"{2}\" among the items of the series.") %
+                      ItemOf(selection.GetVectorType()) % *left.begin());
+    selection.SetSelectObjects(objects);
+}
+
+void SelectBatches(SelectDataSeriesData &selection, std::vector<std::string> const &names) {
+    if (selection.SelectBatches(names) != SelectDataSeriesData::ItemsSelected)
+        throw Problem(ExceptionMessage::translate("There is no batch \"{1}\" among the items of the series.") %
+                      names.front());
+}
+
+// The labels that a window shows, in place of those of the statistics.
+TablePtr Labelled(ProjectData const &table, SelectDataSeriesData const &selection) {
+    int const alias = selection.GetPreferredTitleID(false);
+    NCStringVector labels;
+    for (ProjectVectorData const *data : selection.VectorsInUse())
+        labels.push_back(data->GetProjectVectorName(selection.GetDefaultSelection().get(), false, "", alias, false));
+    return std::make_unique<ProjectData>(RowIDs(labels, table.GetProject()), table.GetColumnIDs(), table.GetMatrix());
+}
+
+void Draw(BuildRequest const &request, ProjectData const &table, Axis axis) {
+    PlotStyle style = request.style;
+    style.isPng = request.picture.extension() == ".png";
+    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
+    std::string const script = PlotScript(table, axis, style);
+    DraftFile file(request.picture);
+    RunGnuplot(script, file.Descriptor());
+    file.Commit();
+}
+
+void Build(BuildRequest const &request) {
+    std::string const kind = request.picture.extension().string();
+    if (!request.picture.empty() && kind != ".png" && kind != ".svg")
+        throw UsageError("The picture " + request.picture.string() + " is neither .svg nor .png");
+    auto const project = engine::Project::OpenToRead(request.project);
+    Axis const axis = AxisFor(*project, request);
+    SelectDataSeriesData selection(project, ModeOf(request), axis, -1, ProjectVector::ObsAndPred);
+    FillSelection(project, request, selection);
+    selection.SetScaleType(request.scale);
+    if (!request.batches.empty())
+        SelectBatches(selection, request.batches);
+    if (!request.only.empty() || !request.without.empty())
+        SelectItems(selection, request.only.empty() ? request.without : request.only, !request.only.empty());
+
+    ProjectDataBuilder builder(&selection);
+    builder.SetIsList(request.picture.empty());
+    TablePtr const table(builder.Build());
+    if (!table || table->Rows() != static_cast<int>(selection.VectorsInUse().size()))
+        throw Problem(ExceptionMessage::translate("Not every series gives data for its arguments."));
+    TablePtr const labelled = Labelled(*table, selection);
+    if (!request.picture.empty())
+        Draw(request, *labelled, axis);
+    if (request.picture.empty() || !request.file.empty()) {
+        Output output(request.file);
+        WriteTable(*labelled, request.format, output);
+        output.Finish();
+    }
+}
+
+} // namespace
+
+void AddBuildCommand(CLI::App &program) {
+    auto const request = std::make_shared<BuildRequest>();
+    CLI::App *const command = program.add_subcommand("build", "Build the table or the picture of a selection");
+    command->add_option("PROJECT", request->project, "The project file")->required();
+    AddAxisOption(*command, request->axis);
+    command->add_option("--x", request->x, "The vector along the X axis")->type_name("VECTOR");
+    command->add_option("--y", request->y, "The vector along the Y axis")->type_name("VECTOR");
+    command->add_option("--series", request->series, "A series; may stand several times")
+        ->type_name("VECTOR")
+        ->allow_extra_args(false);
+    command
+        ->add_option_function<std::string>(
+            "--scale",
+            [request](std::string const &scale) {
+                request->scale = SelectDataSeriesData::FromStringToScaleType(("Scale " + scale).c_str());
+            },
+            "Stretch each series (none)")
+        ->check(CLI::IsMember(std::vector<std::string>{"none", "0-1", "-1-1"}));
+    CLI::Option *const only = command->add_option("--only", request->only, "The items shown")->delimiter(',');
+    command->add_option("--without", request->without, "Items left out")->delimiter(',')->excludes(only);
+    command->add_option("--batches", request->batches, "The batches shown")->delimiter(',');
+    for (CLI::Option *const list : {only, command->get_option("--without"), command->get_option("--batches")})
+        list->type_name("NAME,...")->allow_extra_args(false);
+    AddFormatOption(*command, request->format);
+    command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
+    command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    command->add_option("--title", request->style.title, "What stands above the picture");
+    command->footer(
+        "A VECTOR is a name, what it is about, and its source: t, t:2, YPred:octane, XVar:1100nm@M2, "
+        "VarDS:octane@DS1.\n"
+        "The source is a model (M2), a data set (DS1) or the prediction set (PS). What is left out comes from the\n"
+        "project's defaults: the newest model, its first (or last) component, the current variable or observation.\n"
+        "Without any vector the default one is shown. Two axes, or an axis and a series, are drawn against each "
+        "other.\n"
+        "Example: dataseries build wine.project --x t:1 --y t:2 --plot scores.png\n"
+        "         dataseries build oil.project --x YVar:octane --series YPred:octane --format csv -o fit.csv");
+    command->callback([request] { Build(*request); });
+}

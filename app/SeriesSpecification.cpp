@@ -1,0 +1,249 @@
+#include "app/SeriesSpecification.h"
+
+#include "app/Failure.h"
+#include "app/VectorSearch.h"
+#include "utilities/DefaultSelection.h"
+
+#include <charconv>
+#include <vector>
+
+namespace {
+
+using Axis = ProjectVector::VectorTypeEnum;
+
+std::optional<int> ReadNumber(std::string_view text) {
+    int number = 0;
+    auto const [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && rest == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+// "M2", "DS1", "PS" as a source. UsageError for another text, NCError when it is not there.
+Source ReadSource(engine::Project const &project, std::string const &text) {
+    if (text == "PS") {
+        if (!project.GetPredSet(-1))
+            throw Problem(ExceptionMessage::translate("There is no prediction set; \"dataseries predict\" makes one."));
+        return {ProjectVector::DataTypePredictionSet, {}, "the prediction set", "--predictions"};
+    }
+    bool const ofData = text.starts_with("DS");
+    std::optional<int> const number = ReadNumber(std::string_view(text).substr(ofData ? 2 : 1));
+    if (!number || (!ofData && text[0] != 'M'))
+        throw UsageError("\"" + text +
+                         "\" is no source: give a model (M1), a data set (DS1) or the prediction set (PS)");
+    if (ofData) {
+        if (!project.GetDataSetInfo(*number))
+            throw Problem(ExceptionMessage::translate("There is no data set {1}.") % *number);
+        return {ProjectVector::DataTypeDataSet,
+                {},
+                "data set " + std::to_string(*number),
+                "--data " + std::to_string(*number)};
+    }
+    auto const model = project.GetModelInfo(*number);
+    if (!model)
+        throw Problem(ExceptionMessage::translate("There is no model {1}.") % *number);
+    return {ProjectVector::DataTypeModel, model, "model " + std::to_string(*number),
+            "--model " + std::to_string(*number)};
+}
+
+// Where a vector may come from, the likeliest first.
+std::vector<Source> SourcesOf(engine::Project const &project, VectorText const &text) {
+    if (text.source)
+        return {ReadSource(project, *text.source)};
+    std::vector<Source> sources;
+    if (int const model = project.GetActiveModelNumber(); model > 0)
+        sources.push_back(ReadSource(project, "M" + std::to_string(model)));
+    if (int const dataSet = project.GetFirstDataSet(0); dataSet > 0)
+        sources.push_back(ReadSource(project, "DS" + std::to_string(dataSet)));
+    if (project.GetPredSet(-1))
+        sources.push_back(ReadSource(project, "PS"));
+    if (sources.empty())
+        throw Problem(ExceptionMessage::translate("The project is empty; \"dataseries import\" reads a table."));
+    return sources;
+}
+
+std::optional<int> PositionOf(ColumnTerms const &terms, NCVariables const &variables, std::string const &name) {
+    int position = 0;
+    for (ColumnTerm const &term : terms) {
+        ++position;
+        if (term.GetPrimaryName(variables) == name)
+            return position;
+    }
+    return {};
+}
+
+std::optional<std::uint32_t> ItemOfName(VarObs const &list, std::string const &name) {
+    for (std::uint32_t item = 1; item <= list.Size(); ++item)
+        if (list.GetText(item, 1) == name)
+            return item;
+    return {};
+}
+
+// Fills in what a vector is about, as the kind of its number says.
+class ArgumentReader {
+public:
+    ArgumentReader(engine::Project const &project, VectorText const &text, Source const &source,
+                   ProjectVectorData &data)
+        : m_project(project), m_text(text), m_source(source), m_data(data), m_vector(*data.GetProjectVector()) {}
+
+    void Read(std::string const &argument) {
+        if (m_vector.GetNumberType() == ProjectVector::NumberComponentRange)
+            return ReadRange(argument);
+        if (!TakesNumber())
+            return m_vector.HasOneComponent() ? ReadComponent(argument) : Refuse(argument);
+        if (SetNumber(argument))
+            return;
+        // Behind the item a component may stand.
+        std::size_t const colon = argument.rfind(':');
+        bool const both = colon != std::string::npos && m_vector.HasOneComponent();
+        if (!both || !SetNumber(argument.substr(0, colon)))
+            throw Problem(ExceptionMessage::translate("There is no {1} \"{2}\" in {3}, which \"{4}\" asks for.") %
+                          NumberName() % argument % m_source.name % m_text.whole);
+        ReadComponent(argument.substr(colon + 1));
+    }
+
+private:
+    bool TakesNumber() const {
+        return m_vector.IsXVector() || m_vector.IsYVector() ||
+               m_vector.GetNumberType() == ProjectVector::NumberObsOrVar ||
+               m_vector.GetNumberType() == ProjectVector::NumberIdentifier;
+    }
+
+    bool IsOverObservations() const { return m_vector.GetType() == ProjectVector::VectorTypeVariablesScores; }
+
+    std::string NumberName() const {
+        if (m_vector.GetNumberType() == ProjectVector::NumberIdentifier)
+            return "identifier column";
+        if (m_vector.GetNumberType() == ProjectVector::NumberObsOrVar)
+            return IsOverObservations() ? "variable" : "observation";
+        return m_vector.IsYVector() ? "Y variable" : "X variable";
+    }
+
+    [[noreturn]] void Refuse(std::string const &argument) const {
+        throw Problem(ExceptionMessage::translate("The vector \"{1}\" takes no argument, found \"{2}\".") %
+                      m_vector.GetName() % argument);
+    }
+
+    int CheckedComponent(std::string const &text, int count) const {
+        std::optional<int> const component = ReadNumber(text);
+        if (!component || *component < m_vector.GetFirstComponent() || *component > count)
+            throw Problem(ExceptionMessage::translate("There is no component \"{1}\", which \"{2}\" asks for: {3} has "
+                                                      "{4} of that kind.") %
+                          text % m_text.whole % m_source.name % count);
+        return *component;
+    }
+
+    void ReadComponent(std::string const &text) {
+        auto const kind = static_cast<ProjectVector::ComponentType>(m_vector.GetComponentType());
+        m_data.SetComponent(CheckedComponent(text, ProjectVector::SelectMaxComponents(kind, *m_source.model)));
+    }
+
+    void ReadRange(std::string const &text) {
+        std::size_t const dash = text.find('-', 1);
+        int const count = m_source.model->SizeComponents();
+        int const first = CheckedComponent(text.substr(0, dash), count);
+        int const last = dash == std::string::npos ? first : CheckedComponent(text.substr(dash + 1), count);
+        m_data.SetNumber(static_cast<std::uint32_t>(first));
+        m_data.SetNumberID2(static_cast<std::uint32_t>(last));
+    }
+
+    bool SetNumber(std::string const &name) {
+        std::optional<std::uint32_t> number;
+        if (m_vector.GetNumberType() == ProjectVector::NumberIdentifier)
+            number = AliasOf(name);
+        else if (m_vector.GetNumberType() == ProjectVector::NumberObsOrVar)
+            number = IsOverObservations() ? ItemOfName(m_project.GetVariables(), name)
+                                          : ItemOfName(m_project.GetObservations(), name);
+        else
+            number = TermOf(name);
+        if (number)
+            m_data.SetNumber(*number);
+        return number.has_value();
+    }
+
+    std::optional<std::uint32_t> TermOf(std::string const &name) const {
+        auto const model = m_project.GetModel(m_source.model->number);
+        if (!model)
+            return {};
+        ColumnTerms const &terms = m_vector.IsYVector() ? model->GetYColumnTerms() : model->GetXColumnTerms();
+        std::optional<int> const position = PositionOf(terms, m_project.GetVariables(), name);
+        return position ? std::optional(static_cast<std::uint32_t>(*position)) : std::nullopt;
+    }
+
+    std::optional<std::uint32_t> AliasOf(std::string const &name) const {
+        VarObs const &list =
+            IsOverObservations() ? static_cast<VarObs const &>(m_project.GetObservations()) : m_project.GetVariables();
+        for (int alias = 1; alias <= list.SizeAliases(); ++alias)
+            if (list.GetAlias(alias)->name == name)
+                return static_cast<std::uint32_t>(alias);
+        return {};
+    }
+
+    engine::Project const &m_project;
+    VectorText const &m_text;
+    Source const &m_source;
+    ProjectVectorData &m_data;
+    ProjectVector const &m_vector;
+};
+
+// The first source that has the vector on the axis (or on any); the last one's error when none has.
+Source ChooseSource(engine::Project const &project, VectorText const &text, std::optional<Axis> axis) {
+    std::vector<Source> const sources = SourcesOf(project, text);
+    for (Source const &source : sources)
+        if (axis ? Find(text.name, *axis, source) != nullptr : AxisOf(text.name, source).has_value())
+            return source;
+    throw Unknown(text.name, axis, sources.front());
+}
+
+} // namespace
+
+VectorText ReadVectorText(std::string const &text) {
+    VectorText read{text, text, {}, {}};
+    std::size_t const at = read.name.rfind('@');
+    if (at != std::string::npos) {
+        read.source = read.name.substr(at + 1);
+        read.name.erase(at);
+    }
+    std::size_t const colon = read.name.find(':');
+    if (colon != std::string::npos) {
+        read.argument = read.name.substr(colon + 1);
+        read.name.erase(colon);
+    }
+    if (read.name.empty())
+        throw UsageError("\"" + text + "\" is no vector, such as \"t\", \"t:2\" or \"YPred:octane@M2\"");
+    return read;
+}
+
+Axis FindAxis(engine::Project const &project, VectorText const &text) {
+    return *AxisOf(text.name, ChooseSource(project, text, {}));
+}
+
+ProjectVectorData Specify(boost::shared_ptr<engine::Project> const &project, VectorText const &text, Axis axis,
+                          ProjectUtilities::DefaultSelection const &defaults) {
+    Source const source = ChooseSource(*project, text, axis);
+    ProjectVectorData data;
+    data.SetProjectVector(Find(text.name, axis, source));
+    if (source.model)
+        data.SetModelInfoPtr(source.model);
+    else if (source.data == ProjectVector::DataTypeDataSet)
+        data.SetDataSet(*ReadNumber(source.name.substr(source.name.rfind(' ') + 1)));
+    data.SetDefaultNumberID(defaults);
+    ProjectVector const &vector = *data.GetProjectVector();
+    if (vector.HasOneComponent() && !vector.PredictiveComponentDefaultsToLast())
+        data.SetComponent(1);
+    if (text.argument)
+        ArgumentReader(*project, text, source, data).Read(*text.argument);
+    return data;
+}
+
+std::uint32_t VariableNumber(engine::Project const &project, std::string const &name) {
+    std::optional<std::uint32_t> const number = ItemOfName(project.GetVariables(), name);
+    if (!number)
+        throw Problem(ExceptionMessage::translate("There is no variable \"{1}\" in the project.") % name);
+    return *number;
+}
+
+std::uint32_t ObservationNumber(engine::Project const &project, std::string const &name) {
+    std::optional<std::uint32_t> const number = ItemOfName(project.GetObservations(), name);
+    if (!number)
+        throw Problem(ExceptionMessage::translate("There is no observation \"{1}\" in the project.") % name);
+    return *number;
+}

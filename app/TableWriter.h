@@ -1,0 +1,8 @@
+#pragma once
+
+#include "app/Listing.h"
+#include "platform/ProjectData.h"
+
+// Writes a table with one line for each item and one column for each series. csv and json have nine significant digits;
+// a missing value is an empty field, and null in json.
+void WriteTable(ProjectData const &table, Format format, Output &output);
