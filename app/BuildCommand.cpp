@@ -1,4 +1,5 @@
 #include "app/Commands.h"
+#include "app/Decorations.h"
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
 #include "app/PlotScript.h"
@@ -122,11 +123,12 @@ TablePtr Labelled(ProjectData const &table, SelectDataSeriesData const &selectio
     return std::make_unique<ProjectData>(RowIDs(labels, table.GetProject()), table.GetColumnIDs(), table.GetMatrix());
 }
 
-void Draw(BuildRequest const &request, ProjectData const &table, Axis axis) {
+void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table) {
     PlotStyle style = request.style;
     style.isPng = request.picture.extension() == ".png";
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
-    std::string const script = PlotScript(table, axis, style);
+    Decorate(selection, table, style);
+    std::string const script = PlotScript(table, selection.GetVectorType(), style);
     DraftFile file(request.picture);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
@@ -153,7 +155,7 @@ void Build(BuildRequest const &request) {
         throw Problem(ExceptionMessage::translate("Not every series gives data for its arguments."));
     TablePtr const labelled = Labelled(*table, selection);
     if (!request.picture.empty())
-        Draw(request, *labelled, axis);
+        Draw(request, selection, *labelled);
     if (request.picture.empty() || !request.file.empty()) {
         Output output(request.file);
         WriteTable(*labelled, request.format, output);

@@ -3,11 +3,13 @@
 #include "app/Listing.h"
 #include "app/ProgressBar.h"
 #include "engine/Project.h"
+#include "platform/VqString.h"
 
 #include <CLI/CLI.hpp>
 
 #include <limits>
 #include <map>
+#include <sstream>
 
 namespace {
 
@@ -16,6 +18,7 @@ struct FitRequest {
     engine::ModelRequest model;
     std::vector<std::string> responses; // as given: lists of names
     std::vector<std::string> excluded;
+    std::vector<std::string> transformations;
 };
 
 struct ListRequest {
@@ -54,6 +57,33 @@ std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
             throw UsageError("A quote in \"" + list + "\" is not closed");
     }
     return names;
+}
+
+// "ash=log", "ash=power:1:0:0.5": the name of a variable, a kind and its constants.
+std::pair<std::string, engine::VariableTransformation> TransformationIn(std::string const &text) {
+    using Transformation = engine::VariableTransformation;
+    static std::map<std::string, Transformation> const kinds = {
+        {"log", {Transformation::Log, 1, 0, 1}},       {"neglog", {Transformation::NegLog, 1, 0, 1}},
+        {"logit", {Transformation::Logit, 0, 1, 1}},   {"exp", {Transformation::Exponential, 1, 0, 1}},
+        {"power", {Transformation::Power, 1, 0, 0.5}}, {"none", {}}};
+    std::size_t const equals = text.rfind('=');
+    std::vector<std::string> parts;
+    std::istringstream stream(equals == std::string::npos ? std::string() : text.substr(equals + 1));
+    for (std::string part; std::getline(stream, part, ':');)
+        parts.push_back(part);
+    if (parts.empty() || !kinds.contains(parts[0]) || parts.size() > 4)
+        throw UsageError("\"" + text +
+                         "\" is no transformation such as ash=log, ash=logit:0:100 or ash=power:1:0:0.5; "
+                         "there are log, neglog, logit, exp and power");
+    Transformation transformation = kinds.at(parts[0]);
+    double *const constants[] = {&transformation.c1, &transformation.c2, &transformation.c3};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        char *end = nullptr;
+        *constants[i - 1] = VqString::vqstrtod(parts[i].c_str(), &end);
+        if (end == parts[i].c_str() || *end != '\0')
+            throw UsageError("\"" + parts[i] + "\" in \"" + text + "\" is no number");
+    }
+    return {text.substr(0, equals), transformation};
 }
 
 void Report(FitRequest const &request, engine::Project const &project, int model) {
@@ -98,6 +128,8 @@ void Fit(FitRequest request) {
     bool const needsResponses = (request.model.type & ModelTypeE::WithY) != 0;
     request.model.responses = NamesIn(request.responses);
     request.model.excluded = NamesIn(request.excluded);
+    for (std::string const &text : request.transformations)
+        request.model.transformations.insert(TransformationIn(text));
     if (needsResponses && request.responses.empty())
         throw UsageError("A PLS model needs its Y variables: --y NAME,...");
     if (!needsResponses && !request.responses.empty())
@@ -164,6 +196,9 @@ void AddModelCommands(CLI::App &program) {
         ->allow_extra_args(false);
     command->add_option("--exclude", request->excluded, "Variables and observations that are left out")
         ->type_name("NAMES")
+        ->allow_extra_args(false);
+    command->add_option("--transform", request->transformations, "Transform a variable before it is scaled")
+        ->type_name("NAME=KIND[:C1[:C2[:C3]]]")
         ->allow_extra_args(false);
     AddChoice(*command, "--scaling", model.scaling,
               {{"uv", engine::ModelRequest::UnitVariance},

@@ -86,12 +86,15 @@ public:
 private:
     void Begin();
     void WriteSeries();
+    void WriteLimit();
     void WriteBars();
+    std::string WriteErrorBars(double shift);
     void WriteLines();
     void WriteItemTics(bool isBars);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
-    void SetRange(char const *name, std::span<float const> values, double &low, double &high);
+    // Over the values, and as far as `reach` to both sides of 0.
+    void SetRange(char const *name, std::span<float const> values, double reach, double &low, double &high);
     void SetLabel(char const *axis, std::string const &text) {
         m_text += std::string("set ") + axis + "label " + Quoted(text) + "\n";
     }
@@ -138,10 +141,19 @@ void Script::WriteSeries() {
     double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
     m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
     WriteItemTics(isBars);
+    if (m_style.limit)
+        WriteLimit();
     if (isBars)
         WriteBars();
     else
         WriteLines();
+}
+
+void Script::WriteLimit() {
+    std::string const at = Number(*m_style.limit);
+    m_text += "set arrow from graph 0,first " + at + " to graph 1,first " + at +
+              " nohead lc rgb '#c0392b' lw 1.2 dt 2\nset label " + Quoted(m_style.limitLabel) +
+              " at graph 0.995,first " + at + " right offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
 }
 
 // Labels of items below the axis: all of them, turned where they need it, or as many as have room side by side.
@@ -176,8 +188,21 @@ void Script::WriteBars() {
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
     }
+    if (!m_style.errors.empty())
+        plots += WriteErrorBars(-0.5 * static_cast<double>(m_rows.size() - 1) * width);
     m_text += "set boxwidth " + Number(0.92 * width) +
               "\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " + plots + "\n";
+}
+
+// Bars of error on the first series; the part of the plot command that draws them.
+std::string Script::WriteErrorBars(double shift) {
+    m_text += "$e << EOD\n";
+    for (std::size_t item = 0; item < m_style.errors.size() && item < m_rows[0].size(); ++item)
+        if (IsShown(m_rows[0][item]) && m_style.errors[item] >= 0)
+            m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[0][item]) + " " +
+                      Number(m_style.errors[item]) + "\n";
+    m_text += "EOD\n";
+    return ", $e using 1:2:3 with yerrorbars pt -1 lc rgb '#303030' lw 1.1 notitle";
 }
 
 void Script::WriteLines() {
@@ -202,9 +227,9 @@ void Script::WriteLines() {
     m_text += "plot " + plots + "\n";
 }
 
-void Script::SetRange(char const *name, std::span<float const> values, double &low, double &high) {
-    low = HUGE_VAL;
-    high = -HUGE_VAL;
+void Script::SetRange(char const *name, std::span<float const> values, double reach, double &low, double &high) {
+    low = reach > 0 ? -reach : HUGE_VAL;
+    high = reach > 0 ? reach : -HUGE_VAL;
     for (float const value : values)
         if (IsShown(value)) {
             low = std::min<double>(low, value);
@@ -218,18 +243,26 @@ void Script::SetRange(char const *name, std::span<float const> values, double &l
 
 void Script::WriteScatter() {
     double x0, x1, y0, y1;
-    SetRange("x", m_rows[0], x0, x1);
-    SetRange("y", m_rows[1], y0, y1);
+    SetRange("x", m_rows[0], m_style.ellipseX, x0, x1);
+    SetRange("y", m_rows[1], m_style.ellipseY, y0, y1);
     SetLabel("x", Name(0));
     SetLabel("y", Name(1));
     m_text += "set yzeroaxis lt 1 lc rgb '#909090' lw 1\n";
     WritePointLabels(x0, x1, y0, y1);
+    std::string guides;
+    if (m_style.ellipseX > 0) {
+        m_text += "set parametric\nset trange [0:2*pi]\nset samples 400\n";
+        guides = Number(m_style.ellipseX) + "*cos(t)," + Number(m_style.ellipseY) +
+                 "*sin(t) with lines lc rgb '#808080' lw 1 notitle, ";
+    } else if (m_style.hasDiagonal) {
+        guides = "x with lines lc rgb '#808080' lw 1 notitle, ";
+    }
     m_text += "$s << EOD\n";
     for (std::size_t item = 0; item < m_rows[0].size(); ++item)
         if (IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]))
             m_text += Number(m_rows[0][item]) + " " + Number(m_rows[1][item]) + "\n";
-    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
-              Style(0) + " notitle\n";
+    m_text += "EOD\nplot " + guides + std::string("$s using 1:2 with points pt 7 ps ") +
+              (m_table.Columns() > 2000 ? "0.3" : "0.8") + Style(0) + " notitle\n";
 }
 
 // Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.

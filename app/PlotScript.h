@@ -2,12 +2,21 @@
 
 #include "catalogue/ProjectVector.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 struct PlotStyle {
     bool isPng = false;
     bool isScatter = false; // the second series against the first
     std::string title;
+    // Half axes of an ellipse about the origin, for points; none when 0.
+    double ellipseX = 0;
+    double ellipseY = 0;
+    bool hasDiagonal = false;    // y = x, for points
+    std::optional<double> limit; // a line across, with its label
+    std::string limitLabel;
+    std::vector<double> errors; // half lengths of error bars on the first series, for bars
     int width = 900;
     int height = 600;
 };

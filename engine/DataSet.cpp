@@ -94,6 +94,18 @@ void AddRole(ConfigurationSection &roles, char const *role, std::string const &h
     roles.WriteKey(role, headings, '\n');
 }
 
+void ItemLists::MarkDates(std::vector<std::string> const &names) {
+    for (std::uint32_t item = 1; item <= variables.Size(); ++item) {
+        if (std::find(names.begin(), names.end(), variables.GetText(item, 1)) == names.end())
+            continue;
+        VariableInfo info(item);
+        info.dateTime = true;
+        variables.SetInfo(info);
+        if (!variables.GetDefaultTimeVariable())
+            variables.SetDefaultTimeVariable(item);
+    }
+}
+
 ItemLists::ItemLists(ProjectFile const &file) {
     Refresh(file);
 }
@@ -114,6 +126,7 @@ void ItemLists::Refresh(ProjectFile const &file) {
     observationList.SetRole(HeadingsOf(*roles, phaseRole), VarObs::Role::Phase);
     variableList.MoveInto(variables);
     observationList.MoveInto(observations);
+    MarkDates(HeadingsOf(*roles, dateTimeRole));
 }
 
 DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project)

@@ -12,10 +12,12 @@
 
 namespace engine {
 
-// The settings of a project that tell which identifier columns hold batches, and phases: for each role the headings.
+// The settings of a project that tell which identifier columns hold batches and phases, and which variables dates: for
+// each role the names.
 constexpr char const *roleSection = "ObservationRoles";
 constexpr char const *batchRole = "Batch";
 constexpr char const *phaseRole = "Phase";
+constexpr char const *dateTimeRole = "DateTime"; // variables
 std::unique_ptr<XercesXMLSection> ReadRoles(ProjectFile const &file);
 std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char const *role);
 // Nothing happens for an empty heading.
@@ -34,6 +36,10 @@ public:
 
     // The data sets have changed. The lists stay where they are, for those who hold on to them.
     void Refresh(ProjectFile const &file);
+
+private:
+    // The first of them is the default time variable.
+    void MarkDates(std::vector<std::string> const &names);
 };
 
 // A data set of the file. Columns are read when they are first asked for.

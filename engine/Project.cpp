@@ -57,6 +57,32 @@ private:
     std::unordered_map<std::string, std::vector<int>> m_places;
 };
 
+Transformation TransformationOf(VariableTransformation const &transformation) {
+    using enum TransformationKind;
+    static constexpr TransformationKind kinds[] = {None, Log, NegLog, Logit, Exponential, Power};
+    return {kinds[transformation.kind], transformation.c1, transformation.c2, transformation.c3};
+}
+
+// Gives the terms of named variables their transformations.
+void ApplyTransformations(ModelRequest const &request, DataSetRecord const &record, NameList const &variables,
+                          ModelDefinition &definition) {
+    for (auto const &[name, transformation] : request.transformations) {
+        std::vector<int> const *const columns = variables.Find(name);
+        bool any = false;
+        for (std::vector<Term> *const terms : {&definition.xTerms, &definition.yTerms})
+            for (Term &term : *terms)
+                if (columns && term.column == columns->front()) {
+                    term.transformation = TransformationOf(transformation);
+                    any = true;
+                }
+        if (!any)
+            throw NCError(ExceptionMessage::translate(
+                              "There is no variable \"{1}\" of the model in data set {2} ({3}) to transform.") %
+                              name % record.number % record.name,
+                          NCError::Error);
+    }
+}
+
 // Puts the names of a request into columns and rows of its data set.
 ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &file) {
     DataSetRecord const record = file.DataSet(request.dataSet);
@@ -72,6 +98,12 @@ ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &fil
     Term term;
     term.scaling = ScalingOf(request.scaling);
     std::set<int> used;
+    // Dates are no measurements: they are in X only when they are transformed, which names them.
+    std::set<int> dates;
+    for (std::string const &name : HeadingsOf(*ReadRoles(file), dateTimeRole))
+        if (std::vector<int> const *const columns = variables.Find(name);
+            columns && !request.transformations.contains(name))
+            dates.insert(columns->begin(), columns->end());
     for (std::string const &name : request.responses) {
         std::vector<int> const *const columns = variables.Find(name);
         if (!columns)
@@ -102,10 +134,11 @@ ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &fil
             leftOut.insert(rows->begin(), rows->end());
     }
     for (int column = 0; column < static_cast<int>(record.variables); ++column)
-        if (!used.contains(column)) {
+        if (!used.contains(column) && !dates.contains(column)) {
             term.column = column;
             definition.xTerms.push_back(term);
         }
+    ApplyTransformations(request, record, variables, definition);
     for (int row = 0; row < static_cast<int>(record.observations); ++row)
         if (!leftOut.contains(row))
             definition.rows.push_back(row);
@@ -126,6 +159,8 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     std::unique_ptr<XercesXMLSection> const section = ReadRoles(file);
     AddRole(*section, batchRole, table.batchColumn);
     AddRole(*section, phaseRole, table.phaseColumn);
+    for (std::string const &name : table.dateTimeVariables)
+        AddRole(*section, dateTimeRole, name);
     std::string text;
     section->Flush(text);
     file.SetSection(roleSection, text);
@@ -387,6 +422,7 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
     boost::shared_ptr<ModelView const> const view = m_state->View(model);
     ModelDefinition const definition =
         view ? view->Fit().definition : ModelDefinition::Load(AsText(m_state->File().Definition(model)));
+    info->hasDateTime = HasDates(record->dataSets.front());
     info->type = static_cast<ModelTypeE::Model>(definition.kind);
     info->sizeXVariables = static_cast<int>(definition.xTerms.size());
     info->sizeYVariables = static_cast<int>(definition.yTerms.size());
@@ -400,6 +436,13 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
         info->ySideOrthogonalComponents = static_cast<int>(components.YOrthogonal());
     }
     return info;
+}
+
+// The data set has the project's default time variable.
+bool Project::HasDates(int dataSet) const {
+    VariableInfo const *const time = GetVariables().GetDefaultTimeVariable();
+    auto const data = time ? m_state->Data(dataSet) : nullptr;
+    return data && data->ColumnOf(time->GetUniqueID());
 }
 
 boost::shared_ptr<NCModel const> Project::GetModel(int model) const {

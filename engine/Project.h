@@ -5,6 +5,7 @@
 #include "platform/NCProject.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +13,20 @@
 namespace engine {
 
 struct ImportedTable;
+
+// What is done to the values v of a variable before they are centred and scaled:
+//   Log    log10(c1 v + c2)          NegLog       -log10(c1 v + c2)
+//   Logit  log10((v - c1)/(c2 - v))  Exponential  exp(c1 v + c2)
+//   Power  (c1 v + c2)^c3
+// A value outside the domain becomes missing.
+struct VariableTransformation {
+    enum Kind { None, Log, NegLog, Logit, Exponential, Power };
+
+    Kind kind = None;
+    double c1 = 1;
+    double c2 = 0;
+    double c3 = 1;
+};
 
 // What a model is to be fitted to. Variables and observations go by their primary identifiers.
 struct ModelRequest {
@@ -21,6 +36,7 @@ struct ModelRequest {
     int dataSet = 1;
     std::vector<std::string> responses = {}; // the Y variables; all others are X variables
     std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
+    std::map<std::string, VariableTransformation> transformations = {}; // by variable
     Scaling scaling = UnitVariance;
     int components = -1;           // predictive ones, -1: as many as cross-validation finds significant
     int crossValidationGroups = 7; // 0: no cross-validation
@@ -85,6 +101,7 @@ private:
     class State;
 
     explicit Project(ProjectFile file);
+    bool HasDates(int dataSet) const;
 
     std::unique_ptr<State> m_state;
 };

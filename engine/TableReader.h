@@ -48,6 +48,9 @@ struct ImportedTable {
     std::vector<TextColumn> variables;
     // For each variable a value for every observation; -99 where it is missing.
     std::vector<std::vector<float>> columns;
+    // Those of the variables that hold dates, as days since 1970-01-01 00:00. A column whose cells all read as dates
+    // (ISO 8601: "2024-03-05", "2024-03-05 14:30:07") is such a variable, unless it identifies the observations.
+    std::vector<std::string> dateTimeVariables;
     // As in the options.
     std::string batchColumn;
     std::string phaseColumn;

@@ -1,5 +1,7 @@
 #include "engine/import/TableBuilder_internal.h"
 
+#include "engine/import/DateTime_internal.h"
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -47,6 +49,21 @@ std::vector<float> ColumnBuilder::TakeNumbers() {
     if (!m_numeric)
         BecomeNumeric();
     return std::move(m_numbers);
+}
+
+std::vector<float> ColumnBuilder::TakeDates(CellReader const &reader) {
+    std::vector<float> days;
+    if (m_identifier || m_numeric || m_wrongCells == 0)
+        return days;
+    days.reserve(m_texts.size());
+    for (std::size_t row = 0; row < m_texts.size(); ++row) {
+        std::string_view const text = Trimmed(m_texts[row]);
+        std::optional<double> const day = ReadDateTime(text);
+        if (!day && reader.Read(text).kind != CellKind::Missing)
+            return {};
+        days.push_back(day ? static_cast<float>(*day) : missingValue);
+    }
+    return days;
 }
 
 void TableBuilder::Field(std::string_view text, std::size_t line) {
@@ -127,7 +144,11 @@ ImportedTable TableBuilder::Take(std::string const &name) {
     for (std::size_t column = 0; column < m_columns.size(); ++column) {
         ColumnBuilder &builder = m_columns[column];
         table.literalMissingValues += builder.LiteralMissingValues();
-        if (builder.IsText()) {
+        if (std::vector<float> days = builder.TakeDates(m_reader); !days.empty()) {
+            table.variables.front().texts.Append(m_headings[column]);
+            table.columns.push_back(std::move(days));
+            table.dateTimeVariables.push_back(m_headings[column]);
+        } else if (builder.IsText()) {
             table.observations.push_back({m_headings[column], builder.TakeTexts()});
             bool const isNamed =
                 m_headings[column] == m_options.batchColumn || m_headings[column] == m_options.phaseColumn;
@@ -140,6 +161,8 @@ ImportedTable TableBuilder::Take(std::string const &name) {
     }
     if (table.columns.empty())
         throw NCError(ExceptionMessage::translate("{1} holds no column of numbers.") % m_file, NCError::Error);
+    for (std::string const &name : table.dateTimeVariables)
+        table.notes.push_back((ExceptionMessage::translate("Dates, as days since 1970-01-01: {1}.") % name).Text());
     if (!texts.empty())
         table.notes.push_back(
             (ExceptionMessage::translate("Columns of text are kept as identifiers: {1}.") % texts).Text());
