@@ -111,6 +111,19 @@ void Report(ImportRequest const &request, char const *kind, int number, engine::
     output.Finish();
 }
 
+// A note with names, shortened where there are many.
+void AddNote(engine::ImportedTable &table, char const *text, std::vector<std::string> const &names) {
+    constexpr std::size_t most = 10;
+    if (names.empty())
+        return;
+    std::string note = text;
+    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
+        note += (i == 0 ? "" : ", ") + names[i];
+    if (names.size() > most)
+        note += " and " + std::to_string(names.size() - most) + " more";
+    table.notes.push_back(note + ".");
+}
+
 void Import(ImportRequest const &request) {
     boost::shared_ptr<engine::Project> project;
     if (std::filesystem::exists(request.project))
@@ -139,6 +152,9 @@ void Predict(ImportRequest const &request) {
                       request.project.string());
     engine::ImportedTable table = Read(request);
     table.name = request.name;
+    engine::VariableMatch const match = project->MatchVariables(request.model, table);
+    AddNote(table, "The model's variables that the table lacks, taken as missing: ", match.missing);
+    AddNote(table, "Variables that the model does not use: ", match.surplus);
     int const number = [&] {
         ProgressBar bar("Storing");
         return project->AddPredictions(request.model, table, bar.Listener());

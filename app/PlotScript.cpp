@@ -202,7 +202,7 @@ std::string Script::WriteErrorBars(double shift) {
             m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[0][item]) + " " +
                       Number(m_style.errors[item]) + "\n";
     m_text += "EOD\n";
-    return ", $e using 1:2:3 with yerrorbars pt -1 lc rgb '#303030' lw 1.1 notitle";
+    return ", $e using 1:2:3 with yerrorbars pt 7 ps 0 lc rgb '#303030' lw 1.1 notitle";
 }
 
 void Script::WriteLines() {

@@ -349,19 +349,33 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
     return number;
 }
 
-int Project::AddPredictions(int model, ImportedTable const &table, Progress const &progress) {
+VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
     ModelView const *const view = m_state->Model(model);
     if (!view)
         throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
     NameList const columns(table.variables.front().texts);
-    ColumnTerms const &terms = view->GetXColumnTerms();
-    bool const any = std::any_of(terms.begin(), terms.end(), [&](ColumnTerm const &term) {
-        return columns.Find(GetVariables().GetText(term.GetMotherVariable(1), 1)) != nullptr;
-    });
-    if (!any)
+    std::unordered_set<std::string> known;
+    VariableMatch match;
+    for (ColumnTerms const *terms : {&view->GetXColumnTerms(), &view->GetYColumnTerms()})
+        for (ColumnTerm const &term : *terms) {
+            std::string const &name = GetVariables().GetText(term.GetMotherVariable(1), 1);
+            known.insert(name);
+            if (terms == &view->GetXColumnTerms() && !columns.Find(name))
+                match.missing.push_back(name);
+        }
+    PackedTexts const &names = table.variables.front().texts;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (!known.contains(std::string(names[i])))
+            match.surplus.emplace_back(names[i]);
+    return match;
+}
+
+int Project::AddPredictions(int model, ImportedTable const &table, Progress const &progress) {
+    std::size_t const missing = MatchVariables(model, table).missing.size();
+    if (missing == static_cast<std::size_t>(GetModel(model)->GetXColumnTerms().Size()))
         throw NCError(ExceptionMessage::translate(
                           "None of the {1} X variables of model {2} is among the {3} variables of the table.") %
-                          terms.Size() % model % table.columns.size(),
+                          missing % model % table.columns.size(),
                       NCError::Error);
     NewDataSet dataSet = AsDataSet(table);
     dataSet.kind = DataSetKind::Prediction;

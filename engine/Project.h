@@ -49,6 +49,12 @@ struct ComponentSummary {
     double r2x, r2xCum, r2y, r2yCum, q2, q2Cum;
 };
 
+// Which variables of a model a table lacks, and which it has beside them.
+struct VariableMatch {
+    std::vector<std::string> missing; // of X: their cells are missing
+    std::vector<std::string> surplus; // of neither X nor Y: not used
+};
+
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
 // What is large is read when it is first asked for and kept; the lists of variables and observations run over all data
 // sets, and items with the same primary identifier are the same item.
@@ -68,6 +74,9 @@ public:
     // Makes the table the prediction set of a model. Variables are matched by name, in any order; those that the model
     // lacks are stored and not used, and those that the table lacks are missing. NCError when it has none of them.
     int AddPredictions(int model, ImportedTable const &table, Progress const &progress = {});
+
+    // How the variables of a table fit a model.
+    VariableMatch MatchVariables(int model, ImportedTable const &table) const;
 
     std::vector<DataSetRecord> DataSets() const;
     // One entry for each component. Nothing for a model that is not fitted; NCError when there is no such model.
