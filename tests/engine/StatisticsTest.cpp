@@ -333,4 +333,31 @@ TEST(EngineProject, ItemsRunOverDataSets) {
     EXPECT_EQ(project->GetFirstDataSet(1), 2);
 }
 
+// Dates stay out of X, and a transformed variable is transformed before it is centred.
+TEST(EngineProject, KnowsDatesBatchesAndTransformations) {
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "known.dsp");
+    std::istringstream stream("id,lot,when,a,b\n1,x,2024-01-01,1,2\n2,x,2024-01-02,10,3\n3,y,2024-01-03,100,5\n");
+    project->AddDataSet(engine::ReadTable(stream, "t", {.batchColumn = "lot"}));
+    ModelRequest request;
+    request.scaling = ModelRequest::Centred;
+    request.components = 1;
+    request.crossValidationGroups = 0;
+    request.transformations = {{"a", {engine::VariableTransformation::Log, 1, 0, 1}}};
+    request.excluded = {"b"};
+    project->AddModel(request);
+    EXPECT_EQ(project->GetModelInfo(1)->sizeXVariables, 1);
+    EXPECT_TRUE(project->GetModelInfo(1)->hasDateTime);
+    EXPECT_EQ(project->GetVariables().GetText(project->GetVariables().GetDefaultTimeVariable()->GetUniqueID(), 1),
+              "when");
+    TablePtr const scores = GetProjectData(*project).GetT(1, nullptr, -1);
+    EXPECT_NEAR(scores->GetMatrix()(1, 1), -1, 1e-6);
+    EXPECT_NEAR(scores->GetMatrix()(1, 3), 1, 1e-6);
+    EXPECT_TRUE(project->IsBatchProject());
+    NCStringVector const names = project->GetDataSet(1)->GetBatchInfo().GetBatchNames();
+    EXPECT_EQ(names, (NCStringVector{"x", "y"}));
+    request.transformations = {{"z", {}}};
+    EXPECT_THROW(project->AddModel(request), NCError);
+}
+
 } // namespace

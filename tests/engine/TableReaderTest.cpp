@@ -57,7 +57,7 @@ TEST(ReadTable, FindsTheLayout) {
         {",2,3\n4,5,6\n7,8,9\n", "ObsID=1 2 3; Var1=- 4 7; Var2=2 5 8; Var3=3 6 9"},
         {"a,1,2\nb,3,4\n", "ObsID=a b; Var1=1 3; Var2=2 4"},
         // text columns further on, columns without any value
-        {"x,day,none\n1,2020-01-01,\n2,,NA\n", "ObsID=1 2; day=2020-01-01 ; x=1 2; none=- -"},
+        {"x,day,none\n1,Monday,\n2,,NA\n", "ObsID=1 2; day=Monday ; x=1 2; none=- -"},
         {"id,\"a, \"\"b\"\"\nc\",y\n\"o\n1\",1,2\n", "id=o\n1; a, \"b\"\nc=1; y=2"},
     };
     for (auto const &[text, table] : cases)
@@ -176,4 +176,39 @@ TEST(ReadTable, ReadsLongFilesAndCanBeCancelled) {
 }
 
 } // namespace
+TEST(ReadTable, DatesBecomeDays) {
+    struct {
+        char const *cell;
+        double days; // since 1970-01-01; below 0 for a text that is no date
+    } const cases[] = {{"1970-01-02", 1},
+                       {"2024-03-05", 19787},
+                       {"2024-03-05 12:00", 19787.5},
+                       {" 2024-02-29T06:00:00 ", 19782.25},
+                       {"2024-02-29T00:00:30.5", 19782 + 30.5 / 86400},
+                       {"2023-02-29", -1},
+                       {"2024-13-01", -1},
+                       {"2024-03-05 24:00", -1},
+                       {"2024-03-05x", -1},
+                       {"2024-03-05 12:00:", -1},
+                       {"05/03/2024", -1}};
+    for (auto const &row : cases) {
+        std::istringstream stream(std::string("id,v,when\na,1,") + row.cell + "\nb,2,\n");
+        ImportedTable const table = ReadTable(stream, "dates.csv");
+        ASSERT_EQ(table.dateTimeVariables.size(), row.days < 0 ? 0u : 1u) << row.cell;
+        if (row.days < 0)
+            continue;
+        EXPECT_NEAR(table.columns[1][0], row.days, 1e-3) << row.cell;
+        EXPECT_EQ(table.columns[1][1], -99.0f);
+    }
+}
+
+TEST(ReadTable, BatchColumnsAreIdentifiersWhateverTheyHold) {
+    std::istringstream stream("lot,stage,v\n7,1,1.5\n7,2,2.5\n");
+    ImportedTable const table = ReadTable(stream, "lots.csv", {.batchColumn = "lot", .phaseColumn = "stage"});
+    ASSERT_EQ(table.observations.size(), 3u);
+    EXPECT_EQ(table.observations[0].name, "ObsID");
+    EXPECT_EQ(table.observations[1].texts[1], "7");
+    EXPECT_EQ(table.columns.size(), 1u);
+}
+
 } // namespace engine
