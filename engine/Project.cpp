@@ -92,6 +92,10 @@ ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &fil
     ModelDefinition definition;
     definition.kind = static_cast<ModelKind>(request.type);
     definition.components = request.components;
+    if (request.type == ModelTypeE::OPLS || request.type == ModelTypeE::O2PLS)
+        definition.xOrthogonal = request.xOrthogonal;
+    if (request.type == ModelTypeE::O2PLS)
+        definition.yOrthogonal = request.yOrthogonal;
     definition.groups = request.crossValidationGroups;
     definition.alpha = request.alpha;
 

@@ -38,7 +38,10 @@ struct ModelRequest {
     std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
     std::map<std::string, VariableTransformation> transformations = {}; // by variable
     Scaling scaling = UnitVariance;
-    int components = -1;           // predictive ones, -1: as many as cross-validation finds significant
+    // Numbers of components, -1: as many as the fit finds significant. Orthogonal ones count where the type has them.
+    int components = -1; // predictive
+    int xOrthogonal = -1;
+    int yOrthogonal = -1;
     int crossValidationGroups = 7; // 0: no cross-validation
     double alpha = 0.05;           // significance level of limits and intervals
 };

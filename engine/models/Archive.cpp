@@ -25,8 +25,8 @@ std::uint64_t Checksum(std::string_view bytes) {
 
 } // namespace
 
-WritingArchive::WritingArchive(std::string_view name, std::uint32_t version) : m_bytes(name) {
-    Put(version);
+WritingArchive::WritingArchive(std::string_view name, std::uint32_t version) : m_bytes(name), m_version(version) {
+    Put(m_version);
 }
 
 std::string WritingArchive::Finish() {
@@ -38,18 +38,17 @@ std::string WritingArchive::Finish() {
 ReadingArchive::ReadingArchive(std::string_view bytes, std::string_view name, std::uint32_t version)
     : m_name(name), m_rest(bytes) {
     std::uint64_t sum = 0;
-    std::uint32_t found = 0;
-    if (bytes.size() < name.size() + sizeof(found) + sizeof(sum) || !bytes.starts_with(name))
+    if (bytes.size() < name.size() + sizeof(m_version) + sizeof(sum) || !bytes.starts_with(name))
         ThrowDamaged();
     std::memcpy(&sum, bytes.data() + bytes.size() - sizeof(sum), sizeof(sum));
     m_rest.remove_suffix(sizeof(sum));
     if (Checksum(m_rest) != sum)
         ThrowDamaged();
     m_rest.remove_prefix(name.size());
-    Get(found);
-    if (found == 0 || found > version)
+    Get(m_version);
+    if (m_version == 0 || m_version > version)
         throw NCError(ExceptionMessage::translate("The saved form {1} has version {2}, this program reads up to {3}.") %
-                          m_name % found % version,
+                          m_name % m_version % version,
                       NCError::Error);
 }
 

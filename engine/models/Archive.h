@@ -25,6 +25,8 @@ public:
         (Put(values), ...);
     }
 
+    std::uint32_t Version() const { return m_version; }
+
     // The saved form, once.
     std::string Finish();
 
@@ -52,6 +54,7 @@ private:
     }
 
     std::string m_bytes;
+    std::uint32_t m_version;
 };
 
 class ReadingArchive {
@@ -64,6 +67,9 @@ public:
     void operator()(Values &...values) {
         (Get(values), ...);
     }
+
+    // That of the saved form.
+    std::uint32_t Version() const { return m_version; }
 
     // Throws NCError when not all has been read.
     void Finish() const;
@@ -98,6 +104,7 @@ private:
 
     std::string m_name;
     std::string_view m_rest;
+    std::uint32_t m_version = 0;
 };
 
 } // namespace engine

@@ -68,6 +68,38 @@ BlockView::BlockView(Block const &block, std::vector<Index> const &rows) : m_blo
     }
 }
 
+namespace {
+
+RowAddresses Fill(BlockView const &view, Matrix const &t, Matrix const &p, RowMatrix &filled) {
+    auto addresses = view.Addresses();
+    Index incomplete = 0;
+    for (Index i = 0; i < view.Rows(); ++i)
+        incomplete += !view.MissingIn(i).empty();
+    filled.resize(incomplete, view.Size());
+    Index next = 0;
+    for (Index i = 0; i < view.Rows(); ++i) {
+        auto const missing = view.MissingIn(i);
+        if (missing.empty())
+            continue;
+        filled.row(next) = view.Row(i);
+        for (auto const k : missing)
+            filled(next, k) = t.row(i).dot(p.row(k));
+        addresses.rows[i] = filled.row(next++).data();
+    }
+    return addresses;
+}
+
+} // namespace
+
+FilledRows::FilledRows(BlockView const &view, Matrix const &t, Matrix const &p) : m_view(Fill(view, t, p, m_filled)) {}
+
+RowMatrix Copied(BlockView const &view) {
+    RowMatrix copy(view.Rows(), view.Size());
+    for (Index i = 0; i < view.Rows(); ++i)
+        copy.row(i) = view.Row(i);
+    return copy;
+}
+
 RowAddresses::RowAddresses(RowMatrix const &matrix) : size(matrix.cols()) {
     for (Index i = 0; i < matrix.rows(); ++i)
         rows.push_back(matrix.row(i).data());
@@ -112,15 +144,33 @@ Matrix InBlocks(Matrix const &in, Index rows, Kernel kernel) {
 } // namespace
 
 Matrix LoadingProducts(RowAddresses const &x, Matrix const &t) {
+    if (t.cols() == 1)
+        return LoadingProducts(x, Vector(t));
     return InBlocks(t, x.size, [&](double const *in, double *out) {
         BestKernels().blockLoadings(x.rows.data(), x.Rows(), 0, x.size, in, out);
     });
 }
 
 Matrix ScoreProducts(RowAddresses const &x, Matrix const &v) {
+    if (v.cols() == 1)
+        return ScoreProducts(x, Vector(v));
     return InBlocks(v, x.Rows(), [&](double const *in, double *out) {
         BestKernels().blockScores(x.rows.data(), x.Rows(), 0, x.size, in, out);
     });
+}
+
+Vector AddScoresAndProducts(RowAddresses const &x, Vector const &w, Vector &t) {
+    auto const &kernels = BestKernels();
+    Vector products = Vector::Zero(x.size);
+    // Some rows at a time, which stay in the cache between the two products.
+    constexpr Index group = 8;
+    for (Index first = 0; first < x.Rows(); first += group) {
+        auto const rows = x.rows.data() + first;
+        auto const n = std::min(group, x.Rows() - first);
+        kernels.scores(rows, n, 0, x.size, w.data(), t.data() + first);
+        kernels.loadings(rows, n, 0, x.size, t.data() + first, products.data());
+    }
+    return products;
 }
 
 Vector ColumnSquares(RowAddresses const &x) {

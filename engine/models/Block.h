@@ -53,6 +53,8 @@ class BlockView {
 public:
     BlockView(Block const &block);
     BlockView(Block const &block, std::vector<Index> const &rows);
+    // Rows without missing cell, wherever they are.
+    explicit BlockView(RowAddresses rows) : m_addresses(std::move(rows)) {}
 
     Index Rows() const { return m_addresses.Rows(); }
     Index Size() const { return m_addresses.size; }
@@ -60,14 +62,33 @@ public:
     bool Complete() const { return m_complete; }
     RowAddresses const &Addresses() const { return m_addresses; }
     Eigen::Map<Eigen::RowVectorXd const> Row(Index row) const { return {m_addresses.rows[row], Size()}; }
-    Block::Columns MissingIn(Index row) const { return m_block->MissingIn(m_index[row]); }
+    Block::Columns MissingIn(Index row) const {
+        return m_complete ? Block::Columns() : m_block->MissingIn(m_index[row]);
+    }
 
 private:
-    Block const *m_block;
+    Block const *m_block = nullptr;
     std::vector<Index> m_index;
     RowAddresses m_addresses;
     bool m_complete = true;
 };
+
+// The rows of a view whose missing cells get the elements of T P'. Rows without missing cell are shared with the view's
+// block, which must outlive it.
+class FilledRows {
+public:
+    FilledRows(BlockView const &view, Matrix const &t, Matrix const &p);
+    FilledRows(FilledRows &&) = default;
+    FilledRows &operator=(FilledRows &&) = default;
+
+    BlockView const &View() const { return m_view; }
+
+private:
+    RowMatrix m_filled;
+    BlockView m_view;
+};
+
+RowMatrix Copied(BlockView const &view);
 
 // X w, one number for each row, and X' t, one for each column. Missing cells add nothing.
 Vector ScoreProducts(RowAddresses const &x, Vector const &w);
@@ -76,6 +97,9 @@ Vector LoadingProducts(RowAddresses const &x, Vector const &t);
 Matrix LoadingProducts(RowAddresses const &x, Matrix const &t);
 // X V, a column for each of V.
 Matrix ScoreProducts(RowAddresses const &x, Matrix const &v);
+
+// Adds X w to t and answers X' t of the t that this gives, in one pass.
+Vector AddScoresAndProducts(RowAddresses const &x, Vector const &w, Vector &t);
 
 // Sums of squares of the columns; missing cells add nothing.
 Vector ColumnSquares(RowAddresses const &x);

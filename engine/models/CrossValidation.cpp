@@ -27,18 +27,20 @@ std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows) {
     return groups;
 }
 
+std::vector<RoundRows> SplitRows(std::vector<int> const &roundOfRow) {
+    std::vector<RoundRows> rounds(*std::ranges::max_element(roundOfRow) + 1);
+    for (std::size_t i = 0; i < roundOfRow.size(); ++i)
+        for (std::size_t g = 0; g < rounds.size(); ++g)
+            (roundOfRow[i] == static_cast<int>(g) ? rounds[g].out : rounds[g].in).push_back(static_cast<Index>(i));
+    return rounds;
+}
+
 CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model)
     : m_hasY(workset.y.Size() > 0), m_model(model), m_roundOfRow(std::move(roundOfRow)) {
-    auto const rounds = *std::ranges::max_element(m_roundOfRow) + 1;
-    std::vector<std::vector<Index>> in(rounds);
-    std::vector<std::vector<Index>> out(rounds);
-    for (std::size_t i = 0; i < m_roundOfRow.size(); ++i)
-        for (int g = 0; g < rounds; ++g)
-            (m_roundOfRow[i] == g ? out : in)[g].push_back(static_cast<Index>(i));
-    for (int g = 0; g < rounds; ++g)
-        m_rounds.push_back({BlockView(workset.x, out[g]), BlockView(workset.y, out[g]), out[g],
-                            Extraction::Start(BlockView(workset.x, in[g]), BlockView(workset.y, in[g]), &model.Found()),
-                            Matrix(out[g].size(), 0), Matrix()});
+    for (auto const &[in, out] : SplitRows(m_roundOfRow))
+        m_rounds.push_back({BlockView(workset.x, out), BlockView(workset.y, out), out,
+                            Extraction::Start(BlockView(workset.x, in), BlockView(workset.y, in), &model.Found()),
+                            Matrix(out.size(), 0), Matrix()});
     m_press = m_hasY ? model.Found().ssY.leftCols(1) : model.Found().ssX.leftCols(1);
 }
 
@@ -146,22 +148,27 @@ CrossValidation CrossValidator::Result(Index components) const {
     result.roundOfRow = m_roundOfRow;
     result.press = m_press.leftCols(std::min(m_press.cols(), components + 1));
     auto const rows = static_cast<Index>(m_roundOfRow.size());
-    result.excluded.t.setZero(rows, components);
-    result.excluded.u.setZero(rows, m_hasY ? components : 0);
-    result.excluded.to.resize(rows, 0);
-    result.excluded.uo.resize(rows, 0);
+    result.excluded = ZeroScores(rows, FirstComponents(m_model.Found(), components));
     for (auto const &round : m_rounds) {
         result.rounds.push_back(FirstComponents(round.extraction->Found(), components));
         auto const &model = result.rounds.back();
-        Scores scores;
+        auto scores = NoScores(round.t.rows());
         scores.t = round.t.leftCols(model.Predictive());
         PredictYScores(model, round.outY, scores);
-        for (std::size_t i = 0; i < round.out.size(); ++i) {
-            result.excluded.t.row(round.out[i]).head(scores.t.cols()) = scores.t.row(i);
-            result.excluded.u.row(round.out[i]).head(scores.u.cols()) = scores.u.row(i);
-        }
+        PutScores(scores, round.out, result.excluded);
     }
     return result;
+}
+
+Scores ZeroScores(Index rows, Components const &model) {
+    return {Matrix::Zero(rows, model.Predictive()), Matrix::Zero(rows, model.c.cols()),
+            Matrix::Zero(rows, model.XOrthogonal()), Matrix::Zero(rows, model.YOrthogonal())};
+}
+
+void PutScores(Scores const &some, std::vector<Index> const &rows, Scores &all) {
+    for (auto const member : {&Scores::t, &Scores::u, &Scores::to, &Scores::uo})
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            (all.*member).row(rows[i]).head((some.*member).cols()) = (some.*member).row(static_cast<Index>(i));
 }
 
 Matrix CrossValidatedY(CrossValidation const &validation, Index predictive) {

@@ -12,7 +12,13 @@ namespace engine {
 // groups left out of the count. Empty when there are fewer than two groups: then nothing is cross-validated.
 std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows);
 
-// Cross-validates a model while it grows (Wold 1978; Martens & Naes 1989; for PCA Bro et al. 2008).
+// The rows, from 0, that a round fits and those that it leaves out.
+struct RoundRows {
+    std::vector<Index> in, out;
+};
+std::vector<RoundRows> SplitRows(std::vector<int> const &roundOfRow);
+
+// Cross-validates a PCA or PLS model while it grows (Wold 1978; Martens & Naes 1989; for PCA Bro et al. 2008).
 class CrossValidator {
 public:
     // The workset and the model must outlive it. `roundOfRow` is not empty.
@@ -45,6 +51,11 @@ private:
     std::vector<Round> m_rounds;
     Matrix m_press;
 };
+
+// No scores yet, for components like those of a model.
+Scores ZeroScores(Index rows, Components const &model);
+// Puts the scores of some rows, of the first components of each kind, to their places among those of all rows.
+void PutScores(Scores const &some, std::vector<Index> const &rows, Scores &all);
 
 // What cross-validation predicts for each row, from the round that left it out: rows by Y terms, by the first
 // `predictive` components.

@@ -1,6 +1,5 @@
 #include "engine/models/DirectExtraction.h"
 
-#include "engine/models/Kernels.h"
 #include "engine/models/LeadingLoadings.h"
 
 namespace engine {
@@ -34,19 +33,33 @@ void DirectPcaExtraction::Find(Index count) {
 }
 
 DirectPlsExtraction::DirectPlsExtraction(BlockView const &x, BlockView const &y, Components const *reference)
-    : Extraction(x, y, reference), m_f(y.Rows(), y.Size()) {
-    for (Index i = 0; i < y.Rows(); ++i)
-        m_f.row(i) = y.Row(i);
+    : Extraction(x, y, reference), m_f(Copied(y)) {
     FormProduct();
+}
+
+DirectPlsExtraction::DirectPlsExtraction(BlockView const &x, BlockView const &y, Components const *reference,
+                                         Components orthogonal, Scores scores, Matrix const &product)
+    : Extraction(x, y, reference, std::move(orthogonal), std::move(scores)), m_f(Copied(y)),
+      m_formedNorm(product.norm()) {
+    auto const &uo = m_scores.uo;
+    m_f.noalias() -= uo * m_components.qo.transpose();
+    Matrix left = product - TakenProducts(m_f);
+    left.noalias() -= m_components.r * uo.colwise().squaredNorm().asDiagonal() * m_components.qo.transpose();
+    m_product = left.transpose();
 }
 
 void DirectPlsExtraction::FormProduct() {
     Matrix const f = m_f;
-    Matrix product = m_f.cols() == 1 ? Matrix(LoadingProducts(m_x.Addresses(), Vector(f.col(0))))
-                                     : LoadingProducts(m_x.Addresses(), f);
-    product.noalias() -= m_components.p * (m_scores.t.transpose() * f);
-    m_product = product.transpose();
+    m_product = (LoadingProducts(m_x.Addresses(), f) - TakenProducts(f)).transpose();
     m_formedNorm = m_product.norm();
+}
+
+Vector DirectPlsExtraction::TakenScores(Vector const &w) const {
+    return m_scores.to * (m_components.po.transpose() * w) + m_scores.t * (m_components.p.transpose() * w);
+}
+
+Matrix DirectPlsExtraction::TakenProducts(Matrix const &t) const {
+    return m_components.po * (m_scores.to.transpose() * t) + m_components.p * (m_scores.t.transpose() * t);
 }
 
 Vector DirectPlsExtraction::LeadingWeights() const {
@@ -70,22 +83,12 @@ bool DirectPlsExtraction::FindOne() {
     if (!(size > 1e-12 * std::sqrt(TotalX()) * (m_f * right).norm() / size))
         return false;
 
-    auto const &kernels = BestKernels();
-    auto const &x = m_x.Addresses();
-    found.t = -m_scores.t * (m_components.p.transpose() * found.w);
-    found.p = Vector::Zero(x.size);
-    constexpr Index group = 8;
-    for (Index first = 0; first < x.Rows(); first += group) {
-        auto const rows = x.rows.data() + first;
-        auto const n = std::min(group, x.Rows() - first);
-        kernels.scores(rows, n, 0, x.size, found.w.data(), found.t.data() + first);
-        kernels.loadings(rows, n, 0, x.size, found.t.data() + first, found.p.data());
-    }
+    found.t = -TakenScores(found.w);
+    found.p = AddScoresAndProducts(m_x.Addresses(), found.w, found.t);
     auto const tt = found.t.squaredNorm();
     if (!(tt > 0))
         return false;
-    found.p.noalias() -= m_components.p * (m_scores.t.transpose() * found.t);
-    found.p /= tt;
+    found.p = (found.p - TakenProducts(found.t)) / tt;
     found.c = m_f.transpose() * found.t / tt;
     found.u = m_f * found.c / found.c.squaredNorm();
     found.q = m_f.transpose() * found.u / found.u.squaredNorm();

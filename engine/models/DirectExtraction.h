@@ -19,15 +19,21 @@ private:
 };
 
 // PLS of complete data (Wold et al. 2001; Hoskuldsson 1988): w is the leading left singular vector of E'F. E is never
-// formed: E w = X w - T (P'w), E't = X't - P (T't), and E'F is deflated itself.
+// formed: E w = X w - T (P'w), E't = X't - P (T't), orthogonal components likewise, and E'F is deflated itself.
 class DirectPlsExtraction final : public Extraction {
 public:
     DirectPlsExtraction(BlockView const &x, BlockView const &y, Components const *reference);
+    // Of what orthogonal components have left of the blocks. `product` is X'Y of the blocks themselves.
+    DirectPlsExtraction(BlockView const &x, BlockView const &y, Components const *reference, Components orthogonal,
+                        Scores scores, Matrix const &product);
 
 private:
     void Find(Index count) override;
     bool FindOne();
     void FormProduct();
+    // What the components so far take from X w and from X't.
+    Vector TakenScores(Vector const &w) const;
+    Matrix TakenProducts(Matrix const &t) const;
     Vector LeadingWeights() const;
 
     // F, and F'E with rows for Y terms.

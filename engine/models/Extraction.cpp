@@ -29,32 +29,65 @@ std::unique_ptr<Extraction> Extraction::Start(BlockView const &x, BlockView cons
     return std::make_unique<DirectPlsExtraction>(x, y, reference);
 }
 
-Extraction::Extraction(BlockView const &x, BlockView const &y, Components const *reference)
-    : m_x(x), m_y(y), m_reference(reference) {
+Components NoComponents(BlockView const &x, BlockView const &y) {
+    Components none;
     auto const predictive = y.Size() > 0 ? x.Size() : 0;
-    m_components.p.resize(x.Size(), 0);
-    m_components.w.resize(predictive, 0);
-    m_components.wStar.resize(predictive, 0);
-    for (auto *const matrix : {&m_components.c, &m_components.q})
-        matrix->resize(y.Size(), 0);
-    for (auto *const matrix : {&m_components.po, &m_components.wo, &m_components.woStar, &m_components.r})
+    none.p.resize(x.Size(), 0);
+    none.w.resize(predictive, 0);
+    none.wStar.resize(predictive, 0);
+    for (auto *const matrix : {&none.po, &none.wo, &none.woStar, &none.r})
         matrix->resize(x.Size(), 0);
-    for (auto *const matrix : {&m_components.so, &m_components.co, &m_components.qo})
+    for (auto *const matrix : {&none.c, &none.q, &none.so, &none.co, &none.qo})
         matrix->resize(y.Size(), 0);
-    for (auto *const matrix : {&m_scores.t, &m_scores.u, &m_scores.to, &m_scores.uo})
-        matrix->resize(x.Rows(), 0);
-    m_components.ssX = ColumnSquares(x.Addresses());
-    m_components.ssY = ColumnSquares(y.Addresses());
+    none.ssX = ColumnSquares(x.Addresses());
+    none.ssY = ColumnSquares(y.Addresses());
+    return none;
 }
 
+Scores NoScores(Index rows) {
+    Matrix const none(rows, 0);
+    return {none, none, none, none};
+}
+
+Matrix DirectWeights(Components const &model) {
+    Matrix direct = model.w * (model.p.transpose() * model.w).partialPivLu().inverse();
+    for (auto j = model.XOrthogonal() - 1; j >= 0; --j)
+        direct -= model.wo.col(j) * (model.po.col(j).transpose() * direct);
+    return direct;
+}
+
+Matrix ResidualSquares(BlockView const &values, BlockView const &observed, Matrix const &t, Matrix const &p) {
+    auto const &kernels = BestKernels();
+    auto const size = values.Size();
+    Matrix squares = Matrix::Zero(size, t.cols() + 1);
+    Vector residual(size);
+    for (Index i = 0; i < values.Rows(); ++i) {
+        residual = values.Row(i);
+        for (Index a = 0; a <= t.cols(); ++a) {
+            if (a > 0)
+                kernels.add(size, -t(i, a - 1), p.col(a - 1).data(), residual.data());
+            for (auto const k : observed.MissingIn(i))
+                residual[k] = 0;
+            kernels.addSquares(size, residual.data(), squares.col(a).data());
+        }
+    }
+    return squares;
+}
+
+Extraction::Extraction(BlockView const &x, BlockView const &y, Components const *reference)
+    : Extraction(x, y, reference, NoComponents(x, y), NoScores(x.Rows())) {}
+
+Extraction::Extraction(BlockView const &x, BlockView const &y, Components const *reference, Components orthogonal,
+                       Scores scores)
+    : m_x(x), m_y(y), m_components(std::move(orthogonal)), m_scores(std::move(scores)), m_reference(reference) {}
+
 void Extraction::Extract(Index count) {
-    auto const before = Size();
+    auto const before = Size() == 0 ? 1 : m_components.ssX.cols();
     Find(count);
     if (m_x.Complete())
-        RefineLedger(before + 1);
-    auto &found = m_components;
-    if (found.w.cols() > 0)
-        found.wStar = found.w * (found.p.transpose() * found.w).partialPivLu().inverse();
+        RefineLedger(before);
+    if (m_components.w.cols() > 0)
+        m_components.wStar = DirectWeights(m_components);
 }
 
 void Extraction::Orient(Component &component) const {
@@ -100,17 +133,9 @@ void Extraction::RefineLedger(Index from) {
         ++from;
     if (from == ssX.cols())
         return;
-    ssX.rightCols(ssX.cols() - from).setZero();
-    auto const &kernels = BestKernels();
-    Vector residual(m_x.Size());
-    for (Index i = 0; i < m_x.Rows(); ++i) {
-        residual = m_x.Row(i);
-        for (Index a = 0; a < Size(); ++a) {
-            kernels.add(m_x.Size(), -m_scores.t(i, a), m_components.p.col(a).data(), residual.data());
-            if (a + 1 >= from)
-                kernels.addSquares(m_x.Size(), residual.data(), ssX.col(a + 1).data());
-        }
-    }
+    auto const &[t, u, to, uo] = m_scores;
+    ssX.rightCols(ssX.cols() - from) =
+        ResidualSquares(m_x, m_x, Joined(to, t), Joined(m_components.po, m_components.p)).rightCols(ssX.cols() - from);
 }
 
 } // namespace engine

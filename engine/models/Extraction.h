@@ -33,6 +33,10 @@ protected:
     };
 
     Extraction(BlockView const &x, BlockView const &y, Components const *reference);
+    // Works on what orthogonal components have left of the blocks. `orthogonal` and `scores` hold these alone, and the
+    // sums of squares go on where they ended.
+    Extraction(BlockView const &x, BlockView const &y, Components const *reference, Components orthogonal,
+               Scores scores);
 
     // Each calls Add for each component that it finds, `count` times at most.
     virtual void Find(Index count) = 0;
@@ -58,6 +62,18 @@ private:
     Components const *m_reference;
     std::vector<int> m_iterations;
 };
+
+// No component yet: the sizes of blocks and their sums of squares.
+Components NoComponents(BlockView const &x, BlockView const &y);
+Scores NoScores(Index rows);
+
+// The weights that give t of a complete row at once, from the weights and loadings of all components: Z W (P'W)^-1, Z
+// being the product of I - w_o p_o' over the X-side orthogonal components.
+Matrix DirectWeights(Components const &model);
+
+// Sums of squares of the columns over the cells that are observed, after t p' of 0, 1, 2, ... components was taken from
+// `values`, which has a value in all of them.
+Matrix ResidualSquares(BlockView const &values, BlockView const &observed, Matrix const &t, Matrix const &p);
 
 // The first index whose element is as large as the largest, but for rounding.
 Index Lead(Vector const &v);

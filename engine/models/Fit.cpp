@@ -1,19 +1,12 @@
 #include "engine/models/Fit.h"
 
+#include "engine/models/Autofit.h"
 #include "engine/models/CrossValidation.h"
+#include "engine/models/FitOrthogonal.h"
 #include "platform/Exception.h"
-
-#include <Eigen/LU>
 
 namespace engine {
 namespace {
-
-constexpr Index autofitLimit = 15;
-
-// 1 - value/reference, not significant where the reference is 0.
-bool Improves(double value, double reference) {
-    return reference > 0 && 1 - value / reference > 0.05;
-}
 
 // Whether the last component predicts, in all or for enough terms, and is not negligible (Wold 1978; Wold et al. 2001).
 bool LastIsSignificant(Components const &model, Matrix const &press) {
@@ -52,59 +45,72 @@ void CheckGroups(ModelDefinition const &definition, Index rows) {
                       NCError::Error);
 }
 
-} // namespace
-
-Components FirstComponents(Components const &components, Index predictive) {
-    auto first = components;
-    auto const count = std::min(predictive, components.Predictive());
-    for (auto *const matrix : {&first.p, &first.w, &first.wStar, &first.c, &first.q})
-        *matrix = matrix->leftCols(std::min(count, matrix->cols())).eval();
-    first.ssX = components.ssX.leftCols(count + 1);
-    first.ssY = components.ssY.leftCols(count + 1);
-    // With missing cells the later components are in the earlier columns of the longer model's W*.
-    if (count < components.Predictive() && first.w.cols() > 0)
-        first.wStar = first.w * (first.p.transpose() * first.w).partialPivLu().inverse();
-    return first;
-}
-
-FittedModel Fit(ModelDefinition const &definition, Workset const &workset, Progress const &progress) {
-    if (definition.kind == ModelKind::Opls || definition.kind == ModelKind::O2Pls)
-        throw NCInternalError("Fit", ExceptionMessage::translate("models of this type are not fitted here"));
-    auto const rows = workset.x.Rows();
-    CheckGroups(definition, rows);
+// A PCA or PLS model.
+FittedModel FitInOrder(ModelDefinition const &definition, Workset const &workset, std::vector<int> const &roundOfRow,
+                       Progress const &progress) {
     auto const extraction = Extraction::Start(workset.x, workset.y, nullptr);
-    auto const rounds = RoundsOfRows(definition, rows);
     std::optional<CrossValidator> validator;
-    if (!rounds.empty())
-        validator.emplace(workset, rounds, *extraction);
-    auto const limit = std::min({rows - 1, workset.x.Size(), autofitLimit});
+    if (!roundOfRow.empty())
+        validator.emplace(workset, roundOfRow, *extraction);
+    auto const open = definition.components == ModelDefinition::autofit;
     Index components = 0;
-    if (definition.components == ModelDefinition::autofit && validator)
-        components = GrowWhileSignificant(*extraction, *validator, limit, progress);
+    if (open && validator)
+        components = GrowWhileSignificant(*extraction, *validator, AutofitLimit(workset), progress);
     else {
-        auto const asked = definition.components == ModelDefinition::autofit ? std::min<Index>(2, limit)
-                                                                             : Index(definition.components);
-        extraction->Extract(asked);
+        extraction->Extract(open ? ComponentsWithoutRounds(workset) : Index(definition.components));
         components = extraction->Found().Predictive();
         if (validator)
             validator->Extend(progress);
     }
 
     FittedModel model;
+    model.components = FirstComponents(extraction->Found(), components);
+    auto const &scores = extraction->FoundScores();
+    model.scores = NoScores(workset.x.Rows());
+    model.scores.t = scores.t.leftCols(components);
+    model.scores.u = scores.u.leftCols(std::min(components, scores.u.cols()));
+    model.iterations.assign(extraction->Iterations().begin(), extraction->Iterations().begin() + components);
+    if (validator)
+        model.crossValidation = validator->Result(components);
+    return model;
+}
+
+// A ledger without the predictive components behind the first `count`.
+Matrix ShortLedger(Matrix const &ledger, Index count, Index predictive) {
+    auto const orthogonal = ledger.cols() - 1 - predictive;
+    Matrix kept(ledger.rows(), count + 1 + orthogonal);
+    kept.leftCols(count + 1) = ledger.leftCols(count + 1);
+    kept.rightCols(orthogonal) = ledger.rightCols(orthogonal).colwise() + (ledger.col(count) - ledger.col(predictive));
+    return kept;
+}
+
+} // namespace
+
+Components FirstComponents(Components const &components, Index predictive) {
+    auto first = components;
+    auto const all = components.Predictive();
+    auto const count = std::min(predictive, all);
+    for (auto *const matrix : {&first.p, &first.w, &first.wStar, &first.c, &first.q})
+        *matrix = matrix->leftCols(std::min(count, matrix->cols())).eval();
+    first.ssX = ShortLedger(components.ssX, count, all);
+    first.ssY = ShortLedger(components.ssY, count, all);
+    // With missing cells the later components are in the earlier columns of the longer model's W*.
+    if (count < all && first.w.cols() > 0)
+        first.wStar = DirectWeights(first);
+    return first;
+}
+
+FittedModel Fit(ModelDefinition const &definition, Workset const &workset, Progress const &progress) {
+    auto const rows = workset.x.Rows();
+    CheckGroups(definition, rows);
+    auto const orthogonal = definition.kind == ModelKind::Opls || definition.kind == ModelKind::O2Pls;
+    auto const roundOfRow = RoundsOfRows(definition, rows);
+    auto model = (orthogonal ? FitOrthogonal : FitInOrder)(definition, workset, roundOfRow, progress);
     model.definition = definition;
     model.xScales = workset.xScales;
     model.yScales = workset.yScales;
     model.xObserved = workset.x.ObservedInRows();
     model.yObserved = workset.y.ObservedInRows();
-    model.components = FirstComponents(extraction->Found(), components);
-    auto const &scores = extraction->FoundScores();
-    model.scores.t = scores.t.leftCols(components);
-    model.scores.u = scores.u.leftCols(std::min(components, scores.u.cols()));
-    model.scores.to.resize(rows, 0);
-    model.scores.uo.resize(rows, 0);
-    model.iterations.assign(extraction->Iterations().begin(), extraction->Iterations().begin() + components);
-    if (validator)
-        model.crossValidation = validator->Result(components);
     return model;
 }
 

@@ -5,12 +5,13 @@
 
 namespace engine {
 
-// Fits PCA and PLS models, cross-validates them, and finds their number of components when the definition leaves it
-// open. The same input gives the same result. A model has fewer components than asked for when the data have no more.
-// Throws NCError when given groups do not match the rows, and Cancelled.
+// Fits a model, cross-validates it, and finds the numbers of components that the definition leaves open; without
+// rounds these are two X-side components, predictive ones first. The same input gives the same result. A model has
+// fewer components than asked for when the data have no more. Throws NCError when given groups do not match the rows,
+// and Cancelled.
 FittedModel Fit(ModelDefinition const &definition, Workset const &workset, Progress const &progress = Progress());
 
-// The model of the first `predictive` components of a PCA or PLS model.
+// The model of the first `predictive` components and all orthogonal ones.
 Components FirstComponents(Components const &components, Index predictive);
 
 } // namespace engine

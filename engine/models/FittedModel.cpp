@@ -35,6 +35,8 @@ void Transfer(Archive &archive, Components &components) {
     archive(components.p, components.w, components.wStar, components.c, components.q, components.po, components.wo,
             components.woStar, components.so, components.co, components.qo, components.r, components.ssX,
             components.ssY);
+    if (archive.Version() >= 2)
+        archive(components.companionW, components.companionP);
 }
 
 template <typename Archive>
@@ -48,6 +50,11 @@ void Transfer(Archive &archive, CrossValidation &validation) {
 }
 
 template <typename Archive>
+void Transfer(Archive &archive, Progression &progression) {
+    archive(progression.takenY, progression.press, progression.predictedY);
+}
+
+template <typename Archive>
 void Transfer(Archive &archive, FittedModel &model) {
     bool validated = model.crossValidation.has_value();
     archive(model.definition, model.xScales, model.yScales, model.xObserved, model.yObserved, model.components,
@@ -56,20 +63,25 @@ void Transfer(Archive &archive, FittedModel &model) {
         model.crossValidation.emplace();
     if (validated)
         archive(*model.crossValidation);
+    if (archive.Version() >= 2)
+        archive(model.progression);
 }
 
 namespace {
 
+// Version 2 added what models with orthogonal components need.
+constexpr std::uint32_t modelVersion = 2;
+
 template <typename Value>
-std::string SaveAs(char const *name, Value value) {
-    WritingArchive archive(name, 1);
+std::string SaveAs(char const *name, std::uint32_t version, Value value) {
+    WritingArchive archive(name, version);
     archive(value);
     return archive.Finish();
 }
 
 template <typename Value>
-Value LoadAs(char const *name, std::string const &saved) {
-    ReadingArchive archive(saved, name, 1);
+Value LoadAs(char const *name, std::uint32_t version, std::string const &saved) {
+    ReadingArchive archive(saved, name, version);
     Value value;
     archive(value);
     archive.Finish();
@@ -91,19 +103,19 @@ int FittedModel::YCentred() const {
 }
 
 std::string FittedModel::Save() const {
-    return SaveAs("DSFM", *this);
+    return SaveAs("DSFM", modelVersion, *this);
 }
 
 FittedModel FittedModel::Load(std::string const &saved) {
-    return LoadAs<FittedModel>("DSFM", saved);
+    return LoadAs<FittedModel>("DSFM", modelVersion, saved);
 }
 
 std::string ModelDefinition::Save() const {
-    return SaveAs("DSMD", *this);
+    return SaveAs("DSMD", 1, *this);
 }
 
 ModelDefinition ModelDefinition::Load(std::string const &saved) {
-    return LoadAs<ModelDefinition>("DSMD", saved);
+    return LoadAs<ModelDefinition>("DSMD", 1, saved);
 }
 
 } // namespace engine

@@ -19,6 +19,9 @@ struct Components {
     Matrix po, wo, woStar, so;
     // Y-side orthogonal: Y terms by Ay, and X loadings r, X terms by Ay.
     Matrix co, qo, r;
+    // Weights w and loadings p of the PLS model of A + Ax components that tells the missing cells of X of a model with
+    // orthogonal components; no column for other kinds.
+    Matrix companionW, companionP;
     // Residual sums of squares over observed cells after the first 0, 1, 2, ... components in the overall order: terms
     // by A + Ax + Ay + 1.
     Matrix ssX, ssY;
@@ -56,6 +59,17 @@ struct CrossValidation {
     Scores excluded;
 };
 
+// Models of all predictive and Y-side components with 0, 1, ..., Ax X-side orthogonal ones. Only of kinds with
+// orthogonal components.
+struct Progression {
+    // What the predictive components took off the sum of squares of each Y term: Y terms by Ax + 1.
+    Matrix takenY;
+    // By cross-validation, otherwise empty: sums of squared errors of prediction in workset scale, Y terms by Ax + 1,
+    // and for each model the prediction of each row from the round that left it out, rows by Y terms.
+    Matrix press;
+    std::vector<Matrix> predictedY;
+};
+
 // All that a fit leaves behind. The rows of X and Y, and what derives from them, are in the workset.
 struct FittedModel {
     ModelDefinition definition;
@@ -70,6 +84,7 @@ struct FittedModel {
     std::vector<int> iterations;
 
     std::optional<CrossValidation> crossValidation;
+    Progression progression;
 
     Index Rows() const { return scores.t.rows(); }
     // Whether any term of the block is centred, as 0 or 1: the degrees of freedom that centring takes.

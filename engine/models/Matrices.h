@@ -9,4 +9,12 @@ using Matrix = Eigen::MatrixXd;
 using RowMatrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
 using Vector = Eigen::VectorXd;
 
+// The columns of both.
+inline Matrix Joined(Matrix const &left, Matrix const &right) {
+    Matrix joined(left.rows(), left.cols() + right.cols());
+    joined.leftCols(left.cols()) = left;
+    joined.rightCols(right.cols()) = right;
+    return joined;
+}
+
 } // namespace engine

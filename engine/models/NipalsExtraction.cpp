@@ -22,11 +22,7 @@ bool Converged(Vector const &t, Vector const &before) {
 // What is left of a block: a copy, deflated in place. Missing cells stay 0.
 class NipalsExtraction::Residual {
 public:
-    explicit Residual(BlockView const &view) : m_view(view), m_values(view.Rows(), view.Size()) {
-        for (Index i = 0; i < view.Rows(); ++i)
-            m_values.row(i) = view.Row(i);
-        m_addresses = RowAddresses(m_values);
-    }
+    explicit Residual(BlockView const &view) : m_view(view), m_values(Copied(view)), m_addresses(m_values) {}
 
     // E w and, fused, E't of the t that this gives.
     Vector ScoresOf(Vector const &w) const {

@@ -6,9 +6,8 @@ namespace engine {
 namespace {
 
 // The scores of one row with missing cells, of which the first `known` are there.
-void ProjectRow(Components const &model, BlockView const &x, Index row, Index known, Matrix &t) {
+void ProjectRow(Matrix const &weights, Matrix const &loadings, BlockView const &x, Index row, Index known, Matrix &t) {
     auto const &kernels = BestKernels();
-    auto const &weights = model.ScoreWeights();
     auto const missing = x.MissingIn(row);
     Vector residual = x.Row(row);
     for (Index a = 0; a < t.cols(); ++a) {
@@ -17,24 +16,22 @@ void ProjectRow(Components const &model, BlockView const &x, Index row, Index kn
             auto const squares = ObservedSquares(w, w.squaredNorm(), missing);
             t(row, a) = squares > 0 ? residual.dot(w) / squares : 0;
         }
-        kernels.add(residual.size(), -t(row, a), model.p.col(a).data(), residual.data());
+        kernels.add(residual.size(), -t(row, a), loadings.col(a).data(), residual.data());
         for (auto const k : missing)
             residual[k] = 0;
     }
 }
 
-} // namespace
-
-void ExtendScores(Components const &model, BlockView const &x, Matrix &t) {
+// Adds to `t` the scores of the other components, in the order in which they were extracted.
+void Project(Matrix const &weights, Matrix const &loadings, BlockView const &x, Matrix &t) {
     auto const known = t.cols();
-    auto const all = model.Predictive();
+    auto const all = weights.cols();
     if (known >= all)
         return;
-    auto const &weights = model.ScoreWeights();
     t.conservativeResize(x.Rows(), all);
     t.rightCols(all - known) = ScoreProducts(x.Addresses(), Matrix(weights.rightCols(all - known)));
     // What the earlier components took away of each product.
-    Matrix const taken = model.p.transpose() * weights;
+    Matrix const taken = loadings.transpose() * weights;
     for (Index a = known; a < all; ++a) {
         t.col(a).noalias() -= t.leftCols(a) * taken.col(a).head(a);
         t.col(a) /= weights.col(a).squaredNorm();
@@ -42,31 +39,53 @@ void ExtendScores(Components const &model, BlockView const &x, Matrix &t) {
     if (!x.Complete())
         for (Index i = 0; i < x.Rows(); ++i)
             if (!x.MissingIn(i).empty())
-                ProjectRow(model, x, i, known, t);
+                ProjectRow(weights, loadings, x, i, known, t);
+}
+
+} // namespace
+
+void ExtendScores(Components const &model, BlockView const &x, Matrix &t) {
+    Project(model.ScoreWeights(), model.p, x, t);
 }
 
 Scores PredictScores(Components const &model, BlockView const &x) {
-    Scores scores;
-    scores.t.resize(x.Rows(), 0);
-    ExtendScores(model, x, scores.t);
-    for (auto *const matrix : {&scores.u, &scores.to, &scores.uo})
-        matrix->resize(x.Rows(), 0);
-    return scores;
+    Matrix companion(x.Rows(), 0);
+    if (!x.Complete())
+        Project(model.companionW, model.companionP, x, companion);
+    Matrix scores(x.Rows(), 0);
+    Matrix const weights = Joined(model.wo, model.ScoreWeights());
+    Matrix const loadings = Joined(model.po, model.p);
+    if (companion.cols() > 0)
+        Project(weights, loadings, FilledRows(x, companion, model.companionP).View(), scores);
+    else
+        Project(weights, loadings, x, scores);
+    Matrix const none(x.Rows(), 0);
+    return {scores.rightCols(model.Predictive()), none, scores.leftCols(model.XOrthogonal()), none};
 }
 
 void PredictYScores(Components const &model, BlockView const &y, Scores &scores) {
     // c has no column for PCA, and then u has none.
     scores.u.setZero(y.Rows(), model.c.cols());
-    Vector const squares = model.c.colwise().squaredNorm();
+    scores.uo.setZero(y.Rows(), model.co.cols());
     for (Index i = 0; i < y.Rows(); ++i) {
+        auto const missing = y.MissingIn(i);
         Vector residual = y.Row(i);
-        for (Index a = 0; a < scores.u.cols(); ++a) {
-            auto const observed = ObservedSquares(model.c.col(a), squares[a], y.MissingIn(i));
-            if (observed > 0)
-                scores.u(i, a) = residual.dot(model.c.col(a)) / observed;
-            residual -= scores.t(i, a) * model.c.col(a);
-            for (auto const m : y.MissingIn(i))
+        auto const score = [&](Vector const &weights) {
+            auto const squares = ObservedSquares(weights, weights.squaredNorm(), missing);
+            return squares > 0 ? residual.dot(weights) / squares : 0;
+        };
+        auto const take = [&](double part, auto const &loadings) {
+            residual -= part * loadings;
+            for (auto const m : missing)
                 residual[m] = 0;
+        };
+        for (Index j = 0; j < scores.uo.cols(); ++j) {
+            scores.uo(i, j) = score(model.co.col(j));
+            take(scores.uo(i, j), model.qo.col(j));
+        }
+        for (Index a = 0; a < scores.u.cols(); ++a) {
+            scores.u(i, a) = score(model.c.col(a));
+            take(scores.t(i, a), model.c.col(a));
         }
     }
 }

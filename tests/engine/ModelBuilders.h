@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <limits>
 #include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -80,6 +81,44 @@ inline double Difference(Matrix const &actual, Matrix const &expected) {
     if (actual.rows() != expected.rows() || actual.cols() != expected.cols())
         return std::numeric_limits<double>::infinity();
     return actual.size() == 0 ? 0 : (actual - expected).cwiseAbs().maxCoeff();
+}
+
+struct Shape {
+    Index rows, columns;
+    int responses, components;
+    double missing;
+
+    friend void PrintTo(Shape const &s, std::ostream *out) {
+        *out << s.rows << " x " << s.columns << ", " << s.responses << " responses, " << s.components
+             << " components, missing " << s.missing;
+    }
+};
+
+inline RowMatrix Random(Index rows, Index columns, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::normal_distribution<double> normal;
+    return RowMatrix::NullaryExpr(rows, columns, [&] { return normal(generator); });
+}
+
+// Three hidden variables behind all columns, and noise.
+inline RowMatrix MakeData(Shape const &shape) {
+    auto const columns = shape.columns + shape.responses;
+    RowMatrix cells = Random(shape.rows, 3, 1) * Random(3, columns, 2) + 0.5 * Random(shape.rows, columns, 3);
+    std::mt19937 generator(4);
+    std::bernoulli_distribution lost(shape.missing);
+    for (auto &cell : cells.reshaped())
+        if (lost(generator))
+            cell = nan;
+    return cells;
+}
+
+inline double OffDiagonal(Matrix const &gram) {
+    return Difference(gram, gram.diagonal().asDiagonal());
+}
+
+// The columns with the signs of those of `like`.
+inline Matrix Signless(Matrix const &columns, Matrix const &like) {
+    return columns * (columns.transpose() * like).diagonal().cwiseSign().asDiagonal();
 }
 
 // A row of a table of worked figures.

@@ -9,47 +9,8 @@
 #include <Eigen/QR>
 #include <Eigen/SVD>
 
-#include <random>
-
 namespace engine {
 namespace {
-
-struct Shape {
-    Index rows, columns;
-    int responses, components;
-    double missing;
-
-    friend void PrintTo(Shape const &s, std::ostream *out) {
-        *out << s.rows << " x " << s.columns << ", " << s.responses << " responses, " << s.components
-             << " components, missing " << s.missing;
-    }
-};
-
-RowMatrix Random(Index rows, Index columns, unsigned seed) {
-    std::mt19937 generator(seed);
-    std::normal_distribution<double> normal;
-    return RowMatrix::NullaryExpr(rows, columns, [&] { return normal(generator); });
-}
-
-// Three hidden variables behind all columns, and noise.
-RowMatrix MakeData(Shape const &shape) {
-    auto const columns = shape.columns + shape.responses;
-    RowMatrix cells = Random(shape.rows, 3, 1) * Random(3, columns, 2) + 0.5 * Random(shape.rows, columns, 3);
-    std::mt19937 generator(4);
-    std::bernoulli_distribution lost(shape.missing);
-    for (auto &cell : cells.reshaped())
-        if (lost(generator))
-            cell = nan;
-    return cells;
-}
-
-double OffDiagonal(Matrix const &gram) {
-    return Difference(gram, gram.diagonal().asDiagonal());
-}
-
-Matrix Signless(Matrix const &columns, Matrix const &like) {
-    return columns * (columns.transpose() * like).diagonal().cwiseSign().asDiagonal();
-}
 
 class Models : public testing::TestWithParam<Shape> {
 protected:
