@@ -90,7 +90,10 @@ bool ProjectVector::ReadArguments(char const *args, Arguments &arguments) const 
     auto const advance = [&arguments](int position) {
         arguments.rest = position == -1 ? nullptr : arguments.rest + position;
     };
-    advance(Parse(args, arguments.source, arguments.component, arguments.number, arguments.round));
+    bool const allKinds =
+        GetComponentType() == (ComponentPredictive | ComponentXSideOrthogonal | ComponentYSideOrthogonal);
+    advance(allKinds ? ParseAllComponents(args, arguments)
+                     : Parse(args, arguments.source, arguments.component, arguments.number, arguments.round));
     if (m_useUnscalingTransform) {
         if (!arguments.rest)
             return false;
@@ -116,6 +119,17 @@ int ProjectVector::Parse(char const *args, std::string &source, int &component, 
     component = reader.NextInteger();
     number = ToUnsigned(reader.Next().c_str());
     round = reader.NextInteger();
+    return reader.Rest();
+}
+
+int ProjectVector::ParseAllComponents(char const *args, Arguments &arguments) const {
+    FieldReader reader(args);
+    arguments.source = reader.Next();
+    arguments.component = reader.NextInteger();
+    arguments.xSide = reader.NextInteger();
+    arguments.ySide = reader.NextInteger();
+    arguments.number = ToUnsigned(reader.Next().c_str());
+    arguments.round = reader.NextInteger();
     return reader.Rest();
 }
 

@@ -50,6 +50,97 @@ TablePtr Deliver(Question const &question,
                        : (GetProjectData(*question.project).*operation)(model, question.round, &components, more...);
 }
 
+// operation(model), and operation(model, flag)
+inline TablePtr Deliver(Question const &question, TablePtr (GetProjectData::*operation)(int) const) {
+    int const model = question.Model();
+    return model == -1 ? nullptr : (GetProjectData(*question.project).*operation)(model);
+}
+
+inline TablePtr Deliver(Question const &question, TablePtr (GetProjectData::*operation)(int, TriState::State) const,
+                        TriState::State flag) {
+    int const model = question.Model();
+    return model == -1 ? nullptr : (GetProjectData(*question.project).*operation)(model, flag);
+}
+
+// The terms that a number names, none when there is nothing to ask.
+inline ColumnTerms TermsOf(Question const &question, int model, unsigned long number) {
+    ProjectVector::Arguments arguments;
+    arguments.number = number;
+    return model == -1 ? ColumnTerms() : question.vector.NamedTerms(*question.project, model, arguments);
+}
+
+// operation(model, component, terms, more...)
+template <typename... More>
+TablePtr DeliverTerm(Question const &question, unsigned long number,
+                     TablePtr (GetProjectData::*operation)(int, int, ColumnTerms const *, More...) const,
+                     std::type_identity_t<More>... more) {
+    int const model = question.Model();
+    ColumnTerms const terms = TermsOf(question, model, number);
+    return terms.Size() == 0
+               ? nullptr
+               : (GetProjectData(*question.project).*operation)(model, question.component, &terms, more...);
+}
+
+// operation(model, terms, more...)
+template <typename... More>
+TablePtr DeliverTerm(Question const &question, unsigned long number,
+                     TablePtr (GetProjectData::*operation)(int, ColumnTerms const *, More...) const,
+                     std::type_identity_t<More>... more) {
+    int const model = question.Model();
+    ColumnTerms const terms = TermsOf(question, model, number);
+    return terms.Size() == 0 ? nullptr : (GetProjectData(*question.project).*operation)(model, &terms, more...);
+}
+
+// Values of variables or observations: what their text says, and the items that it names.
+template <typename Items>
+struct ValueQuestion {
+    int model = -1;
+    ProjectVector::Arguments arguments;
+    Items items;
+
+    // The model stays -1 when there is nothing to ask.
+    ValueQuestion(ProjectVector const &vector, ProjectPtr const &project, char const *args) {
+        if (!vector.ReadArguments(args, arguments))
+            return;
+        int const asked = Question{vector, project, arguments.source.c_str(), arguments.component}.Model();
+        if (asked == -1)
+            return;
+        if constexpr (std::is_same_v<Items, ColumnTerms>) {
+            items = vector.NamedTerms(*project, asked, arguments);
+            model = items.Size() == 0 ? -1 : asked;
+        } else {
+            items.emplace_back(static_cast<std::uint32_t>(arguments.number));
+            model = asked;
+        }
+    }
+};
+
+// operation(model, component, unscaled, backTransformed, items, more...)
+template <typename Flag, typename Items, typename... More>
+TablePtr DeliverValues(ProjectVector const &vector, ProjectPtr const &project, char const *args,
+                       TablePtr (GetProjectData::*operation)(int, int, Flag, Flag, Items const *, More...) const,
+                       std::type_identity_t<More>... more) {
+    ValueQuestion<Items> const asked(vector, project, args);
+    auto const &arguments = asked.arguments;
+    return asked.model == -1 ? nullptr
+                             : (GetProjectData(*project).*
+                                operation)(asked.model, arguments.component, static_cast<Flag>(arguments.unscaled),
+                                           static_cast<Flag>(arguments.backTransformed), &asked.items, more...);
+}
+
+// operation(model, unscaled, backTransformed, items, more...)
+template <typename Flag, typename Items, typename... More>
+TablePtr DeliverValues(ProjectVector const &vector, ProjectPtr const &project, char const *args,
+                       TablePtr (GetProjectData::*operation)(int, Flag, Flag, Items const *, More...) const,
+                       std::type_identity_t<More>... more) {
+    ValueQuestion<Items> const asked(vector, project, args);
+    auto const &arguments = asked.arguments;
+    return asked.model == -1 ? nullptr
+                             : (GetProjectData(*project).*operation)(asked.model, static_cast<Flag>(arguments.unscaled),
+                                                                     static_cast<Flag>(arguments.backTransformed),
+                                                                     &asked.items, more...);
+}
+
 // The columns, which have no component to check: operation(model, more...). None for a source that names no model.
 template <typename... More>
 ColumnIDs Labels(ProjectPtr const &project, char const *source,

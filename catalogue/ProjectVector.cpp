@@ -225,6 +225,22 @@ ColumnTerms ProjectVector::GetYColumnTerm(NCProject const &project, int model, u
     return ColumnTerms({terms[static_cast<int>(index)]});
 }
 
+ColumnTerms ProjectVector::NamedTerms(NCProject const &project, int model, Arguments const &arguments) const {
+    if (IsYVector())
+        return GetYColumnTerm(project, model, static_cast<unsigned int>(arguments.number));
+    std::list<int> numbers;
+    if (arguments.number == noSingleItem)
+        ParseIntegerList(arguments.rest ? arguments.rest : "", numbers);
+    else
+        numbers.push_back(static_cast<int>(arguments.number));
+    ColumnTerms named;
+    boost::shared_ptr<NCModel const> const object = project.GetModel(model);
+    for (int const number : numbers)
+        if (object && number >= 1 && number <= object->GetXColumnTerms().Size())
+            named.AppendTerm(object->GetXColumnTerms()[number]);
+    return named;
+}
+
 char const *ProjectVector::FromVectorTypeEnum(VectorTypeEnum type) {
     return TextOf(vectorTypes, type);
 }

@@ -67,6 +67,9 @@ public:
         NumberBatchVIPSecond = 14 // a phase as the second number
     };
 
+    // As a number of an argument text: no single item.
+    static constexpr unsigned long noSingleItem = 0xFFFFFFFF;
+
     enum ScoreLoadingType { NoScoreLoading = 1, Score = 2, Loading = 4, AllScoreLoading = 7 };
 
     enum ObsOrPredType { Observed = 1, Predicted = 2, ObsAndPred = 3 };
@@ -75,6 +78,8 @@ public:
     struct Arguments {
         std::string source;
         int component = 0;
+        int xSide = 0; // of a vector that is indexed by all three kinds of components, as is the next
+        int ySide = 0;
         unsigned long number = 0;
         int round = 0;
         bool unscaled = false;
@@ -164,6 +169,15 @@ public:
     static int SelectComponent(ComponentType kind, int predictive, int xSide, int ySide);
     static int SelectMaxComponents(ComponentType kind, ModelInfo const &model);
 
+    // Reads the common fields and those of the groups that this vector has, up to the batch index. False when the text
+    // ends before a group that the vector needs.
+    bool ReadArguments(char const *args, Arguments &arguments) const;
+
+    // The terms of a model that the arguments name. For a vector with Y variables that is one Y term, and NCError when
+    // there is no such term. For others it is the X term with the number or, when the number stands for no single item,
+    // those of the list behind the arguments; numbers that no term has are left out.
+    ColumnTerms NamedTerms(NCProject const &project, int model, Arguments const &arguments) const;
+
     // The number in a source text: "M12" is model 12, "DS3" data set 3; -1 when the text is no such source.
     static int GetModelNumber(ProjectPtr const &project, char const *source);
     static int GetModelNumber(ProjectPtr const &project, std::string const &source);
@@ -189,10 +203,6 @@ protected:
     // A list of the one Y term at a 1-based index. NCError when the model has no Y or no such term.
     static ColumnTerms GetYColumnTerm(NCProject const &project, int model, unsigned int index);
 
-    // Reads the common fields and those of the groups that this vector has, up to the batch index. False when the text
-    // ends before a group that the vector needs.
-    bool ReadArguments(char const *args, Arguments &arguments) const;
-
     // Parsers of the argument text: numbers in decimal, separated by single commas, in a fixed order. Each reads its
     // fields from the start of its text and returns the position of the text behind them, or -1 when the text ended
     // with them. No text is wrong: what does not read as a number is 0, and where the text is too short the search for
@@ -200,6 +210,8 @@ protected:
 
     // Source, component, number, cross-validation round.
     int Parse(char const *args, std::string &source, int &component, unsigned long &number, int &round) const;
+    // The same with one component of each kind.
+    int ParseAllComponents(char const *args, Arguments &arguments) const;
     // Two flags, true only for exactly 1: the first field is `unscaled`.
     int ParseScaleTransform(char const *args, bool &backTransformed, bool &unscaled) const;
     // Weights, two groups of observations, a response, components. Weights and components are appended, the groups

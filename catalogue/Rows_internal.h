@@ -8,25 +8,43 @@ namespace rows {
 constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
 constexpr auto Loadings = ProjectVector::VectorTypeObservationsLoadings;
 
+constexpr auto PerComponent = ProjectVector::VectorTypeComponent;
+
 constexpr auto Model = ProjectVector::DataTypeModel;
+constexpr auto DataSet = ProjectVector::DataTypeDataSet;
+constexpr auto PredictionSet = ProjectVector::DataTypePredictionSet;
 
 constexpr auto AnyModel = ModelTypeE::Any;
 constexpr auto WithY = ModelTypeE::WithY;
 constexpr auto AnyOPLS = ModelTypeE::AnyOPLS;
 constexpr auto OnlyPCA = ModelTypeE::PCA;
+constexpr auto AnyPLS = ModelTypeE::AnyPLS;
+constexpr auto WithoutOPLS = ModelTypeE::WithoutOrthogonal;
+constexpr auto NoModel = ModelTypeE::None;
 
 constexpr auto NoComponent = ProjectVector::ComponentNone;
 constexpr auto Predictive = ProjectVector::ComponentPredictive;
 constexpr auto XSide = ProjectVector::ComponentXSideOrthogonal;
 constexpr auto YSide = ProjectVector::ComponentYSideOrthogonal;
+constexpr auto AllKinds = ProjectVector::ComponentPredictive | ProjectVector::ComponentXSideOrthogonal |
+                          ProjectVector::ComponentYSideOrthogonal;
 
 constexpr bool Displayable = true;
 constexpr bool Hidden = false;
 
-constexpr int NoContribution = 0;
 constexpr int ScoreContribution = 1;
+constexpr int ResponseContribution = 2;
+constexpr int XDistanceContribution = 3;
+constexpr int YDistanceContribution = 4;
+
+// The first component of vectors that take component 0 too, and of those that take none.
+constexpr int ComponentZero = 0;
+constexpr int NoFirstComponent = -1;
 
 // All observations of a workset or prediction set, instead of those of one batch.
 constexpr int AllBatches = -1;
+
+// The significance level that the model has.
+constexpr float LevelOfModel = -1.0f;
 
 } // namespace rows

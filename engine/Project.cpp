@@ -235,7 +235,7 @@ public:
         return own ? own : any;
     }
 
-    boost::shared_ptr<DataSet const> Data(int number) const {
+    boost::shared_ptr<DataSet const> FindData(int number) const {
         DataSetRecord const *const record = RecordOf(number);
         if (!record)
             return {};
@@ -253,7 +253,7 @@ public:
         std::optional<std::vector<std::byte>> const results = record ? m_file.Results(number) : std::nullopt;
         if (results)
             view = boost::make_shared<ModelView>(number, FittedModel::Load(AsText(*results)),
-                                                 Data(record->dataSets.front()), m_project->shared_from_this());
+                                                 FindData(record->dataSets.front()), m_project->shared_from_this());
         return view;
     }
 
@@ -282,13 +282,20 @@ public:
         return View(number).get();
     }
 
+    DataSet const &Data(int number) const override {
+        boost::shared_ptr<DataSet const> const data = FindData(number);
+        if (!data)
+            throw NCError(ExceptionMessage::translate("There is no data set {1}.") % number, NCError::Error);
+        return *data;
+    }
+
     PredictedRows const *Predictions(int model) const override {
         DataSetRecord const *const record = PredictionRecord(model);
         if (!record)
             return nullptr;
         auto const [at, isNew] = m_predictions.try_emplace(model);
         if (isNew)
-            at->second = Model(model)->Predict(Data(record->number), m_project->shared_from_this());
+            at->second = Model(model)->Predict(FindData(record->number), m_project->shared_from_this());
         return &at->second;
     }
 
@@ -341,7 +348,7 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
     if (!record)
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
     ModelDefinition const definition = DefinitionOf(request, m_state->File());
-    FittedModel const fitted = Fit(definition, Workset::Build(definition, *m_state->Data(request.dataSet)), progress);
+    FittedModel const fitted = Fit(definition, Workset::Build(definition, m_state->Data(request.dataSet)), progress);
     std::string const saved = definition.Save();
     std::string const results = fitted.Save();
     Transaction transaction(m_state->File());
@@ -480,7 +487,7 @@ NCObservations const &Project::GetObservations() const {
 }
 
 boost::shared_ptr<NCDataSet const> Project::GetDataSet(int number) const {
-    return m_state->Data(number);
+    return m_state->FindData(number);
 }
 
 boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const {
@@ -506,12 +513,12 @@ int Project::GetFirstDataSet(int after) const {
 boost::shared_ptr<NCDataSet const> Project::GetPredSet(int number) const {
     DataSetRecord const *const record = number == -1 ? m_state->PredictionRecord(-1) : m_state->RecordOf(number);
     bool const isPrediction = record && record->kind == DataSetKind::Prediction;
-    return isPrediction ? m_state->Data(record->number) : nullptr;
+    return isPrediction ? m_state->FindData(record->number) : nullptr;
 }
 
 boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int model) const {
     DataSetRecord const *const record = m_state->PredictionRecord(model);
-    return record ? m_state->Data(record->number) : nullptr;
+    return record ? m_state->FindData(record->number) : nullptr;
 }
 
 boost::shared_ptr<NCPredictions const> Project::GetPredictions(int model, bool required) const {

@@ -8,18 +8,22 @@ namespace engine {
 
 Answer::Answer(ColumnIDs columns) : m_columns(std::move(columns)), m_matrix(0, m_columns.Size()) {}
 
+std::span<float> Answer::Add(std::string const &label) {
+    m_labels.push_back(label);
+    m_matrix.AppendRow(NCDataVector<float>(m_columns.Size()));
+    return m_matrix.MutableRow(m_matrix.Rows());
+}
+
 std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> const &values) {
     return Add(label, values, Vector());
 }
 
 std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> const &values,
                              Eigen::Ref<Vector const> const &further) {
-    m_labels.push_back(label);
-    NCDataVector<float> row(m_columns.Size());
-    auto const to = std::transform(values.begin(), values.end(), row.MutableValues().begin(), ToStored);
+    auto const row = Add(label);
+    auto const to = std::transform(values.begin(), values.end(), row.begin(), ToStored);
     std::transform(further.begin(), further.end(), to, ToStored);
-    m_matrix.AppendRow(row);
-    return m_matrix.MutableRow(m_matrix.Rows());
+    return row;
 }
 
 TablePtr Answer::Take() {
@@ -46,15 +50,31 @@ std::vector<Index> ChosenComponents(IntList const *components, Index size) {
     return chosen;
 }
 
+std::vector<Index> ChosenTerms(ColumnTerms const &all, ColumnTerms const *named) {
+    std::vector<Index> chosen;
+    if (!named)
+        for (Index term = 0; term < all.Size(); ++term)
+            chosen.push_back(term);
+    else
+        for (ColumnTerm const &term : *named)
+            if (int const found = all.Find(term); found >= 1)
+                chosen.push_back(found - 1);
+    return chosen;
+}
+
 std::string ComponentLabel(Index component) {
-    return "[" + std::to_string(component + 1) + "]";
+    return SizeLabel(component + 1);
+}
+
+std::string SizeLabel(Index size) {
+    return "[" + std::to_string(size) + "]";
 }
 
 std::string RoundLabel(Index component, int round) {
     return ComponentLabel(component) + "[CV. " + std::to_string(round) + "]";
 }
 
-void MarkUnobserved(std::span<float> scores, Eigen::VectorXi const &observed) {
+void MarkUnobserved(std::span<float> scores, Eigen::Ref<Eigen::VectorXi const> const &observed) {
     for (std::size_t i = 0; i < scores.size(); ++i)
         if (observed[static_cast<Index>(i)] == 0)
             scores[i] = missingValue;

@@ -15,6 +15,8 @@ class Answer {
 public:
     explicit Answer(ColumnIDs columns);
 
+    // A row of missing values, open as below.
+    std::span<float> Add(std::string const &label);
     // A row of one value for each column; what is not finite becomes missing. The row stays open for changes until the
     // next one is added.
     std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values);
@@ -36,11 +38,17 @@ private:
 std::vector<Index> ChosenComponents(IntList const *components, Index size);
 std::optional<Index> ChosenComponent(int component, Index size);
 
+// The places, from 0, of the terms that a question names; all for null. Those that the model lacks are dropped.
+std::vector<Index> ChosenTerms(ColumnTerms const &all, ColumnTerms const *named);
+
 // "[2]" for a component counted from 0; "[2][CV. 3]" with a round counted from 1.
 std::string ComponentLabel(Index component);
 std::string RoundLabel(Index component, int round);
 
+// "[2]" for a model of 2 components.
+std::string SizeLabel(Index size);
+
 // A row of a block that has no observed cell has no score.
-void MarkUnobserved(std::span<float> scores, Eigen::VectorXi const &observed);
+void MarkUnobserved(std::span<float> scores, Eigen::Ref<Eigen::VectorXi const> const &observed);
 
 } // namespace engine

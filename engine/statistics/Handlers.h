@@ -2,6 +2,7 @@
 
 #include "engine/statistics/ModelView.h"
 #include "platform/GetProjectData.h"
+#include "platform/NCProject.h"
 #include "platform/StatisticSource.h"
 
 #include <functional>
@@ -18,6 +19,8 @@ public:
 
     // Throws NCError for a number that no model has; null for a model that is not fitted.
     virtual ModelView const *Model(int number) const = 0;
+    // A data set or prediction set. Throws NCError for a number that none has.
+    virtual DataSet const &Data(int number) const = 0;
     // The rows that are predicted on a model; null when there are none.
     virtual PredictedRows const *Predictions(int model) const = 0;
 };
@@ -53,9 +56,9 @@ struct Unpacked<Value const &> {
 
 } // namespace signature
 
-// The operations that the engine answers. A handler is a function of the fitted model, of the subject too where it
-// takes one, and of the operation's arguments behind the model number; that it takes them is checked when it is
-// compiled.
+// The operations that the engine answers. A handler is a function of the fitted model or of the data set, of the
+// subject too where it takes one, and of the operation's arguments behind the first number; that it takes them is
+// checked when it is compiled.
 class Handlers {
 public:
     Handlers();
@@ -65,27 +68,48 @@ public:
     ColumnIDs Columns(Call const &call, Subject const &subject) const;
     bool Has(Operation operation) const;
 
+    // A statistic of a model; nothing when the model is not fitted.
     template <Operation operation, typename Function>
     void On(Function function) {
-        Register<operation>(static_cast<typename signature::Of<operation>::Type *>(nullptr), std::move(function));
+        Register<operation>(static_cast<typename signature::Of<operation>::Type *>(nullptr), std::move(function),
+                            [](Subject const &subject, int number) { return subject.Model(number); });
+    }
+    // A statistic of a data set.
+    template <Operation operation, typename Function>
+    void OnDataSet(Function function) {
+        Register<operation>(static_cast<typename signature::Of<operation>::Type *>(nullptr), std::move(function),
+                            [](Subject const &subject, int number) { return &subject.Data(number); });
     }
 
 private:
     template <typename Result>
-    using Handler = std::function<Result(ModelView const &, Subject const &, Call const &)>;
+    using Handler = std::function<Result(Subject const &, Call const &)>;
 
-    template <Operation operation, typename Result, typename... Parameters, typename Function>
-    void Register(Result (*)(int, Parameters...), Function function) {
-        static_assert(std::is_invocable_r_v<Result, Function, ModelView const &, Parameters...> ||
-                          std::is_invocable_r_v<Result, Function, ModelView const &, Subject const &, Parameters...>,
+    template <typename Result>
+    static Result Nothing(Call const &call) {
+        if constexpr (std::is_same_v<Result, TablePtr>)
+            return nullptr;
+        else
+            return ColumnIDs(call.project.shared_from_this());
+    }
+
+    // `find` gives what the first number of the operation stands for.
+    template <Operation operation, typename Result, typename... Parameters, typename Function, typename Find>
+    void Register(Result (*)(int, Parameters...), Function function, Find find) {
+        using Item = decltype(*find(std::declval<Subject const &>(), 0));
+        static_assert(std::is_invocable_r_v<Result, Function, Item, Parameters...> ||
+                          std::is_invocable_r_v<Result, Function, Item, Subject const &, Parameters...>,
                       "the handler's parameters are not those of the operation");
-        Handler<Result> handler = [function = std::move(function)](ModelView const &model, Subject const &subject,
-                                                                   Call const &call) -> Result {
+        Handler<Result> handler = [function = std::move(function), find](Subject const &subject,
+                                                                         Call const &call) -> Result {
+            auto const *const item = find(subject, std::get<int>(call.arguments.front()));
+            if (!item)
+                return Nothing<Result>(call);
             return [&]<std::size_t... index>(std::index_sequence<index...>)->Result {
-                if constexpr (std::is_invocable_v<Function, ModelView const &, Parameters...>)
-                    return function(model, signature::Unpacked<Parameters>::From(call.arguments[index + 1])...);
+                if constexpr (std::is_invocable_v<Function, Item, Parameters...>)
+                    return function(*item, signature::Unpacked<Parameters>::From(call.arguments[index + 1])...);
                 else
-                    return function(model, subject,
+                    return function(*item, subject,
                                     signature::Unpacked<Parameters>::From(call.arguments[index + 1])...);
             }
             (std::index_sequence_for<Parameters...>());
@@ -104,5 +128,13 @@ private:
 void AddScoreHandlers(Handlers &handlers);
 void AddLoadingHandlers(Handlers &handlers);
 void AddCrossValidatedLoadingHandlers(Handlers &handlers);
+void AddValueHandlers(Handlers &handlers);
+void AddDistanceHandlers(Handlers &handlers);
+void AddPredictionErrorHandlers(Handlers &handlers);
+void AddSummaryHandlers(Handlers &handlers);
+void AddVariableSummaryHandlers(Handlers &handlers);
+void AddImportanceHandlers(Handlers &handlers);
+void AddCoefficientHandlers(Handlers &handlers);
+void AddDataHandlers(Handlers &handlers);
 
 } // namespace engine

@@ -1,5 +1,5 @@
 #include "engine/statistics/Answer.h"
-#include "engine/statistics/Handlers.h"
+#include "engine/statistics/RowSet.h"
 
 #include <cmath>
 
@@ -12,16 +12,6 @@ namespace {
 
 // A matrix of the model with one column for each component of its kind.
 using Part = Matrix Components::*;
-
-// The model has Y, or orthogonal components; statistics of one that does not are empty.
-bool HasY(ModelView const &model) {
-    return model.Fit().definition.HasY();
-}
-
-bool IsOrthogonalKind(ModelView const &model) {
-    ModelKind const kind = model.Fit().definition.kind;
-    return kind == ModelKind::Opls || kind == ModelKind::O2Pls;
-}
 
 TablePtr Rows(ModelView const &model, char const *name, ColumnIDs const &columns, IntList const *components,
               Matrix const &values) {
@@ -128,8 +118,7 @@ void AddXY(Handlers &handlers, char const *name, Part xPart, Part yPart) {
     });
 }
 
-// Columns of a statistic, as far as the model has the components that it needs.
-using Needs = bool (*)(ModelView const &);
+// Components that the columns of a statistic need.
 
 bool HasPredictive(ModelView const &model) {
     return model.Fit().components.Predictive() > 0;
@@ -145,14 +134,6 @@ bool HasXOrthogonal(ModelView const &model) {
 }
 bool HasYOrthogonal(ModelView const &model) {
     return model.Fit().components.YOrthogonal() > 0;
-}
-
-template <Operation operation>
-void AddColumns(Handlers &handlers, ColumnIDs const &(ModelView::*columns)() const, Needs needs) {
-    auto const answer = [columns, needs](ModelView const &model, auto...) {
-        return needs(model) ? (model.*columns)() : model.None();
-    };
-    handlers.On<operation>(answer);
 }
 
 } // namespace
@@ -229,28 +210,28 @@ void AddLoadingHandlers(Handlers &handlers) {
                     YCorrelations(model, &Scores::to, components));
     });
 
-    AddColumns<Operation::GetPColumnIDs>(handlers, &ModelView::XTerms, HasPredictive);
-    AddColumns<Operation::GetPCorrColumnIDs>(handlers, &ModelView::XTerms, HasPredictive);
-    AddColumns<Operation::GetWColumnIDs>(handlers, &ModelView::XTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetWStarColumnIDs>(handlers, &ModelView::XTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetCColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetCCorrColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetPCColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetPCCorrColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetWStarCColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
-    AddColumns<Operation::GetQColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndQ);
-    AddColumns<Operation::GetPQColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndQ);
-    AddColumns<Operation::GetPQCorrColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndQ);
-    AddColumns<Operation::GetPoColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
-    AddColumns<Operation::GetPoCorrColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
-    AddColumns<Operation::GetWoColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
-    AddColumns<Operation::GetSColumnIDs>(handlers, &ModelView::YTerms, HasXOrthogonal);
-    AddColumns<Operation::GetPoSColumnIDs>(handlers, &ModelView::XYTerms, HasXOrthogonal);
-    AddColumns<Operation::GetPoSCorrColumnIDs>(handlers, &ModelView::XYTerms, HasXOrthogonal);
-    AddColumns<Operation::GetCoColumnIDs>(handlers, &ModelView::YTerms, HasYOrthogonal);
-    AddColumns<Operation::GetQoColumnIDs>(handlers, &ModelView::YTerms, HasYOrthogonal);
-    AddColumns<Operation::GetRColumnIDs>(handlers, &ModelView::XTerms, HasYOrthogonal);
-    AddColumns<Operation::GetQorColumnIDs>(handlers, &ModelView::YXTerms, HasYOrthogonal);
+    OnTermColumns<Operation::GetPColumnIDs>(handlers, &ModelView::XTerms, HasPredictive);
+    OnTermColumns<Operation::GetPCorrColumnIDs>(handlers, &ModelView::XTerms, HasPredictive);
+    OnTermColumns<Operation::GetWColumnIDs>(handlers, &ModelView::XTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetWStarColumnIDs>(handlers, &ModelView::XTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetCColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetCCorrColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetPCColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetPCCorrColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetWStarCColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndY);
+    OnTermColumns<Operation::GetQColumnIDs>(handlers, &ModelView::YTerms, HasPredictiveAndQ);
+    OnTermColumns<Operation::GetPQColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndQ);
+    OnTermColumns<Operation::GetPQCorrColumnIDs>(handlers, &ModelView::XYTerms, HasPredictiveAndQ);
+    OnTermColumns<Operation::GetPoColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetPoCorrColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetWoColumnIDs>(handlers, &ModelView::XTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetSColumnIDs>(handlers, &ModelView::YTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetPoSColumnIDs>(handlers, &ModelView::XYTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetPoSCorrColumnIDs>(handlers, &ModelView::XYTerms, HasXOrthogonal);
+    OnTermColumns<Operation::GetCoColumnIDs>(handlers, &ModelView::YTerms, HasYOrthogonal);
+    OnTermColumns<Operation::GetQoColumnIDs>(handlers, &ModelView::YTerms, HasYOrthogonal);
+    OnTermColumns<Operation::GetRColumnIDs>(handlers, &ModelView::XTerms, HasYOrthogonal);
+    OnTermColumns<Operation::GetQorColumnIDs>(handlers, &ModelView::YXTerms, HasYOrthogonal);
 }
 
 } // namespace engine

@@ -2,6 +2,7 @@
 
 #include "engine/models/Prediction.h"
 #include "platform/Missing.h"
+#include "platform/NCProject.h"
 #include "platform/Sta.h"
 
 #include <numeric>
@@ -23,7 +24,33 @@ ColumnTerms Joined(ColumnTerms terms, ColumnTerms const &further) {
     return terms;
 }
 
-ColumnIDs ObservationColumns(ObservationInfos const &observations, ProjectPtr const &project, int owner) {
+NCStringVector ComponentNames(std::string const &kind, Index count) {
+    NCStringVector names;
+    for (Index component = 1; component <= count; ++component)
+        names.push_back(kind + "[" + std::to_string(component) + "]");
+    return names;
+}
+
+// The columns of another data set in the places where a model has its own.
+class MatchedColumns final : public SourceColumns {
+public:
+    MatchedColumns(boost::shared_ptr<DataSet const> model, boost::shared_ptr<DataSet const> rows)
+        : m_model(std::move(model)), m_rows(std::move(rows)) {}
+
+    std::span<float const> Values(int column) const override {
+        std::optional<int> const found = m_rows->ColumnOf(m_model->GetVariables()[static_cast<std::size_t>(column)]);
+        return found ? m_rows->Values(*found) : std::span<float const>();
+    }
+    std::string Name(int column) const override { return m_model->Name(column); }
+
+private:
+    boost::shared_ptr<DataSet const> m_model;
+    boost::shared_ptr<DataSet const> m_rows;
+};
+
+} // namespace
+
+ColumnIDs ObservationColumns(std::span<ObservationInfo const> observations, ProjectPtr const &project, int owner) {
     ColumnIDs::Numbers numbers(static_cast<int>(observations.size()));
     auto to = numbers.MutableValues().begin();
     for (ObservationInfo const &observation : observations)
@@ -31,23 +58,16 @@ ColumnIDs ObservationColumns(ObservationInfos const &observations, ProjectPtr co
     return ColumnIDs(ColumnIDs::Observations, std::move(numbers), project, owner);
 }
 
-// The columns of another data set in the places where a model has its own.
-class MatchedColumns final : public SourceColumns {
-public:
-    MatchedColumns(DataSet const &model, DataSet const &rows) : m_model(model), m_rows(rows) {}
-
-    std::span<float const> Values(int column) const override {
-        std::optional<int> const found = m_rows.ColumnOf(m_model.GetVariables()[static_cast<std::size_t>(column)]);
-        return found ? m_rows.Values(*found) : std::span<float const>();
-    }
-    std::string Name(int column) const override { return m_model.Name(column); }
-
-private:
-    DataSet const &m_model;
-    DataSet const &m_rows;
-};
-
-} // namespace
+std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos const &observations, int batch) {
+    int const rows = static_cast<int>(observations.size());
+    if (batch == -1)
+        return RowRange{0, rows};
+    if (batch < 1 || project->GetObservations().GetBatchID() == 0)
+        return {};
+    auto const beginnings = BatchUtilities::GetBatchBeginnings(project->GetObservations(), observations);
+    int const length = BatchUtilities::GetBatchLength(beginnings, batch, rows);
+    return length == 0 ? std::nullopt : std::optional(RowRange{beginnings[batch] - 1, length});
+}
 
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
@@ -64,6 +84,32 @@ ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet co
     m_observationColumns = ObservationColumns(m_observations, project, number);
 }
 
+ColumnIDs ModelView::CoefficientTerms() const {
+    return ColumnIDs(Joined(ColumnTerms({ColumnTerm(ColumnTerm::Constant)}), m_xTerms), GetProject(), m_number);
+}
+
+ColumnIDs ModelView::NamedColumns(NCStringVector names) const {
+    return ColumnIDs(std::move(names), "Component", GetProject(), ColumnIDs::Strings, m_number);
+}
+
+ColumnIDs ModelView::ComponentColumns() const {
+    Components const &components = m_fit.components;
+    NCStringVector names = ComponentNames("Comp", components.Predictive());
+    for (std::string const &name : ComponentNames("XSide Comp", components.XOrthogonal()))
+        names.push_back(name);
+    for (std::string const &name : ComponentNames("YSide Comp", components.YOrthogonal()))
+        names.push_back(name);
+    return NamedColumns(std::move(names));
+}
+
+ColumnIDs ModelView::PredictiveComponents() const {
+    return NamedColumns(ComponentNames("Comp", m_fit.components.Predictive()));
+}
+
+ColumnIDs ModelView::LastComponent() const {
+    return NamedColumns(NCStringVector{"Last comp"});
+}
+
 Workset const &ModelView::Data() const {
     if (!m_workset)
         m_workset = Workset::Build(m_fit.definition, *m_dataSet);
@@ -73,52 +119,45 @@ Workset const &ModelView::Data() const {
 PredictedRows ModelView::Predict(boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project) const {
     std::vector<int> rows(dataSet->Record().observations);
     std::iota(rows.begin(), rows.end(), 0);
-    MatchedColumns const source(*m_dataSet, *dataSet);
     PredictedRows predicted;
+    predicted.source = std::make_shared<MatchedColumns>(m_dataSet, dataSet);
+    SourceColumns const &source = *predicted.source;
     predicted.x = ScaleRows(m_fit.definition.xTerms, m_fit.xScales, source, rows);
     predicted.y = ScaleRows(m_fit.definition.yTerms, m_fit.yScales, source, rows);
     predicted.scores = PredictScores(m_fit.components, predicted.x);
     predicted.xObserved = predicted.x.ObservedInRows();
+    predicted.yObserved = predicted.y.ObservedInRows();
     predicted.columns = ObservationColumns(dataSet->GetObservations(), project, m_number);
     predicted.dataSet = std::move(dataSet);
     return predicted;
 }
 
-double ModelView::RowFreedom(Index predictive) const {
-    return static_cast<double>(m_fit.Rows() - m_fit.XCentred() - predictive - m_fit.components.XOrthogonal());
+Vector const &ModelView::XRowSquares(Index size, bool weighted) const {
+    auto const [at, isNew] = m_xRowSquares.try_emplace({size, weighted});
+    if (isNew)
+        at->second = engine::XRowSquares(m_fit.components, Data().x, m_fit.scores, size,
+                                         weighted ? PowerWeights(m_fit, size) : Vector());
+    return at->second;
 }
 
-double ModelView::ColumnFreedom(Index predictive) const {
-    return static_cast<double>(m_xTerms.Size() - predictive - m_fit.components.XOrthogonal());
-}
-
-double ModelView::PooledDistance(Index predictive) const {
-    // The distance of row i: s_i^2 = N/d_r K/K_i SS_i/d_c (Wold 1976). A row without observed cell has none.
-    RowMatrix const residuals = XResiduals(m_fit.components, Data().x, m_fit.scores, predictive);
-    double const terms = m_xTerms.Size();
-    double sum = 0;
-    Index observedRows = 0;
-    for (Index row = 0; row < residuals.rows(); ++row)
-        if (m_fit.xObserved[row] > 0) {
-            sum += residuals.row(row).squaredNorm() * terms / m_fit.xObserved[row];
-            ++observedRows;
-        }
-    double const rows = static_cast<double>(residuals.rows());
-    return std::sqrt(rows / RowFreedom(predictive) * sum / ColumnFreedom(predictive) /
-                     static_cast<double>(observedRows));
+Vector ModelView::XDistances(Index size, bool weighted) const {
+    Index const xSide = size + m_fit.components.XOrthogonal();
+    double const inflation = static_cast<double>(m_fit.Rows()) / XRowFreedom(m_fit, xSide);
+    return SquaredDistances(XRowSquares(size, weighted), m_fit.xObserved, m_xTerms.Size(), ColumnFreedom(m_fit, xSide),
+                            inflation);
 }
 
 float ModelView::GetDModXCrit(int component, float level, TriState::State normalised) const {
-    Index const all = m_fit.components.Predictive();
-    Index const predictive = component == -1 ? all : component;
-    if (predictive < 0 || predictive > all || RowFreedom(predictive) <= 0 || ColumnFreedom(predictive) <= 0)
+    std::optional<Index> const size = ChosenSize(m_fit, component);
+    if (!size)
         return missingValue;
+    Index const xSide = *size + m_fit.components.XOrthogonal();
+    double const columns = ColumnFreedom(m_fit, xSide);
     double const alpha = level == -1.0f ? m_fit.definition.alpha : level;
-    double const columns = ColumnFreedom(predictive);
-    double const critical = Sta::FFTest(columns, columns * RowFreedom(predictive), alpha);
+    double const critical = Sta::FFTest(columns, columns * XRowFreedom(m_fit, xSide), alpha);
     if (critical < 0)
         return missingValue;
-    return ToStored(std::sqrt(critical) * (normalised == TriState::No ? PooledDistance(predictive) : 1.0));
+    return ToStored(std::sqrt(critical * (normalised == TriState::No ? PooledXDistance(*size, false) : 1.0)));
 }
 
 double ModelView::GetCVStdDevDF(int component) const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "engine/DataSet_internal.h"
-#include "engine/models/FittedModel.h"
+#include "engine/statistics/Residuals.h"
 #include "platform/ColumnIDs.h"
 #include "platform/NCModel.h"
 
+#include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace engine {
@@ -16,9 +18,23 @@ struct PredictedRows {
     boost::shared_ptr<DataSet const> dataSet;
     Block x, y;
     Scores scores;
-    Eigen::VectorXi xObserved;
+    Eigen::VectorXi xObserved, yObserved;
     ColumnIDs columns;
+    // The columns of the data set in the places where the model has its own.
+    std::shared_ptr<SourceColumns const> source;
 };
+
+// Neighbouring rows, from 0.
+struct RowRange {
+    Index first = 0;
+    Index count = 0;
+};
+
+// All rows for -1, otherwise those of the batch with that number among them; nothing when there is no such batch.
+std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos const &observations, int batch);
+
+// Observations as the columns of a table.
+ColumnIDs ObservationColumns(std::span<ObservationInfo const> observations, ProjectPtr const &project, int owner);
 
 // A fitted model, with its workset and all that statistics ask of it. What takes time is computed when it is first
 // needed, and kept.
@@ -36,10 +52,22 @@ public:
     ColumnIDs const &YTerms() const { return m_yColumns; }
     ColumnIDs const &XYTerms() const { return m_xyColumns; }
     ColumnIDs const &YXTerms() const { return m_yxColumns; }
+    // X terms with the constant of a regression equation before them.
+    ColumnIDs CoefficientTerms() const;
+    // Components in the overall order, those of the predictive kind, and the last one.
+    ColumnIDs ComponentColumns() const;
+    ColumnIDs PredictiveComponents() const;
+    ColumnIDs LastComponent() const;
     ColumnIDs None() const { return ColumnIDs(m_xColumns.GetProject()); }
 
     // "M1.t": what the label of a row begins with.
-    std::string Label(char const *name) const { return "M" + std::to_string(m_number) + "." + name; }
+    std::string Label(std::string const &name) const { return "M" + std::to_string(m_number) + "." + name; }
+
+    // Residual sums of squares of the workset's rows after a model of that size, weighted by modelling power or not.
+    Vector const &XRowSquares(Index size, bool weighted) const;
+    // Their squared distances to the model, and the mean of these.
+    Vector XDistances(Index size, bool weighted) const;
+    double PooledXDistance(Index size, bool weighted) const { return Pooled(XDistances(size, weighted)); }
 
     // The rows of a prediction set on this model.
     PredictedRows Predict(boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project) const;
@@ -56,11 +84,7 @@ public:
     double GetCVStdDevDF(int component) const override;
 
 private:
-    // Degrees of freedom of rows and of columns after so many predictive components (Wold 1976).
-    double RowFreedom(Index predictive) const;
-    double ColumnFreedom(Index predictive) const;
-    // The root mean square of the workset's distances to the model.
-    double PooledDistance(Index predictive) const;
+    ColumnIDs NamedColumns(NCStringVector names) const;
 
     int m_number;
     FittedModel m_fit;
@@ -70,6 +94,7 @@ private:
     std::vector<std::uint32_t> m_variables; // of X, then of Y
     ColumnIDs m_observationColumns, m_xColumns, m_yColumns, m_xyColumns, m_yxColumns;
     mutable std::optional<Workset> m_workset;
+    mutable std::map<std::pair<Index, bool>, Vector> m_xRowSquares;
 };
 
 } // namespace engine

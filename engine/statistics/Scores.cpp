@@ -1,7 +1,7 @@
 #include "engine/models/CrossValidation.h"
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
-#include "engine/statistics/Handlers.h"
+#include "engine/statistics/RowSet.h"
 #include "platform/Missing.h"
 
 #include <cmath>
@@ -25,47 +25,40 @@ constexpr ScoreKind toScores{"to", &Scores::to, &Components::XOrthogonal, &Fitte
 constexpr ScoreKind uScores{"u", &Scores::u, &Components::Predictive, &FittedModel::yObserved};
 constexpr ScoreKind uoScores{"uo", &Scores::uo, &Components::YOrthogonal, &FittedModel::yObserved};
 
-constexpr int allBatches = -1;
-
 std::string ScoreLabel(ModelView const &model, ScoreKind const &kind, char const *ending, std::string const &rest) {
     return model.Label(kind.name) + ending + rest;
 }
 
-TablePtr FittedScores(ModelView const &model, ScoreKind const &kind, IntList const *components, int batch) {
-    if (batch != allBatches)
+TablePtr ScoresOf(RowSource const &source, ScoreKind const &kind, IntList const *components, int batch = allBatches) {
+    std::optional<RowSet> const rows = source.Rows(batch);
+    if (!rows)
         return nullptr;
-    Matrix const &values = model.Fit().scores.*kind.values;
-    Answer answer(model.Observations());
+    Matrix const &values = rows->AllScores().*kind.values;
+    Eigen::VectorXi const &observed = rows->Predicted() ? rows->XObserved() : source.model.Fit().*kind.observed;
+    Answer answer(rows->Columns());
     for (Index const component : ChosenComponents(components, values.cols()))
-        MarkUnobserved(answer.Add(ScoreLabel(model, kind, "", ComponentLabel(component)), values.col(component)),
-                       model.Fit().*kind.observed);
-    return answer.Take();
-}
-
-TablePtr PredictedScores(PredictedRows const *rows, ModelView const &model, ScoreKind const &kind,
-                         IntList const *components, int batch) {
-    if (!rows || batch != allBatches)
-        return nullptr;
-    Matrix const &values = rows->scores.*kind.values;
-    Answer answer(rows->columns);
-    for (Index const component : ChosenComponents(components, values.cols()))
-        MarkUnobserved(answer.Add(ScoreLabel(model, kind, "PS", ComponentLabel(component)), values.col(component)),
-                       rows->xObserved);
+        MarkUnobserved(answer.Add(source.model.Label(source.Name(kind.name)) + ComponentLabel(component),
+                                  rows->Of(values.col(component))),
+                       rows->Of(observed));
     return answer.Take();
 }
 
 // Each observation's score from the round that left it out, missing where the round has no such component.
-TablePtr ExcludedScores(ModelView const &model, ScoreKind const &kind, IntList const *components, int batch) {
+TablePtr ExcludedScores(ModelView const &model, ScoreKind const &kind, IntList const *components,
+                        int batch = allBatches) {
     std::optional<CrossValidation> const &validation = model.Fit().crossValidation;
-    if (!validation || batch != allBatches)
+    std::optional<RowSet> const rows = RowSource{model}.Rows(batch);
+    if (!validation || !rows)
         return nullptr;
     Matrix const &values = validation->excluded.*kind.values;
-    Answer answer(model.Observations());
+    Answer answer(rows->Columns());
     for (Index const component : ChosenComponents(components, values.cols())) {
-        auto const row = answer.Add(ScoreLabel(model, kind, "cv", ComponentLabel(component)), values.col(component));
-        MarkUnobserved(row, model.Fit().*kind.observed);
+        auto const row =
+            answer.Add(ScoreLabel(model, kind, "cv", ComponentLabel(component)), rows->Of(values.col(component)));
+        MarkUnobserved(row, rows->Of(model.Fit().*kind.observed));
         for (std::size_t i = 0; i < row.size(); ++i) {
-            Components const &round = validation->rounds[static_cast<std::size_t>(validation->roundOfRow[i])];
+            std::size_t const place = static_cast<std::size_t>(rows->First()) + i;
+            Components const &round = validation->rounds[static_cast<std::size_t>(validation->roundOfRow[place])];
             if (component >= (round.*kind.size)())
                 row[i] = missingValue;
         }
@@ -118,13 +111,10 @@ TablePtr ScoreErrors(ModelView const &model, ScoreKind const &kind, char const *
 
 // Scores in standard deviations about their mean; NaN where there is none.
 Vector Standardised(ModelView const &model, ScoreKind const &kind, Index component) {
-    Vector z = (model.Fit().scores.*kind.values).col(component);
-    auto const observed = (model.Fit().*kind.observed).array() > 0;
-    double const count = static_cast<double>(observed.count());
-    double const mean = observed.select(z.array(), 0.0).sum() / count;
-    double const squares = observed.select((z.array() - mean).square(), 0.0).sum();
-    z = (z.array() - mean) / std::sqrt(squares / (count - 1));
-    return observed.select(z.array(), std::nan(""));
+    Vector const z = (model.Fit().scores.*kind.values).col(component);
+    Eigen::VectorXi const &observed = model.Fit().*kind.observed;
+    ScoreSpread const spread = SpreadOf(z, observed);
+    return (observed.array() > 0).select((z.array() - spread.mean) / spread.deviation, notComputable);
 }
 
 // The first of two scores, in units that make the outermost observation of the pair lie on the unit circle.
@@ -153,65 +143,48 @@ TablePtr PairScores(ModelView const &model, char const *name, IntList const &com
     return answer.Take();
 }
 
-ColumnIDs PredictedColumns(ModelView const &model, Subject const &subject) {
-    PredictedRows const *const rows = subject.Predictions(model.GetModelNumber());
-    return rows ? rows->columns : model.None();
-}
-
-ColumnIDs ValidatedPredictedColumns(ModelView const &model, Subject const &subject) {
-    return model.Fit().crossValidation ? PredictedColumns(model, subject) : model.None();
-}
-
-// The columns of statistics that need components of a kind, or cross-validation.
+// The model has components of a kind.
 template <ScoreKind const &kind>
-ColumnIDs ColumnsOf(ModelView const &model) {
-    return (model.Fit().components.*kind.size)() > 0 ? model.Observations() : model.None();
+bool HasScores(ModelView const &model) {
+    return (model.Fit().components.*kind.size)() > 0;
 }
 
 template <ScoreKind const &kind>
-ColumnIDs ValidatedColumnsOf(ModelView const &model) {
-    return model.Fit().crossValidation ? ColumnsOf<kind>(model) : model.None();
+bool HasValidatedScores(ModelView const &model) {
+    return model.Fit().crossValidation && HasScores<kind>(model);
 }
 
-ColumnIDs OfBatch(int batch, ColumnIDs const &columns, ModelView const &model) {
-    return batch == allBatches ? columns : model.None();
+bool HasUScores(ModelView const &model) {
+    return HasY(model) && HasScores<uScores>(model);
+}
+bool HasValidatedUScores(ModelView const &model) {
+    return HasY(model) && HasValidatedScores<uScores>(model);
 }
 
 } // namespace
 
 void AddScoreHandlers(Handlers &handlers) {
-    handlers.On<Operation::GetT>([](ModelView const &model, IntList const *components, int batch) {
-        return FittedScores(model, tScores, components, batch);
-    });
-    handlers.On<Operation::GetTo>([](ModelView const &model, IntList const *components, int batch) {
-        return FittedScores(model, toScores, components, batch);
-    });
-    handlers.On<Operation::GetU>([](ModelView const &model, IntList const *components) {
-        return FittedScores(model, uScores, components, allBatches);
-    });
-    handlers.On<Operation::GetUo>([](ModelView const &model, IntList const *components) {
-        return FittedScores(model, uoScores, components, allBatches);
-    });
-    handlers.On<Operation::GetTPS>(
-        [](ModelView const &model, Subject const &subject, IntList const *components, int batch) {
-            return PredictedScores(subject.Predictions(model.GetModelNumber()), model, tScores, components, batch);
-        });
-    handlers.On<Operation::GetToPS>(
-        [](ModelView const &model, Subject const &subject, IntList const *components, int batch) {
-            return PredictedScores(subject.Predictions(model.GetModelNumber()), model, toScores, components, batch);
-        });
+    OnRows<Operation::GetT, Operation::GetTPS>(handlers,
+                                               [](RowSource const &source, IntList const *components, int batch) {
+                                                   return ScoresOf(source, tScores, components, batch);
+                                               });
+    OnRows<Operation::GetTo, Operation::GetToPS>(handlers,
+                                                 [](RowSource const &source, IntList const *components, int batch) {
+                                                     return ScoresOf(source, toScores, components, batch);
+                                                 });
+    handlers.On<Operation::GetU>(
+        [](ModelView const &model, IntList const *components) { return ScoresOf({model}, uScores, components); });
+    handlers.On<Operation::GetUo>(
+        [](ModelView const &model, IntList const *components) { return ScoresOf({model}, uoScores, components); });
     handlers.On<Operation::GetTcvExcluded>([](ModelView const &model, IntList const *components, int batch) {
         return ExcludedScores(model, tScores, components, batch);
     });
-    handlers.On<Operation::GetTocvExcluded>([](ModelView const &model, IntList const *components) {
-        return ExcludedScores(model, toScores, components, allBatches);
-    });
-    handlers.On<Operation::GetUcv>([](ModelView const &model, IntList const *components) {
-        return ExcludedScores(model, uScores, components, allBatches);
-    });
-    handlers.On<Operation::GetUocvExcluded>([](ModelView const &model, IntList const *components) {
-        return ExcludedScores(model, uoScores, components, allBatches);
-    });
+    handlers.On<Operation::GetTocvExcluded>(
+        [](ModelView const &model, IntList const *components) { return ExcludedScores(model, toScores, components); });
+    handlers.On<Operation::GetUcv>(
+        [](ModelView const &model, IntList const *components) { return ExcludedScores(model, uScores, components); });
+    handlers.On<Operation::GetUocvExcluded>(
+        [](ModelView const &model, IntList const *components) { return ExcludedScores(model, uoScores, components); });
     handlers.On<Operation::GetTcv>([](ModelView const &model, int round, IntList const *components) {
         return RoundScores(model, "cv", round, components, model.Data().x, model.Fit().xObserved, model.Observations());
     });
@@ -245,34 +218,21 @@ void AddScoreHandlers(Handlers &handlers) {
             return PairScores(model, "to(corr)", components, orthogonal);
         });
 
-    handlers.On<Operation::GetTColumnIDs>(
-        [](ModelView const &model, int batch) { return OfBatch(batch, ColumnsOf<tScores>(model), model); });
-    handlers.On<Operation::GetToColumnIDs>(
-        [](ModelView const &model, int batch) { return OfBatch(batch, ColumnsOf<toScores>(model), model); });
-    handlers.On<Operation::GetUColumnIDs>(
-        [](ModelView const &model) { return model.YTerms().Size() > 0 ? ColumnsOf<uScores>(model) : model.None(); });
-    handlers.On<Operation::GetUoColumnIDs>(ColumnsOf<uoScores>);
-    handlers.On<Operation::GetTCorrColumnIDs>(ColumnsOf<tScores>);
-    handlers.On<Operation::GetToCorrColumnIDs>(ColumnsOf<toScores>);
-    handlers.On<Operation::GetTcvColumnIDs>(ValidatedColumnsOf<tScores>);
-    handlers.On<Operation::GetTcvSEColumnIDs>(ValidatedColumnsOf<tScores>);
-    handlers.On<Operation::GetTocvSEColumnIDs>(ValidatedColumnsOf<toScores>);
-    handlers.On<Operation::GetTocvExcludedColumnIDs>(ValidatedColumnsOf<toScores>);
-    handlers.On<Operation::GetUocvExcludedColumnIDs>(ValidatedColumnsOf<uoScores>);
-    handlers.On<Operation::GetUcvColumnIDs>([](ModelView const &model) {
-        return model.YTerms().Size() > 0 ? ValidatedColumnsOf<uScores>(model) : model.None();
-    });
-    handlers.On<Operation::GetTcvExcludedColumnIDs>(
-        [](ModelView const &model, int batch) { return OfBatch(batch, ValidatedColumnsOf<tScores>(model), model); });
-    handlers.On<Operation::GetTPSColumnIDs>([](ModelView const &model, Subject const &subject, int batch) {
-        return OfBatch(batch, PredictedColumns(model, subject), model);
-    });
-    handlers.On<Operation::GetToPSColumnIDs>([](ModelView const &model, Subject const &subject, int batch) {
-        bool const any = model.Fit().components.XOrthogonal() > 0;
-        return any ? OfBatch(batch, PredictedColumns(model, subject), model) : model.None();
-    });
-    handlers.On<Operation::GetTcvPSColumnIDs>(ValidatedPredictedColumns);
-    handlers.On<Operation::GetTcvSEPSColumnIDs>(ValidatedPredictedColumns);
+    OnRowColumns<Operation::GetTColumnIDs, Operation::GetTPSColumnIDs>(handlers, HasScores<tScores>);
+    OnRowColumns<Operation::GetToColumnIDs, Operation::GetToPSColumnIDs>(handlers, HasScores<toScores>);
+    OnWorksetColumns<Operation::GetUColumnIDs>(handlers, HasUScores);
+    OnWorksetColumns<Operation::GetUoColumnIDs>(handlers, HasScores<uoScores>);
+    OnWorksetColumns<Operation::GetTCorrColumnIDs>(handlers, HasScores<tScores>);
+    OnWorksetColumns<Operation::GetToCorrColumnIDs>(handlers, HasScores<toScores>);
+    OnWorksetColumns<Operation::GetTcvColumnIDs>(handlers, HasValidatedScores<tScores>);
+    OnWorksetColumns<Operation::GetTcvExcludedColumnIDs>(handlers, HasValidatedScores<tScores>);
+    OnWorksetColumns<Operation::GetTcvSEColumnIDs>(handlers, HasValidatedScores<tScores>);
+    OnWorksetColumns<Operation::GetTocvSEColumnIDs>(handlers, HasValidatedScores<toScores>);
+    OnWorksetColumns<Operation::GetTocvExcludedColumnIDs>(handlers, HasValidatedScores<toScores>);
+    OnWorksetColumns<Operation::GetUocvExcludedColumnIDs>(handlers, HasValidatedScores<uoScores>);
+    OnWorksetColumns<Operation::GetUcvColumnIDs>(handlers, HasValidatedUScores);
+    OnPredictedColumns<Operation::GetTcvPSColumnIDs>(handlers, HasValidatedScores<tScores>);
+    OnPredictedColumns<Operation::GetTcvSEPSColumnIDs>(handlers, HasValidatedScores<tScores>);
 }
 
 } // namespace engine

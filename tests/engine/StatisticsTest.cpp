@@ -1,93 +1,16 @@
-#include "building/CreateProjectData.h"
-#include "catalogue/ProjectVectorHandler.h"
-#include "engine/Project.h"
-#include "engine/TableReader.h"
 #include "platform/ConfigurationSection.h"
 #include "platform/Exception.h"
-#include "platform/GetProjectData.h"
-#include "platform/Missing.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/engine/SmallProject.h"
 
 #include <cmath>
-#include <sstream>
 
 namespace {
 
-using engine::ModelRequest;
-using engine::Project;
-
-constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
-constexpr auto Loadings = ProjectVector::VectorTypeObservationsLoadings;
-
-char const *const sixRows =
-    "id,x1,x2,x3,y\na,1,2,1,1.2\nb,2,1,4,1.9\nc,3,5,2,3.4\nd,4,3,6,3.8\ne,5,7,3,5.6\nf,6,4,8,5.9\n";
-char const *const oneMissing =
-    "id,x1,x2,x3,y\na,1,2,1,1.2\nb,2,1,4,1.9\nc,3,,2,3.4\nd,4,3,6,3.8\ne,5,7,3,5.6\nf,6,4,8,5.9\n";
-char const *const newRows = "id,x3,extra,x1,x2\np,5,1,3.5,2\nq,7,1,9,1\nr,5,1,3.5,\n";
-
-engine::ImportedTable Read(char const *text) {
-    std::istringstream stream(text);
-    return engine::ReadTable(stream, "table");
-}
-
-// Model 1 PLS, model 2 PCA, both of the complete rows; model 3 PCA and 4 PLS with one cell missing; model 1 has a
-// prediction set.
-class SmallProject : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        s_folder = new TemporaryFolder;
-        s_project = Project::Create(*s_folder / "small.dsp");
-        s_project->AddDataSet(Read(sixRows));
-        s_project->AddDataSet(Read(oneMissing));
-        Add(ModelTypeE::PLS, 1);
-        Add(ModelTypeE::PCA, 1);
-        Add(ModelTypeE::PCA, 2);
-        Add(ModelTypeE::PLS, 2);
-        s_project->AddPredictions(1, Read(newRows));
-    }
-    static void TearDownTestSuite() {
-        s_project.reset();
-        delete s_folder;
-    }
-
-    static void Add(ModelTypeE::Model type, int dataSet) {
-        ModelRequest request;
-        request.type = type;
-        request.dataSet = dataSet;
-        (type == ModelTypeE::PCA ? request.excluded : request.responses) = {"y"};
-        request.components = 2;
-        request.crossValidationGroups = 3;
-        s_project->AddModel(request);
-    }
-
-    static TablePtr Table(std::string const &text, ProjectVector::VectorTypeEnum type) {
-        return ProjectDataUtilities::CreateProjectData(*s_project).GetProjectData(text, type);
-    }
-
-    static std::vector<float> Row(std::string const &text, ProjectVector::VectorTypeEnum type) {
-        TablePtr const table = Table(text, type);
-        if (!table)
-            return {};
-        auto const row = table->GetMatrix().Row(1);
-        return {row.begin(), row.end()};
-    }
-
-    static inline TemporaryFolder *s_folder = nullptr;
-    static inline boost::shared_ptr<Project> s_project;
-};
-
-struct Figures {
-    char const *text;
-    ProjectVector::VectorTypeEnum type;
-    std::vector<double> values;
-    char const *label;
-};
+using namespace small;
 
 // Worked by hand for these six rows.
 TEST_F(SmallProject, GivesTheWorkedFigures) {
-    Figures const cases[] = {
+    std::vector<Figures> const cases = {
         {"t M1,1,0,0", Scores, {-1.880693, -1.245060, -0.191595, 0.360472, 1.244187, 1.712688}, "M1.t[1]"},
         {"t M1,2,0,0", Scores, {0.296860, -0.856561, 0.984170, -0.768081, 1.347346, -1.003735}, "M1.t[2]"},
         {"u M1,2,0,0", Scores, {0.738327, -0.328492, 0.172437, -2.142626, 1.894192, -0.333838}, "M1.u[2]"},
@@ -121,14 +44,7 @@ TEST_F(SmallProject, GivesTheWorkedFigures) {
         {"t M3,2,0,0", Scores, {0.228895, -0.825595, 0.551765, -0.624999, 1.466636, -0.742642}, "M3.t[2]"},
         {"t M4,1,0,0", Scores, {-1.798484, -1.131479, -0.747529, 0.442453, 1.237772, 1.784818}, "M4.t[1]"},
         {"p M4,1,0,0", Loadings, {0.701517, 0.487590, 0.525168}, "M4.p[1]"}};
-    for (Figures const &row : cases) {
-        TablePtr const table = Table(row.text, row.type);
-        ASSERT_NE(table, nullptr) << row.text;
-        EXPECT_EQ(table->GetRowName(1), row.label);
-        ASSERT_EQ(table->Columns(), static_cast<int>(row.values.size())) << row.text;
-        for (std::size_t i = 0; i < row.values.size(); ++i)
-            EXPECT_NEAR(table->GetMatrix().Row(1)[i], row.values[i], 2e-6) << row.text << " at " << i;
-    }
+    ExpectFigures(*s_project, cases);
 }
 
 TEST_F(SmallProject, LabelsItemsByTheirIdentifiers) {
@@ -183,6 +99,16 @@ TEST_F(SmallProject, StandardErrorsComeFromTheRounds) {
     EXPECT_EQ(Table("tcv M2,1,0,2", Scores)->GetRowName(1), "M2.tcv[1][CV. 2]");
 }
 
+// The first of each thing that the vector takes. New observations come behind the six.
+std::string ArgumentsOf(ProjectVector const &vector, int model) {
+    bool const newObservation =
+        vector.GetNumberType() == ProjectVector::NumberObsOrVar && vector.GetObsPredType() == ProjectVector::Predicted;
+    std::string text = "M" + std::to_string(model) + ",1," + (newObservation ? "7" : "1") + ",1";
+    if (vector.UseUnscalingTransform())
+        text += ",1,1";
+    return vector.UseNumberID2() ? text + ",2" : text;
+}
+
 // Each vector gives columns that equal those of its column form; what a model does not have is nothing in both.
 TEST_F(SmallProject, ColumnFormsEqualTheTables) {
     int delivered = 0;
@@ -193,8 +119,7 @@ TEST_F(SmallProject, ColumnFormsEqualTheTables) {
             // A pair with an orthogonal component has the columns of any pair.
             if (std::string(vector->GetName()) == "t(corr)2")
                 continue;
-            std::string const source = "M" + std::to_string(model);
-            std::string const args = vector->UseNumberID2() ? source + ",0,1,0,2" : source + ",1,0,1";
+            std::string const args = ArgumentsOf(*vector, model);
             TablePtr const table = vector->CreateVectorRaw(s_project, args.c_str());
             ColumnIDs const columns = vector->CreateColumnIDsRaw(s_project, args.c_str());
             EXPECT_EQ(table != nullptr, columns.Size() > 0) << vector->GetName() << ' ' << args;
@@ -205,8 +130,8 @@ TEST_F(SmallProject, ColumnFormsEqualTheTables) {
             for (float const value : table->GetMatrix().Values())
                 EXPECT_FALSE(IsMissing(value)) << vector->GetName() << ' ' << args;
         }
-    // 13 vectors of PCA and 29 of PLS models, twice each.
-    EXPECT_EQ(delivered, 2 * (13 + 29));
+    // 58 vectors of PCA and 137 of PLS models, twice each.
+    EXPECT_EQ(delivered, 2 * (58 + 137));
 }
 
 TEST_F(SmallProject, ListsOfComponents) {

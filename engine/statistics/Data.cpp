@@ -1,0 +1,163 @@
+#include "engine/statistics/Answer.h"
+#include "engine/statistics/RowSet.h"
+#include "platform/Missing.h"
+
+#include <algorithm>
+
+// Data as they were read, and what a model keeps beside its components: offsets, weights, cross-validation groups.
+
+namespace engine {
+
+namespace {
+
+constexpr int allPhases = -1;
+
+std::string SetLabel(DataSet const &dataSet) {
+    return "DS" + std::to_string(dataSet.GetNumber());
+}
+
+ColumnIDs VariableColumns(DataSet const &dataSet) {
+    ColumnIDs::Numbers numbers;
+    for (std::uint32_t const variable : dataSet.GetVariables())
+        numbers.push_back(variable);
+    return ColumnIDs(ColumnIDs::Variables, std::move(numbers), dataSet.GetProject(), dataSet.GetNumber());
+}
+
+// The places of the items of a list, all for null; items that are not there are dropped.
+template <typename NumberAt>
+std::vector<int> Places(IntList const *items, int size, NumberAt numberAt) {
+    std::vector<int> places;
+    if (!items)
+        for (int place = 0; place < size; ++place)
+            places.push_back(place);
+    else
+        for (int const item : *items)
+            for (int place = 0; place < size; ++place)
+                if (numberAt(place) == static_cast<std::uint32_t>(item)) {
+                    places.push_back(place);
+                    break;
+                }
+    return places;
+}
+
+TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
+    ObservationInfos const &all = dataSet.GetObservations();
+    int const variables = static_cast<int>(dataSet.GetVariables().size());
+    Answer answer(VariableColumns(dataSet));
+    for (int const place : Places(observations, static_cast<int>(all.size()),
+                                  [&](int at) { return all[static_cast<std::size_t>(at)].GetUniqueID(); })) {
+        auto const row =
+            answer.Add(SetLabel(dataSet) + ".Obs(" +
+                       dataSet.GetObservationAliases().GetAlias(1, all[static_cast<std::size_t>(place)]) + ")");
+        for (int column = 0; column < variables; ++column)
+            row[static_cast<std::size_t>(column)] = dataSet.Values(column)[static_cast<std::size_t>(place)];
+    }
+    return answer.Take();
+}
+
+// The rows of a batch; no phase can be told apart here.
+std::optional<RowRange> RowsOf(DataSet const &dataSet, int batch, int phase) {
+    return phase == allPhases ? RowsOfBatch(dataSet.GetProject(), dataSet.GetObservations(), batch) : std::nullopt;
+}
+
+ColumnIDs RowColumns(DataSet const &dataSet, RowRange const &range) {
+    return ObservationColumns(
+        std::span(dataSet.GetObservations())
+            .subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count)),
+        dataSet.GetProject(), dataSet.GetNumber());
+}
+
+TablePtr VariableRows(DataSet const &dataSet, IntList const *variables, int batch, int phase) {
+    std::optional<RowRange> const range = RowsOf(dataSet, batch, phase);
+    if (!range)
+        return nullptr;
+    std::vector<std::uint32_t> const &all = dataSet.GetVariables();
+    Answer answer(RowColumns(dataSet, *range));
+    for (int const column :
+         Places(variables, static_cast<int>(all.size()), [&](int at) { return all[static_cast<std::size_t>(at)]; })) {
+        auto const row = answer.Add(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")");
+        std::ranges::copy(dataSet.Values(column).subspan(static_cast<std::size_t>(range->first), row.size()),
+                          row.begin());
+    }
+    return answer.Take();
+}
+
+// One number of each term's scaling.
+TablePtr ScaleRow(ModelView const &model, char const *name, ColumnIDs const &columns,
+                  std::vector<TermScale> const &scales, double TermScale::*figure) {
+    Vector values(static_cast<Index>(scales.size()));
+    std::ranges::transform(scales, values.begin(), figure);
+    Answer answer(columns);
+    answer.Add(model.Label(name), values);
+    return answer.Take();
+}
+
+TablePtr Groups(ModelView const &model) {
+    auto const &validation = model.Fit().crossValidation;
+    if (!validation)
+        return nullptr;
+    Answer answer(model.Observations());
+    auto const row = answer.Add(model.Label("CVGroups"));
+    std::ranges::transform(validation->roundOfRow, row.begin(),
+                           [](int round) { return static_cast<float>(round + 1); });
+    return answer.Take();
+}
+
+// The values of the project's time variable; nothing when there is none, or the model's data set lacks it.
+TablePtr Times(RowSource const &source) {
+    std::optional<RowSet> const rows = source.Rows();
+    VariableInfo const *const time = source.model.GetProject()->GetVariables().GetDefaultTimeVariable();
+    std::optional<int> const column = time ? source.model.Source().ColumnOf(time->GetUniqueID()) : std::nullopt;
+    if (!rows || !column)
+        return nullptr;
+    std::span<float const> const values = rows->Source().Values(*column);
+    Answer answer(rows->Columns());
+    auto const row = answer.Add(source.model.Label(source.ofPredictions ? "Date/Time-PS" : "Date/Time"));
+    for (Index i = 0; i < rows->Size() && !values.empty(); ++i)
+        row[static_cast<std::size_t>(i)] = values[rows->SourceRow(i)];
+    return answer.Take();
+}
+
+bool HasTimes(ModelView const &model) {
+    VariableInfo const *const time = model.GetProject()->GetVariables().GetDefaultTimeVariable();
+    return time && model.Source().ColumnOf(time->GetUniqueID());
+}
+bool IsValidated(ModelView const &model) {
+    return model.Fit().crossValidation.has_value();
+}
+
+} // namespace
+
+void AddDataHandlers(Handlers &handlers) {
+    using enum Operation;
+    handlers.OnDataSet<GetObsDS>(ObservationRows);
+    handlers.OnDataSet<GetObsDSColumnIDs>(VariableColumns);
+    handlers.OnDataSet<GetVarDS>(VariableRows);
+    handlers.OnDataSet<GetVarDSColumnIDs>([](DataSet const &dataSet, int batch, int phase) {
+        std::optional<RowRange> const range = RowsOf(dataSet, batch, phase);
+        return range ? RowColumns(dataSet, *range) : ColumnIDs(dataSet.GetProject());
+    });
+    handlers.On<GetXOffsets>([](ModelView const &model, TriState::State) {
+        return ScaleRow(model, "Xavg", model.XTerms(), model.Fit().xScales, &TermScale::offset);
+    });
+    handlers.On<GetXWeights>([](ModelView const &model, TriState::State) {
+        return ScaleRow(model, "Xws", model.XTerms(), model.Fit().xScales, &TermScale::weight);
+    });
+    handlers.On<GetYOffsets>([](ModelView const &model) {
+        return ScaleRow(model, "Yavg", model.YTerms(), model.Fit().yScales, &TermScale::offset);
+    });
+    handlers.On<GetYWeights>([](ModelView const &model) {
+        return ScaleRow(model, "Yws", model.YTerms(), model.Fit().yScales, &TermScale::weight);
+    });
+    handlers.On<GetCVGroups>(Groups);
+    OnRows<GetDateTimeVariable, GetDateTimePSVariable>(handlers, Times);
+
+    OnTermColumns<GetXOffsetsColumnIDs>(handlers, &ModelView::XTerms);
+    OnTermColumns<GetXWeightsColumnIDs>(handlers, &ModelView::XTerms);
+    OnTermColumns<GetYOffsetsColumnIDs>(handlers, &ModelView::YTerms);
+    OnTermColumns<GetYWeightsColumnIDs>(handlers, &ModelView::YTerms);
+    OnWorksetColumns<GetCVGroupsColumnIDs>(handlers, IsValidated);
+    OnRowColumns<GetDateTimeVariableColumnIDs, GetDateTimePSVariableColumnIDs>(handlers, HasTimes);
+}
+
+} // namespace engine

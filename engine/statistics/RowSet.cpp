@@ -1,0 +1,40 @@
+#include "engine/statistics/RowSet.h"
+
+namespace engine {
+
+RowSet::RowSet(ModelView const &model, PredictedRows const *predicted, RowRange range)
+    : m_model(model), m_predicted(predicted), m_range(range) {}
+
+ObservationInfos const &RowSet::AllObservations() const {
+    return m_predicted ? m_predicted->dataSet->GetObservations() : m_model.GetObservations();
+}
+
+ColumnIDs RowSet::Columns() const {
+    ColumnIDs const &all = m_predicted ? m_predicted->columns : m_model.Observations();
+    if (m_range.count == all.Size())
+        return all;
+    return ObservationColumns(
+        std::span(AllObservations())
+            .subspan(static_cast<std::size_t>(m_range.first), static_cast<std::size_t>(m_range.count)),
+        all.GetProject(), m_model.GetModelNumber());
+}
+
+SourceColumns const &RowSet::Source() const {
+    return m_predicted ? *m_predicted->source : m_model.Source();
+}
+
+std::optional<RowSet> RowSource::Rows(int batch) const {
+    if (ofPredictions && !predicted)
+        return {};
+    ObservationInfos const &observations =
+        ofPredictions ? predicted->dataSet->GetObservations() : model.GetObservations();
+    std::optional<RowRange> const range = RowsOfBatch(model.GetProject(), observations, batch);
+    return range ? std::optional(RowSet(model, predicted, *range)) : std::nullopt;
+}
+
+ColumnIDs RowSource::Columns(int batch) const {
+    std::optional<RowSet> const rows = Rows(batch);
+    return rows ? rows->Columns() : model.None();
+}
+
+} // namespace engine
