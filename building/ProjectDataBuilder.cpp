@@ -150,18 +150,25 @@ ColumnIDs ProjectDataBuilder::BuildColumnIDs() const {
     m_selection->ToStdVectorString(texts);
     std::unique_ptr<ColumnIDs> const columns =
         CreateProjectData(*project).GetColumnIDs(texts, m_selection->GetVectorType());
-    return columns ? *columns : ColumnIDs(project);
+    if (!columns)
+        return ColumnIDs(project);
+    RefuseTransformation();
+    return *columns;
 }
 
-ProjectData *ProjectDataBuilder::Transform(ProjectData *data) const {
+void ProjectDataBuilder::RefuseTransformation() const {
     TransformationData::TransformationType const type = m_selection->GetTransformationData().GetTransformationType();
     if (type != TransformationData::NoTransformation)
         throw ProjectDataBuilderError(ExceptionMessage::translate("The transformation \"{1}\" is not available.") %
                                           TransformationData::GetLocalizedTransformationType(type),
                                       NCError::Error);
-    Scale(*data);
     if (m_selection->GetControlChartData().IsControlChart())
         throw ProjectDataBuilderError(ExceptionMessage::translate("Control charts are not available."), NCError::Error);
+}
+
+ProjectData *ProjectDataBuilder::Transform(ProjectData *data) const {
+    RefuseTransformation();
+    Scale(*data);
     return nullptr;
 }
 

@@ -43,6 +43,7 @@ public:
     // in common, when none is selected, and when the X axis alone is left.
     ProjectData *Build() const;
     // The columns of that table, without reading numbers and whatever is selected.
+    // Transformations and control charts are not available: asking for one is a ProjectDataBuilderError everywhere.
     ColumnIDs BuildColumnIDs() const;
     // Transformation and control chart as a new table that the caller owns, or null when there are none; scaling
     // changes the given table where there is no transformation.
@@ -51,6 +52,7 @@ public:
 private:
     TablePtr Read(std::list<std::string> const &texts) const;
     void HideConstant(ColumnIDs const &columns) const;
+    void RefuseTransformation() const;
     void Scale(ProjectData &data) const;
     void ScaleBySpecifications(ProjectData &data) const;
     void ScaleToSpan(ProjectData &data) const;

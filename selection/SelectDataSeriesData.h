@@ -191,7 +191,7 @@ public:
     // selected before.
     void SelectBatches(std::vector<int> const &batches, bool keepPhase);
     SelectedType SelectBatches(std::vector<std::string> const &names);
-    // An empty name is that of the first batch, and of its first phase.
+    // An empty batch is the first one, an empty phase the whole batch.
     void SetSelectedBatchAndPhase(char const *batch, char const *phase);
     // Batches all of whose items are selected. True when it is one phase of one batch instead.
     bool GetSelectedBatches(std::vector<int> &batches) const;
@@ -230,7 +230,7 @@ private:
     void CorrectNumVectors();
     void SetDefaultLags(TransformationData &transformation) const;
     void SelectAll() const;
-    ColumnIDs const &Columns() const; // none when there are none
+    ColumnIDs const &Columns() const; // none when there are none, and without project
     ObservationInfos Rows() const;    // the observations behind the columns
 
     Mode m_mode = Normal;

@@ -58,7 +58,7 @@ Range PhaseOf(Range const &batch, std::string const &phase, Positions const &pha
 ColumnIDs const &SelectDataSeriesData::Columns() const {
     static ColumnIDs const none;
     ColumnIDs const *const columns = GetColumnIDs();
-    return columns ? *columns : none;
+    return columns && !m_project.expired() ? *columns : none;
 }
 
 ObservationInfos SelectDataSeriesData::Rows() const {
@@ -259,7 +259,7 @@ void SelectDataSeriesData::SetSelectedBatchAndPhase(char const *batch, char cons
     ObservationInfos const rows = Rows();
     m_selectObjects.SetAllValues(false);
     Positions const beginnings = BatchUtilities::GetBatchBeginnings(list, rows);
-    std::string wanted = batch;
+    std::string wanted = batch ? batch : "";
     for (int group = 1; group <= beginnings.Size(); ++group) {
         ObservationInfo const &first = rows[static_cast<std::size_t>(beginnings[group] - 1)];
         if (wanted.empty())
@@ -267,7 +267,7 @@ void SelectDataSeriesData::SetSelectedBatchAndPhase(char const *batch, char cons
         if (first.GetBatchName(list) != wanted)
             continue;
         Range range = RangeOf(beginnings, group, static_cast<int>(rows.size()));
-        if (*phase != '\0' && list.GetPhaseID(AliasAccess(list)) != 0) {
+        if (phase && *phase != '\0' && list.GetPhaseID(AliasAccess(list)) != 0) {
             bool phased = false;
             range = PhaseOf(range, phase, BatchUtilities::GetPhaseBeginnings(list, rows), rows, list, phased);
         }
@@ -316,7 +316,8 @@ void SelectDataSeriesData::GetSelectedBatches(std::vector<std::string> &names) c
     if (m_vectorType == ProjectVector::VectorTypeAligned) {
         std::set<int> batches;
         for (ProjectVectorData const &series : m_series)
-            batches.insert(series.batchIx);
+            if (series.batchIx > 0)
+                batches.insert(series.batchIx);
         if (ModelInfo const *const model = m_series.front().GetModelInfo())
             ProjectUtilities::BatchConverter(*project, model->number, false)
                 .FromIndexToBatch({batches.begin(), batches.end()}, names);

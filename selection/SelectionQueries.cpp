@@ -9,8 +9,9 @@
 
 namespace {
 
+// A record that shows nothing of its own: without a vector, or a counting row.
 bool IsNum(ProjectVectorData const &data) {
-    return data.GetProjectVector()->IsNumVector();
+    return !data.GetProjectVector() || data.GetProjectVector()->IsNumVector();
 }
 
 // Counts of vectors that show observed, and predicted, items.
@@ -56,7 +57,7 @@ int SelectDataSeriesData::GetSeriesModel() const {
 int SelectDataSeriesData::GetCurrentModel() const {
     int model = -1;
     for (ProjectVectorData const *data : VectorsInUse()) {
-        if (!data->GetProjectVector() || IsNum(*data))
+        if (IsNum(*data))
             continue;
         ModelInfo const *const info = data->GetModelInfo();
         if (!info || (model != -1 && info->number != model))
@@ -160,7 +161,7 @@ bool SelectDataSeriesData::HasEqualDataSource(std::string &name) const {
         return data.GetProjectVector()->GetDataType() == ProjectVector::DataTypePredictionSet;
     };
     for (ProjectVectorData const *data : VectorsInUse()) {
-        if (!data->GetProjectVector() || IsNum(*data))
+        if (IsNum(*data))
             continue;
         if (!first) {
             first = data;

@@ -30,6 +30,8 @@ int ProjectVectorData::GetModelNumber() const {
 bool ProjectVectorData::operator==(ProjectVectorData const &other) const {
     if (m_vector != other.m_vector)
         return false;
+    if (!m_vector)
+        return true;
     if (HasComponents()) {
         if (other.m_dataset != 0 || !other.m_model || other.m_model->number != m_model->number)
             return false;
@@ -162,6 +164,10 @@ int ProjectVectorData::GetComponent(ProjectVector::ComponentType kind, bool reso
 
 int ProjectVectorData::GetComponent(bool resolve) const {
     return GetComponent(static_cast<ProjectVector::ComponentType>(m_vector->GetComponentType()), resolve);
+}
+
+int ProjectVectorData::MaxOfPair(int which) const {
+    return m_model ? ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(which), *m_model) : 0;
 }
 
 int ProjectVectorData::GetNumberIDComponent() const {

@@ -59,7 +59,7 @@ public:
     ~ProjectVectorData();
 
     // The same statistic: vector, source, components, numbers and batch as far as the vector uses them. Units, weights,
-    // groups, rounds and display transform take no part. The left side must have a vector.
+    // groups, rounds and display transform take no part. Two records without a vector are equal.
     bool operator==(ProjectVectorData const &other) const;
 
     // The vector and its source. Null marks an empty specification.
@@ -156,6 +156,8 @@ private:
     bool HasComponents() const; // of a model: not of a data source
     int GetModelNumber() const; // 0 without model
     int Resolved(int component, bool resolve, int (ModelInfo::*last)() const) const;
+    int ComponentField(ProjectVector::ComponentType kind) const;
+    int MaxOfPair(int which) const; // components of the first or second kind of a pair; 0 without model
     std::uint32_t DefaultNumber(ProjectUtilities::DefaultSelection const &defaults) const;
     bool HasSameSource(ProjectVectorData const &other) const;
     bool CheckObservationOrVariable(ProjectPtr const &project) const;

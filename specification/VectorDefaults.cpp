@@ -156,14 +156,14 @@ private:
     // The first variable or observation of the prediction set or a data set.
     bool ChooseFirstOfData() {
         bool const predicted = m_dataType == Vector::DataTypePredictionSet;
-        if (!predicted)
-            m_data.SetDataSet(m_dataset);
-        Take(IsOverObservations() ? (predicted ? "VarPS" : "VarDS") : (predicted ? "ObsPS" : "ObsDS"),
-             predicted ? Vector::DataTypePredictionSet : Vector::DataTypeDataSet);
         boost::shared_ptr<NCDataSet const> const data =
             predicted ? m_project->GetPredSet(-1) : m_project->GetDataSet(m_dataset);
         if (!data)
             return false;
+        if (!predicted)
+            m_data.SetDataSet(m_dataset);
+        Take(IsOverObservations() ? (predicted ? "VarPS" : "VarDS") : (predicted ? "ObsPS" : "ObsDS"),
+             predicted ? Vector::DataTypePredictionSet : Vector::DataTypeDataSet);
         if (IsOverObservations() && !data->GetVariables().empty())
             m_data.SetNumber(data->GetVariables().front());
         else if (!IsOverObservations() && !data->GetObservations().empty())
@@ -173,7 +173,8 @@ private:
 
     bool ChooseOfModel() {
         int const model = m_model ? m_model->number : FindDefaultModel(false);
-        if (model < 1)
+        bool const ofPredictionSet = WantsOnlyPredicted() && !IsOverObservations();
+        if (model < 1 || (ofPredictionSet && !m_project->GetPredSet(-1)))
             return false;
         Bind(model);
         bool const hasComponents = BoundModelHasComponents();
@@ -183,9 +184,8 @@ private:
             return TakeFirstComponent("tPS");
         if (IsOverObservations())
             return TakeWithNumbers(WantsOnlyPredicted() ? "XVarPS" : "XVar", Vector::DataTypeModel);
-        if (!WantsOnlyPredicted())
-            return TakeWithNumbers("XObs", Vector::DataTypeModel);
-        return m_project->GetPredSet(-1) && TakeWithNumbers("ObsPS", Vector::DataTypePredictionSet);
+        return ofPredictionSet ? TakeWithNumbers("ObsPS", Vector::DataTypePredictionSet)
+                               : TakeWithNumbers("XObs", Vector::DataTypeModel);
     }
 
     // The project's current variable or observation of the prediction set or a data set.
@@ -220,7 +220,8 @@ private:
         int const model = m_model ? m_model->number : FindDefaultModel(false);
         if (m_dataType != Vector::DataTypeModel || model < 1) {
             m_data.SetDataSet(1);
-            return TakeWithNumbers("ObsDS", Vector::DataTypeDataSet);
+            Take("ObsDS", Vector::DataTypeDataSet);
+            return true;
         }
         Bind(model);
         auto const &info = m_data.GetModelInfoPtr();

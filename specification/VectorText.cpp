@@ -75,6 +75,13 @@ std::string ProjectVectorData::GetDataSourceName() const {
     return m_model ? "M" + std::to_string(m_model->number) : std::string();
 }
 
+// A field of a vector that is indexed by several kinds of components at once; there -2 is the last one, too.
+int ProjectVectorData::ComponentField(ProjectVector::ComponentType kind) const {
+    int const component = GetComponent(kind, true);
+    bool const last = component == -2 && kind != ProjectVector::ComponentOSC;
+    return last ? GetMaxComponents(nullptr, kind) : component;
+}
+
 std::string ProjectVectorData::ToStdString(DefaultSelection const *defaults) const {
     if (!m_vector)
         return {};
@@ -96,7 +103,7 @@ std::string ProjectVectorData::ToStdString(DefaultSelection const *defaults) con
     else
         for (int const kind : {1, 2, 4, 8})
             if ((kinds & kind) != 0)
-                text << ',' << GetComponent(static_cast<ProjectVector::ComponentType>(kind), true);
+                text << ',' << ComponentField(static_cast<ProjectVector::ComponentType>(kind));
 
     ProjectVector::NumberType const numberType = m_vector->GetNumberType();
     bool const range =
@@ -105,9 +112,8 @@ std::string ProjectVectorData::ToStdString(DefaultSelection const *defaults) con
         text << ",0";
     } else if (range) {
         int const number = static_cast<int>(m_numberID);
-        int const limit =
-            m_model ? ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(1), *m_model) : 0;
-        text << ',' << (number == notSet ? m_vector->GetFirstComponent() : number <= limit ? number : notSet);
+        bool const within = m_numberID <= static_cast<std::uint32_t>(MaxOfPair(1));
+        text << ',' << (number == notSet ? m_vector->GetFirstComponent() : within ? number : notSet);
     } else if (numberType == ProjectVector::NumberObsOrVar && m_numberID == NotSet &&
                m_vector->GetType() != ProjectVector::VectorTypeVariablesScores &&
                m_vector->GetType() != ProjectVector::VectorTypeObservationsLoadings) {
@@ -123,13 +129,11 @@ std::string ProjectVectorData::ToStdString(DefaultSelection const *defaults) con
         WriteContribution(text, *this, m_yVar);
     if (m_vector->UseNumberID2()) {
         if (range) {
-            int limit =
-                m_model ? ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(2), *m_model) : 0;
+            int limit = MaxOfPair(2);
             std::string const name = m_vector->GetName();
             if (m_model && (name == "T2Range" || name == "T2RangePS") && ModelTypeE::IsOPLSorO2PLS(m_model->type))
                 limit += m_model->SizeXSideOrthogonalComponents();
-            int const number = static_cast<int>(m_numberID2);
-            text << ',' << (number == notSet || number > limit ? limit : number);
+            text << ',' << std::min(m_numberID2, static_cast<std::uint32_t>(limit));
         } else {
             text << ',' << GetNumberID2(defaults, true);
         }
@@ -469,7 +473,7 @@ private:
         switch (m_vector.GetNumberType()) {
         case ProjectVector::NumberObsOrVar:
             if (OfScores())
-                m_text << "(Var " << VariableName(m_data.GetNumber(&m_defaults)) << ')';
+                m_text << "(Var " << VariableName(m_data.GetNumberID()) << ')';
             else
                 m_text << ObservationBracket() << ObservationName(m_data.GetNumber(&m_defaults)) << ')';
             break;

@@ -138,15 +138,15 @@ void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last) {
     bool const ofModel = columns->GetSource() == ColumnIDs::Terms && columns->GetOwner() > 0;
     auto const model = ofModel ? project->GetModel(columns->GetOwner()) : nullptr;
     auto const isSkipped = [&](int column) {
-        if (!IsSingleVariable(*columns, column))
-            return true;
         VariableInfo const variable = project->GetVariables()[columns->GetColumnID(column)];
-        return IsSpecialULVariable(&variable) ||
-               (model && model->GetYColumnTerms().Find(columns->GetColumnTerm(column)) != -1);
+        return !IsSingleVariable(*columns, column) || IsSpecialULVariable(&variable);
+    };
+    auto const isY = [&](int column) {
+        return model && model->GetYColumnTerms().Find(columns->GetColumnTerm(column)) != -1;
     };
     while (first < last && isSkipped(first))
         ++first;
-    while (last > first && isSkipped(last))
+    while (last > first && (isSkipped(last) || isY(last)))
         --last;
 }
 

@@ -36,8 +36,8 @@ DATASERIES_API bool IsHierarchicalVariable(VariableInfo const *variable);
 
 // Of terms only those with one mother count.
 DATASERIES_API bool HasNonSpecialVariables(ColumnIDs const *columns);
-// Narrows a range of columns to begin and end with variables that are not special; `last` -1 is the last column. A term
-// of the model's Y is special here too.
+// Narrows a range of columns to begin and end with variables that are not special; `last` -1 is the last column. At the
+// end a term of the model's Y is special too.
 DATASERIES_API void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last);
 
 } // namespace ProjectUtilities

@@ -2,6 +2,7 @@
 
 #include "platform/NCProject.h"
 #include "platform/StatisticSource.h"
+#include "platform/XercesXMLSection.h"
 
 #include <boost/make_shared.hpp>
 
@@ -41,37 +42,104 @@ private:
     mutable int m_left;
 };
 
-// A project with as many models as a test adds, of any kind, without data behind them.
+// What is known of a model that was added, to be changed.
+struct RecordedModel {
+    ModelInfo info;
+    ColumnTerms x;
+    ColumnTerms y;
+    ObservationInfos rows;
+    bool isNormalized = true;
+    bool isWeighted = false;
+    // Of a batch model.
+    std::vector<std::string> batches;
+    int treatment = 0;
+};
+
+// A data set, a workset or a prediction set: which items it has, without values.
+class RecordedData final : public NCDataSet {
+public:
+    int number = 0;
+    ObservationInfos observations;
+    std::vector<std::uint32_t> variables;
+    std::vector<int> observationAliases;
+    std::vector<int> variableAliases;
+
+    explicit RecordedData(NCProject const &project) : m_project(&project) {}
+
+    ProjectPtr GetProject() const override { return m_project->shared_from_this(); }
+    ObservationInfos const &GetObservations() const override { return observations; }
+    std::vector<std::uint32_t> const &GetVariables() const override { return variables; }
+    AliasAccess GetObservationAliases() const override { return {observationAliases, m_project->GetObservations()}; }
+    AliasAccess GetVariableAliases() const override { return {variableAliases, m_project->GetVariables()}; }
+    int GetNumber() const override { return number; }
+    std::string GetName() const override { return "DS" + std::to_string(number); }
+    NCDataVector<float> GetVariable(std::uint32_t) const override { return {}; }
+    NCDataVector<float> GetObservation(std::uint32_t) const override { return {}; }
+
+private:
+    NCProject const *m_project;
+};
+
+// A project with as many models and data as a test adds, of any kind, without numbers behind them.
 class RecordingProject final : public NCProject {
 public:
     RecordingSource source;
     StatisticSource const *otherSource = nullptr; // answers in its place
     std::map<int, NCDataSetInfo> dataSets;
     mutable int memoryLocks = 0;
+    int activeModel = -1;
+    int preferredObservationAlias = 1;
+    NCVariables variables;
+    NCObservations observations;
 
     // Adds model 1, 2, ...: components of each kind, terms numbered from 1 in X and on in Y.
     int AddModel(ModelTypeE::Model type, int predictive, int xSide = 0, int ySide = 0, int xTerms = 3, int yTerms = 0);
+    // The same with the batches of that name.
+    int AddBatchModel(int predictive, std::vector<std::string> batches);
+    RecordedModel &Model(int model);
+    ModelInfo &Info(int model) { return Model(model).info; }
 
-    // What is known of a model that was added, to be changed.
-    ModelInfo &Info(int model);
+    // Items by number; data set 0 is the prediction set. They have the first alias.
+    RecordedData &AddData(int dataSet, std::vector<std::uint32_t> const &rows, std::vector<std::uint32_t> columns);
+    // The data that a model is made of, and the rows projected on it.
+    RecordedData &AddWorkset(int model, std::vector<std::uint32_t> const &rows, std::vector<std::uint32_t> columns);
+    void AddPredictions(int model, std::vector<std::uint32_t> const &rows);
 
     StatisticSource const &GetStatisticSource() const override { return otherSource ? *otherSource : source; }
     int GetNumberOfModels() const override { return static_cast<int>(m_models.size()); }
     int GetModelNumberAt(int index) const override { return index; }
     boost::shared_ptr<ModelInfo const> GetModelInfo(int model) const override;
     boost::shared_ptr<NCModel const> GetModel(int model) const override;
+    int GetActiveModelNumber() const override { return activeModel; }
+    boost::shared_ptr<NCDataContainerBase const> GetWorkset(int model) const override;
+    boost::shared_ptr<NCDataSet const> GetDataSet(int dataSet) const override;
     boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int dataSet) const override;
+    int GetFirstDataSet(int after) const override;
+    boost::shared_ptr<NCDataSet const> GetPredSet(int) const override { return GetDataSet(0); }
+    boost::shared_ptr<NCDataSet const> GetModelPredSet(int) const override { return GetDataSet(0); }
+    boost::shared_ptr<NCPredictions const> GetPredictions(int model, bool required) const override;
+    std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name) override;
     void LockMemory() const override { ++memoryLocks; }
     void UnlockMemory() const override { --memoryLocks; }
     NCVariables const &GetVariables() const override { return variables; }
     NCObservations const &GetObservations() const override { return observations; }
-
-    NCVariables variables;
-    NCObservations observations;
+    int GetPreferredObservationAlias() const override { return preferredObservationAlias; }
 
 private:
-    struct Model;
-    std::vector<boost::shared_ptr<Model>> m_models;
+    struct Entry {
+        RecordedModel content;
+        boost::shared_ptr<NCModel> object;
+    };
+
+    boost::shared_ptr<Entry> Find(int model) const;
+    boost::shared_ptr<RecordedData> MakeData(std::vector<std::uint32_t> const &rows,
+                                             std::vector<std::uint32_t> columns) const;
+
+    std::vector<boost::shared_ptr<Entry>> m_models;
+    std::map<int, boost::shared_ptr<RecordedData>> m_data;
+    std::map<int, boost::shared_ptr<RecordedData>> m_worksets;
+    std::map<int, boost::shared_ptr<NCPredictions const>> m_predictions;
+    XercesXMLSection m_settings;
 };
 
 inline boost::shared_ptr<RecordingProject> MakeRecordingProject() {
