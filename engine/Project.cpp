@@ -466,8 +466,7 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
 // The data set has the project's default time variable.
 bool Project::HasDates(int dataSet) const {
     VariableInfo const *const time = GetVariables().GetDefaultTimeVariable();
-    auto const data = time ? m_state->Data(dataSet) : nullptr;
-    return data && data->ColumnOf(time->GetUniqueID());
+    return time && m_state->RecordOf(dataSet) && m_state->Data(dataSet).ColumnOf(time->GetUniqueID());
 }
 
 boost::shared_ptr<NCModel const> Project::GetModel(int model) const {
