@@ -1,53 +1,11 @@
-#include "catalogue/ProjectVectorHandler.h"
-#include "tests/support/RecordingProject.h"
-
-#include <gtest/gtest.h>
+#include "tests/catalogue/DelegateCases.h"
 
 namespace {
 
-constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
-constexpr auto Loadings = ProjectVector::VectorTypeObservationsLoadings;
-
-// Models 1 to 4: PCA, PLS, OPLS, O2PLS with two components of each kind that they have.
-boost::shared_ptr<RecordingProject> FourModels() {
-    auto const project = MakeRecordingProject();
-    project->AddModel(ModelTypeE::PCA, 2);
-    project->AddModel(ModelTypeE::PLS, 2, 0, 0, 3, 2);
-    project->AddModel(ModelTypeE::OPLS, 2, 2, 0, 3, 2);
-    project->AddModel(ModelTypeE::O2PLS, 2, 2, 2, 3, 2);
-    return project;
-}
-
-ProjectVector const *FindFor(RecordingProject const &project, char const *name, ProjectVector::VectorTypeEnum type,
-                             char const *args) {
-    auto const info = project.GetModelInfo(ProjectVector::GetModelNumber({}, args));
-    ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-    auto const found = handler.Find(name, type, ProjectVector::DataTypeModel, info.get());
-    return found == handler.end() ? nullptr : *found;
-}
-
-// The call that a vector makes for an argument text, empty when it gives nothing without a call.
-std::string CallOf(char const *name, ProjectVector::VectorTypeEnum type, char const *args) {
-    auto const project = FourModels();
-    ProjectVector const *const vector = FindFor(*project, name, type, args);
-    if (!vector)
-        return "no vector";
-    bool const delivered = vector->CreateVectorRaw(project, args) != nullptr;
-    std::string const call = project->source.Take();
-    EXPECT_EQ(delivered, !call.empty()) << name << " " << args;
-    return call;
-}
-
-struct DelegateCase {
-    char const *name;
-    ProjectVector::VectorTypeEnum type;
-    char const *args;
-    char const *call;
-    char const *columns;
-};
+using namespace delegates;
 
 // clang-format off
-DelegateCase const delegates[] = {
+DelegateCase const cases[] = {
     {"abs(p(corr))", Loadings, "M2,1,0,3", "GetAbsPCorr(2, [1])", "GetPCorrColumnIDs(2)"},
     {"c", Loadings, "M2,1,0,3", "GetC(2, [1])", "GetCColumnIDs(2)"},
     {"c(corr)", Loadings, "M2,1,0,3", "GetCCorr(2, [1])", "GetCCorrColumnIDs(2)"},
@@ -118,16 +76,7 @@ DelegateCase const delegates[] = {
 // clang-format on
 
 TEST(ScoresAndLoadings, AskTheirOperationsWithTheirArguments) {
-    auto const project = FourModels();
-    for (DelegateCase const &row : delegates) {
-        ProjectVector const *const vector = FindFor(*project, row.name, row.type, row.args);
-        ASSERT_NE(vector, nullptr) << row.name;
-        EXPECT_NE(vector->CreateVectorRaw(project, row.args), nullptr) << row.name;
-        EXPECT_EQ(project->source.Take(), row.call);
-        EXPECT_EQ(vector->CreateColumnIDsRaw(project, row.args).Size(), project->source.columns) << row.name;
-        EXPECT_EQ(project->source.Take(), row.columns);
-        EXPECT_EQ(vector->GetHelpString().find(std::string(row.name) + ": "), 0u) << row.name;
-    }
+    ExpectCalls(cases);
 }
 
 TEST(ScoresAndLoadings, ModelKindDecidesWhichOfTwoVectorsAnswers) {
