@@ -1,5 +1,6 @@
 #include "engine/models/NipalsExtraction.h"
 
+#include "engine/models/Acceleration.h"
 #include "engine/models/Kernels.h"
 
 #include <algorithm>
@@ -126,8 +127,10 @@ bool NipalsExtraction::FindPca(Residual &e) {
     Component found;
     found.t = e.Column(Largest(m_components.ssX));
     Vector products = e.ProductsOf(found.t);
+    Acceleration acceleration;
     for (found.iterations = 1;; ++found.iterations) {
-        found.p = e.LoadingsFrom(products, found.t).normalized();
+        Vector const p = e.LoadingsFrom(products, found.t).normalized();
+        found.p = found.iterations == 1 ? p : acceleration.Next(found.p, p).normalized();
         Vector const before = found.t;
         found.t = e.ScoresOf(found.p, products);
         if (Converged(found.t, before) || found.iterations == maximalIterations)

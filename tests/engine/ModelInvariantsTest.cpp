@@ -188,6 +188,33 @@ TEST(ModelProperties, SmallPlsComponentsAreExact) {
     }
 }
 
+// The first component of noise with missing cells, in hundreds of rounds of plain iteration from the same start.
+TEST(ModelProperties, AcceleratedIterationEndsWherePlainDoes) {
+    for (unsigned const seed : {3, 6, 12, 15}) {
+        RowMatrix cells = Random(60, 20, seed);
+        for (Index cell = 0; cell < cells.size(); cell += 23)
+            cells.data()[cell] = nan;
+        Block const x(cells);
+        Block const y(RowMatrix(60, 0));
+        NipalsExtraction extraction(x, y, nullptr);
+        extraction.Extract(1);
+        Matrix const observed = cells.unaryExpr([](double v) { return std::isnan(v) ? 0.0 : 1.0; });
+        Matrix const e = x.Values();
+        Index start = 0;
+        e.colwise().squaredNorm().maxCoeff(&start);
+        Vector t = e.col(start);
+        Vector p;
+        int rounds = 0;
+        for (Vector before = Vector::Zero(60); (t - before).squaredNorm() >= 1e-20 * t.squaredNorm(); ++rounds) {
+            before = t;
+            p = (e.transpose() * t).cwiseQuotient(observed.transpose() * t.cwiseAbs2()).normalized();
+            t = (e * p).cwiseQuotient(observed * p.cwiseAbs2());
+        }
+        EXPECT_LE(Difference(Signless(p, extraction.Found().p), extraction.Found().p), 1e-7) << seed;
+        EXPECT_LT(extraction.Iterations()[0], rounds) << seed;
+    }
+}
+
 // A row that outweighs all others in t, but not in the column where it is missing.
 TEST(ModelProperties, MissingOutlierDoesNotSpoilItsColumn) {
     RowMatrix cells = Random(20, 5, 9);
