@@ -1,0 +1,217 @@
+#include "catalogue/ProjectVectorHandler.h"
+#include "tests/specification/World.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The vectors that defaults choose among, in front of others of these names.
+struct Catalogue {
+    VectorProbe r2x{{.name = "R2Xcum", .type = V::VectorTypeComponent, .isRegistered = true}};
+    VectorProbe pLag{{.name = "pLag", .type = V::VectorTypeLag, .components = 1, .isRegistered = true}};
+    VectorProbe tAligned{{.name = "t", .type = V::VectorTypeAligned, .components = 1, .isRegistered = true}};
+    VectorProbe tPSAligned{{.name = "tPS", .type = V::VectorTypeAligned, .components = 1, .isRegistered = true}};
+    VectorProbe xAligned{
+        {.name = "XVar", .type = V::VectorTypeAligned, .number = V::NumberBatchXVariable, .isRegistered = true}};
+    VectorProbe xPSAligned{{.name = "XVarPS",
+                            .type = V::VectorTypeAligned,
+                            .number = V::NumberBatchXVariable,
+                            .obsPred = V::Predicted,
+                            .isRegistered = true}};
+    VectorProbe out{{.name = "TAlignedOOCSum", .type = V::VectorTypeBatch, .components = 1, .isRegistered = true}};
+    VectorProbe x{{.name = "XVar", .number = V::NumberXVariable, .isRegistered = true}};
+    VectorProbe xPS{{.name = "XVarPS", .number = V::NumberXVariable, .obsPred = V::Predicted, .isRegistered = true}};
+    VectorProbe xObs{
+        {.name = "XObs", .type = V::VectorTypeObservationsLoadings, .number = V::NumberObsOrVar, .isRegistered = true}};
+    VectorProbe var{{.name = "VarDS", .number = V::NumberObsOrVar, .data = V::DataTypeDataSet, .isRegistered = true}};
+    VectorProbe varPS{{.name = "VarPS",
+                       .number = V::NumberObsOrVar,
+                       .data = V::DataTypePredictionSet,
+                       .obsPred = V::Predicted,
+                       .isRegistered = true}};
+    VectorProbe obs{{.name = "ObsDS",
+                     .type = V::VectorTypeObservationsLoadings,
+                     .number = V::NumberObsOrVar,
+                     .data = V::DataTypeDataSet,
+                     .isRegistered = true}};
+    VectorProbe obsPS{{.name = "ObsPS",
+                       .type = V::VectorTypeObservationsLoadings,
+                       .number = V::NumberObsOrVar,
+                       .data = V::DataTypePredictionSet,
+                       .obsPred = V::Predicted,
+                       .isRegistered = true}};
+};
+
+// "t 1 M1 c1 n-1,-1 b-1": vector and axis, source, stored predictive component, numbers, batch.
+std::string Text(ProjectVectorData const &data) {
+    ProjectVector const *const vector = data.GetProjectVector();
+    ProjectVectorData raw(data);
+    VectorProbe const stored({.components = 1});
+    raw.SetProjectVector(&stored);
+    int const component = raw.GetModelInfo() ? raw.GetPredComponent(false) : 0;
+    std::string const number2 = std::to_string(static_cast<int>(data.GetNumberID2(nullptr, false)));
+    return (vector ? vector->GetName() + std::string(" ") + std::to_string(vector->GetType()) : "none") + " " +
+           data.GetDataSourceName() + " c" + std::to_string(component) + " n" +
+           std::to_string(static_cast<int>(data.GetNumberID())) + "," + number2 + " b" + std::to_string(data.batchIx);
+}
+
+} // namespace
+
+TEST(VectorDefaults, ChooseTheFirstVector) {
+    World const world; // 1 PLS, 2 OPLS, 3 O2PLS, 4 of batches, all fitted
+    RecordingProject &project = *world.project;
+    project.AddBatchModel(0, {"A"});      // 5: of batches, without components
+    project.AddModel(ModelTypeE::PCA, 0); // 6: without components
+    project.AddWorkset(5, {3, 4}, {1, 2, 3});
+    project.AddWorkset(6, {2, 3}, {1, 2, 3});
+    project.AddModel(ModelTypeE::PCA, 2); // 7: lagged
+    project.Info(7).hasLaggedVariables = true;
+    World const empty; // nothing fitted, no prediction set
+    for (int model = 1; model <= 4; ++model)
+        empty.project->Info(model).fitted = false;
+    auto const none = MakeRecordingProject(); // no models
+    none->AddData(3, {7, 8}, {9, 10});
+    none->AddData(0, {5}, {6});
+    auto const bare = MakeRecordingProject(); // nothing
+    Catalogue const catalogue;
+
+    constexpr int Scores = 1, Loadings = 2, Component = 3, Lag = 4, Aligned = 5, Batch = 6;
+    constexpr int Obs = 1, Pred = 2, Both = 3;
+    constexpr char const *no = nullptr;
+    // Project; axis; data type; model (0 none); observed or predicted; then the record: for an empty record, and for
+    // one that shows XVar of model 2. "=" is the same, null false with nothing changed.
+    struct {
+        boost::shared_ptr<RecordingProject> project;
+        int type, data, model, obsPred;
+        char const *ofEmpty, *ofUsed;
+    } const cases[] = {
+        {world.project, Component, 4, 0, Both, "R2Xcum 3 M1 c-1 n1,-1 b-1", "R2Xcum 3 M2 c-1 n3,-1 b-1"},
+        {world.project, Component, 4, 3, Both, "R2Xcum 3 M3 c-1 n1,-1 b-1", "R2Xcum 3 M3 c-1 n3,-1 b-1"},
+        {empty.project, Component, 4, 0, Both, "none  c0 n1,-1 b-1", "R2Xcum 3 M2 c-1 n3,-1 b-1"},
+        {world.project, Lag, 4, 0, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
+        {world.project, Lag, 4, 7, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
+        {world.project, Lag, 4, 1, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
+        {empty.project, Lag, 4, 1, Both, no, no},
+        {world.project, Aligned, 4, 0, Both, "t 5 M4 c1 n-1,-1 b1", "t 5 M4 c1 n3,-1 b1"},
+        {world.project, Aligned, 4, 1, Pred, "tPS 5 M4 c1 n-1,-1 b1", "tPS 5 M1 c1 n3,-1 b1"},
+        {world.project, Aligned, 4, 5, Obs, "XVar 5 M5 c-1 n1,-1 b1", "="},
+        {world.project, Aligned, 4, 5, Pred, "XVarPS 5 M5 c-1 n1,-1 b1", "="},
+        {world.project, Batch, 4, 0, Both, "TAlignedOOCSum 6 M4 c1 n-1,-1 b-1", "TAlignedOOCSum 6 M4 c1 n3,-1 b-1"},
+        {world.project, Batch, 4, 5, Both, "Num 6 M5 c-1 n-1,-1 b-1", "Num 6 M5 c-1 n3,-1 b-1"},
+        {empty.project, Batch, 4, 0, Both, "Num 6  c0 n-1,-1 b-1", "Num 6  c0 n3,-1 b-1"},
+        // Scores and loadings of models.
+        {world.project, Scores, 4, 0, Both, "t 1 M1 c1 n-1,-1 b-1", "t 1 M2 c1 n3,-1 b-1"},
+        {world.project, Scores, 4, 3, Obs, "t 1 M3 c1 n-1,-1 b-1", "t 1 M3 c1 n3,-1 b-1"},
+        {world.project, Scores, 4, 1, Pred, "tPS 1 M1 c1 n-1,-1 b-1", "tPS 1 M1 c1 n3,-1 b-1"},
+        {world.project, Scores, 4, 6, Both, "XVar 1 M6 c-1 n-1,-1 b-1", "="},
+        {world.project, Scores, 4, 6, Pred, "XVarPS 1 M6 c-1 n-1,-1 b-1", "="},
+        {empty.project, Scores, 4, 0, Both, no, "t 1 M2 c1 n3,-1 b-1"},
+        {world.project, Loadings, 4, 0, Both, "p 2 M1 c1 n-1,-1 b-1", "p 2 M1 c-1 n3,-1 b-1"},
+        {world.project, Loadings, 4, 6, Obs, "XObs 2 M6 c-1 n2,-1 b-1", "="},
+        {world.project, Loadings, 4, 1, Pred, "ObsPS 2 PS c-1 n5,-1 b-1", "p 2 M1 c-1 n3,-1 b-1"},
+        {empty.project, Loadings, 4, 0, Both, no, "ObsDS 2 DS1 c0 n3,-1 b-1"},
+        // Data sets.
+        {world.project, Scores, 1, 1, Both, "VarDS 1 DS2 c0 n2,-1 b-1", "="},
+        {world.project, Loadings, 1, 1, Both, "ObsDS 2 DS2 c0 n2,-1 b-1", "="},
+        {world.project, Scores, 2, 0, Both, "VarPS 1 PS c0 n5,-1 b-1", "VarPS 1 PS c-1 n5,-1 b-1"},
+        {world.project, Loadings, 2, 0, Both, "ObsPS 2 PS c0 n5,-1 b-1", "ObsPS 2 PS c-1 n5,-1 b-1"},
+        {world.project, Loadings, 3, 0, Both, "ObsDS 2 DS2 c0 n2,-1 b-1", "="},
+        {none, Scores, 4, 0, Both, "VarDS 1 DS3 c0 n9,-1 b-1", "t 1 M2 c1 n3,-1 b-1"},
+        {none, Loadings, 4, 0, Both, "ObsDS 2 DS3 c0 n7,-1 b-1", "ObsDS 2 DS1 c0 n3,-1 b-1"},
+        {none, Loadings, 2, 0, Both, "ObsPS 2 PS c0 n5,-1 b-1", "ObsPS 2 PS c-1 n5,-1 b-1"},
+        {bare, Scores, 4, 0, Both, no, "t 1 M2 c1 n3,-1 b-1"},
+        {bare, Loadings, 2, 0, Both, no, nullptr}};
+    for (auto const &row : cases) {
+        SCOPED_TRACE(&row - cases);
+        for (bool const used : {false, true}) {
+            if (used && row.project == bare && row.data == 2)
+                continue; // an error of the project
+            ProjectVectorData data = used ? world.Data(catalogue.x, "M2", Number(3)) : ProjectVectorData();
+            std::string const before = Text(data);
+            bool const found = ProjectVectorData::SetProjectVectorDataDefault(
+                row.project, static_cast<V::VectorTypeEnum>(row.type), data, static_cast<V::DataTypeEnum>(row.data),
+                row.project->GetModelInfo(row.model).get(),
+                row.project == none   ? 3
+                : row.project == bare ? 0
+                                      : 2,
+                static_cast<V::ObsOrPredType>(row.obsPred));
+            char const *expected = !used || (row.ofUsed && *row.ofUsed == '=') ? row.ofEmpty : row.ofUsed;
+            EXPECT_EQ(found, expected != nullptr);
+            EXPECT_EQ(Text(data), expected ? expected : before);
+            if (found && row.type == Batch && data.GetProjectVector() == &catalogue.out) {
+                EXPECT_EQ(std::pair(data.multiplier1, data.multiplier2), std::pair(3.0, -3.0));
+            }
+        }
+    }
+    // The active model comes first, where it fits.
+    ProjectVectorData data;
+    project.activeModel = 3;
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeVariablesScores, data, V::DataTypeModel,
+                                                   nullptr, 1, V::ObsAndPred);
+    EXPECT_EQ(data.GetDataSourceName(), "M3");
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeAligned, data, V::DataTypeModel, nullptr,
+                                                   1, V::ObsAndPred);
+    EXPECT_EQ(data.GetDataSourceName(), "M4");
+    // A lagged model behind the record itself.
+    data = world.Data(catalogue.x, "M7");
+    project.AddModel(ModelTypeE::PCA, 1);
+    project.Info(8).hasLaggedVariables = true;
+    project.activeModel = 8;
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeLag, data, V::DataTypeModel, nullptr, 1,
+                                                   V::ObsAndPred);
+    EXPECT_EQ(data.GetDataSourceName(), "M7");
+}
+
+TEST(VectorDefaults, FillNumbersByTheirKind) {
+    World const world;
+    ProjectUtilities::DefaultSelection defaults(world.project);
+    ColumnTerm const x(3), y(5);
+    defaults.SetDefaultXTerm(&x);
+    defaults.SetDefaultYTerm(&y);
+    defaults.SetDefaultSelectedBatches({"B", "C"}, false);
+    defaults.SetDefaultSelectedBatches({"C"}, true);
+    constexpr auto Loadings = V::VectorTypeObservationsLoadings;
+    constexpr auto ObsOrVar = V::NumberObsOrVar;
+    // Vector; source; number, second number and batch, which are 77 before
+    struct {
+        VectorTraits vector;
+        char const *source, *expected;
+    } const cases[] = {{{}, "M1", "0 77 77"},
+                       {{.number = V::NumberYVariable}, "M1", "-1 77 77"},
+                       {{.number = V::NumberXVariable}, "M1", "-1 77 77"},
+                       {{.number = V::NumberXAndYVariable}, "M1", "-1 2 77"},
+                       {{.number = V::NumberComponentRange}, "M1", "1 2 77"},
+                       {{.number = V::NumberBatch}, "M4", "1 77 2"},
+                       {{.number = V::NumberBatch, .obsPred = V::Predicted}, "M4", "1 77 3"},
+                       {{.number = V::NumberBatch}, "M1", "1 77 1"},
+                       {{.number = V::NumberBatch, .data = V::DataTypeDataSet}, "DS1", "1 77 1"},
+                       {{.number = V::NumberBatchXVariable}, "M4", "3 77 2"},
+                       {{.type = V::VectorTypeLag, .number = V::NumberBatchXVariable}, "M4", "1 77 2"},
+                       {{.number = V::NumberBatchYVariable}, "M1", "2 77 1"},
+                       {{.number = V::NumberBatchVIPPhase}, "M1", "2 1 1"},
+                       {{.number = V::NumberBatchComponentRange}, "M4", "1 2 2"},
+                       {{.number = V::NumberBatchIndexOnly}, "M4", "77 77 77"},
+                       {{.number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS1", "3 77 77"},
+                       {{.number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS2", "-1 77 77"},
+                       {{.number = V::NumberBatchVIPSecond}, "M4", "1 1 1"},
+                       {{.number = ObsOrVar}, "M1", "1 77 77"},
+                       {{.number = ObsOrVar}, "", "5 77 77"},
+                       {{.number = ObsOrVar, .data = V::DataTypePredictionSet}, "", "5 77 77"},
+                       {{.number = ObsOrVar, .data = V::DataTypeDataSet}, "DS2", "2 77 77"},
+                       {{.type = Loadings, .number = ObsOrVar}, "M4", "1 77 77"},
+                       {{.type = Loadings, .number = ObsOrVar, .obsPred = V::Predicted}, "M4", "3 77 77"},
+                       {{.type = Loadings, .number = ObsOrVar, .data = V::DataTypePredictionSet}, "", "5 77 77"},
+                       {{.type = Loadings, .number = ObsOrVar, .data = V::DataTypeDataSet}, "DS2", "2 77 77"}};
+    for (auto const &row : cases) {
+        VectorProbe const vector(row.vector);
+        ProjectVectorData data = world.Data(vector, row.source, Number(77, 77, 77));
+        // A variable or observation is that of the vector's own data, not one that was asked for before.
+        defaults.clear();
+        data.SetDefaultNumberID(defaults);
+        EXPECT_EQ(std::to_string(static_cast<int>(data.GetNumberID())) + " " +
+                      std::to_string(static_cast<int>(data.GetNumberID2(nullptr, false))) + " " +
+                      std::to_string(data.batchIx),
+                  row.expected)
+            << &row - cases;
+    }
+}
