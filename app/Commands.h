@@ -13,3 +13,4 @@ void AddTableCommand(CLI::App &program);
 void AddPlotCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);
+void AddSummaryCommand(CLI::App &program);

@@ -86,6 +86,34 @@ std::pair<std::string, engine::VariableTransformation> TransformationIn(std::str
     return {text.substr(0, equals), transformation};
 }
 
+// "2", "1,2", "1,2,1": predictive, X-side and Y-side orthogonal components; what is left out is found.
+void SetComponents(engine::ModelRequest &model, std::string const &text) {
+    int *const counts[] = {&model.components, &model.xOrthogonal, &model.yOrthogonal};
+    std::istringstream stream(text);
+    std::size_t read = 0;
+    for (std::string part; std::getline(stream, part, ','); ++read) {
+        bool const isNumber = !part.empty() && part.size() <= 6 && part.find_first_not_of("0123456789") == part.npos;
+        if (!isNumber || read == std::size(counts) || (read == 0 && part == "0"))
+            throw UsageError("\"" + text + "\" is no number of components such as 2, or 1,2,1 for O2PLS");
+        *counts[read] = std::stoi(part);
+    }
+    if (read == 0 || text.back() == ',')
+        throw UsageError("\"" + text + "\" is no number of components such as 2, or 1,2,1 for O2PLS");
+}
+
+// A kind of model that has no orthogonal components takes none.
+void CheckComponents(engine::ModelRequest &model) {
+    bool const isX = ModelTypeE::IsOPLSorO2PLS(model.type);
+    bool const isY = ModelTypeE::IsO2PLS(model.type);
+    if ((model.xOrthogonal > 0 && !isX) || (model.yOrthogonal > 0 && !isY))
+        throw UsageError("A " + ModelTypeE::GetModelTypeName(model.type) + " model has no " + (isX ? "Y-side " : "") +
+                         "orthogonal components");
+    if (!isX)
+        model.xOrthogonal = 0;
+    if (!isY)
+        model.yOrthogonal = 0;
+}
+
 void Report(FitRequest const &request, engine::Project const &project, int model) {
     boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(model);
     Output output;
@@ -131,9 +159,11 @@ void Fit(FitRequest request) {
     for (std::string const &text : request.transformations)
         request.model.transformations.insert(TransformationIn(text));
     if (needsResponses && request.responses.empty())
-        throw UsageError("A PLS model needs its Y variables: --y NAME,...");
+        throw UsageError("A " + ModelTypeE::GetModelTypeName(request.model.type) +
+                         " model needs its Y variables: --y NAME,...");
     if (!needsResponses && !request.responses.empty())
-        throw UsageError("A PCA model has no Y variables; --y is for PLS");
+        throw UsageError("A PCA model has no Y variables; --y is for PLS, OPLS and O2PLS");
+    CheckComponents(request.model);
     auto const project = engine::Project::OpenToWrite(request.project);
     int const model = [&] {
         ProgressBar bar("Fitting");
@@ -188,7 +218,10 @@ void AddModelCommands(CLI::App &program) {
     engine::ModelRequest &model = request->model;
     CLI::App *const command = program.add_subcommand("fit", "Fit a model to a data set");
     command->add_option("PROJECT", request->project, "The project file")->required();
-    AddChoice(*command, "--type", model.type, {{"pca", ModelTypeE::PCA}, {"pls", ModelTypeE::PLS}}, "Kind of model")
+    AddChoice(
+        *command, "--type", model.type,
+        {{"pca", ModelTypeE::PCA}, {"pls", ModelTypeE::PLS}, {"opls", ModelTypeE::OPLS}, {"o2pls", ModelTypeE::O2PLS}},
+        "Kind of model")
         ->required();
     command->add_option("--data", model.dataSet, "The number of the data set (1)")->type_name("N");
     command->add_option("--y", request->responses, "The Y variables; all others are X variables")
@@ -206,9 +239,11 @@ void AddModelCommands(CLI::App &program) {
                {"par", engine::ModelRequest::Pareto},
                {"none", engine::ModelRequest::None}},
               "Unit variance (uv), centred only, Pareto, or as it is");
-    command->add_option("--components", model.components, "How many components (those that are significant)")
-        ->type_name("N")
-        ->check(CLI::Range(1, 1000000));
+    command
+        ->add_option_function<std::string>(
+            "--components", [request](std::string const &text) { SetComponents(request->model, text); },
+            "How many components (those that are significant); of opls and o2pls also the orthogonal ones")
+        ->type_name("N[,X[,Y]]");
     command->add_option("--cv-groups", model.crossValidationGroups, "Groups of cross-validation (7); 0: none")
         ->type_name("N")
         ->check(CLI::Range(0, 1000000));

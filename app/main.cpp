@@ -62,6 +62,7 @@ int Run(int count, char **arguments) {
     AddPlotCommand(program);
     AddBuildCommand(program);
     AddDefaultsCommand(program);
+    AddSummaryCommand(program);
     try {
         program.parse(count, arguments);
         return done;
