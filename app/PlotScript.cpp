@@ -190,8 +190,10 @@ void Script::WriteBars() {
     }
     if (!m_style.errors.empty())
         plots += WriteErrorBars(-0.5 * static_cast<double>(m_rows.size() - 1) * width);
-    m_text += "set boxwidth " + Number(0.92 * width) +
-              "\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " + plots + "\n";
+    m_text +=
+        "set boxwidth " + Number(0.92 * width) +
+        "\nset yrange [*<0:0<*]\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " +
+        plots + "\n";
 }
 
 // Bars of error on the first series; the part of the plot command that draws them.
@@ -202,7 +204,7 @@ std::string Script::WriteErrorBars(double shift) {
             m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[0][item]) + " " +
                       Number(m_style.errors[item]) + "\n";
     m_text += "EOD\n";
-    return ", $e using 1:2:3 with yerrorbars pt 7 ps 0 lc rgb '#303030' lw 1.1 notitle";
+    return ", $e using 1:($2-$3):(0):(2*$3) with vectors heads size screen 0.005,90 lc rgb '#303030' lw 1.1 notitle";
 }
 
 void Script::WriteLines() {
