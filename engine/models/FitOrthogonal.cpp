@@ -55,16 +55,22 @@ private:
         return candidate;
     }
 
+    // X-side orthogonal components at most.
+    Index Most(Index predictive) const {
+        if (m_definition.xOrthogonal != autofit)
+            return m_definition.xOrthogonal;
+        auto const all = m_validator ? AutofitLimit(m_workset) : ComponentsWithoutRounds(m_workset);
+        return std::max<Index>(0, all - predictive);
+    }
+
     // All X-side components asked for, or as many as improve the prediction: the search ends when two in a row do not.
     Series Grow(Index predictive) {
         auto const searching = m_definition.xOrthogonal == autofit && m_validator;
-        auto const most = searching                             ? AutofitLimit(m_workset) - predictive
-                          : m_definition.xOrthogonal == autofit ? ComponentsWithoutRounds(m_workset) - predictive
-                                                                : m_definition.xOrthogonal;
+        auto const most = Most(predictive);
         auto const yOrthogonal = YOrthogonal(predictive);
         Series series;
         Index significant = 0;
-        for (Index j = 0; j == 0 || j <= (searching ? std::min(most, significant + 2) : most); ++j) {
+        for (Index j = 0; j <= most && (!searching || j <= significant + 2); ++j) {
             Progress const part([&](double done) {
                 m_progress.Report((static_cast<double>(j) + done) / static_cast<double>(most + 1));
                 return true;
@@ -72,8 +78,7 @@ private:
             auto candidate = Try({predictive, j, yOrthogonal}, part);
             if (candidate.fit.components.XOrthogonal() < j)
                 break;
-            if (searching && j > 0 && Improves(candidate.Press(), series.back().Press()) &&
-                candidate.fit.components.TakenX(predictive + j - 1).sum() >= 0.01 * TotalX(candidate))
+            if (searching && j > 0 && LastIsSignificant(candidate, series.back()))
                 significant = j;
             series.push_back(std::move(candidate));
         }
@@ -82,7 +87,12 @@ private:
         return series;
     }
 
-    static double TotalX(Candidate const &candidate) { return candidate.fit.components.ssX.col(0).sum(); }
+    // Whether the last X-side component improves the prediction and is not negligible.
+    static bool LastIsSignificant(Candidate const &candidate, Candidate const &before) {
+        auto const &model = candidate.fit.components;
+        return Improves(candidate.Press(), before.Press()) &&
+               model.TakenX(model.Predictive() + model.XOrthogonal() - 1).sum() >= 0.01 * model.ssX.col(0).sum();
+    }
 
     // What is asked for, or as many as take a twentieth of Y each. They do not depend on X-side components when all
     // cells are there, and are found without them otherwise.

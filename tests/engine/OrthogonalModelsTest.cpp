@@ -221,6 +221,11 @@ TEST_P(OrthogonalModels, Decompose) {
     EXPECT_LE(Difference(m_x.transpose() * uo, c.r * uo.colwise().squaredNorm().asDiagonal()), 1e-8);
     Matrix const keep = Leading(m_x.transpose() * m_y, shape.components);
     EXPECT_LE((keep.transpose() * c.wo).norm(), 1e-10);
+    // A shorter model has all orthogonal components.
+    auto const shorter = FirstComponents(c, shape.components - 1);
+    auto const left = XResiduals(c, xBlock, m_fitted.model.scores, shape.components - 1);
+    EXPECT_LE(Difference(left.colwise().squaredNorm().transpose(), shorter.ssX.rightCols(1)), 1e-7);
+    EXPECT_LE(Difference(shorter.wStar, c.wStar.leftCols(shape.components - 1)), 1e-9);
     // Overall order: each component takes what its own vectors tell, Y-side ones nothing of X, X-side ones none of Y.
     for (Index j = 0; j < c.All(); ++j) {
         Vector x = Vector::Zero(c.ssX.rows());
@@ -369,6 +374,9 @@ TEST(OrthogonalModelProperties, EndWhereTheDataDo) {
     EXPECT_LE(opls.model.components.ssX.rightCols(1).sum(), 1e-10);
     Fitted const full(cells, DefineOrthogonal(cells, 2, 2, 0, 3, 0));
     EXPECT_EQ(full.model.components.YOrthogonal(), 0);
+    Fitted const none(cells, DefineOrthogonal(cells, 2, 0, 2, 1, 3));
+    EXPECT_EQ(none.model.components.All(), 0);
+    EXPECT_LE(Difference(none.model.crossValidation->press, none.model.components.ssY), 1e-12);
 }
 
 // A new row with a missing cell on a model of complete rows.
