@@ -159,8 +159,8 @@ void Fit(FitRequest request) {
     for (std::string const &text : request.transformations)
         request.model.transformations.insert(TransformationIn(text));
     if (needsResponses && request.responses.empty())
-        throw UsageError("A " + ModelTypeE::GetModelTypeName(request.model.type) +
-                         " model needs its Y variables: --y NAME,...");
+        throw UsageError("The model (" + ModelTypeE::GetModelTypeName(request.model.type) +
+                         ") needs its Y variables: --y NAME,...");
     if (!needsResponses && !request.responses.empty())
         throw UsageError("A PCA model has no Y variables; --y is for PLS, OPLS and O2PLS");
     CheckComponents(request.model);

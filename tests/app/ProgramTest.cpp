@@ -177,7 +177,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"import a.csv a.csv", 1, "a.csv is not a project."},
         {"import nowhere/x.project a.csv --missing '?'", 1, "nowhere/x.project can't be opened for writing"},
         {"fit a.project --type qda", 2, "--type: qda not in"},
-        {"fit a.project --type pls", 2, "A PLS model needs its Y variables: --y NAME,..."},
+        {"fit a.project --type pls", 2, "(PLS) needs its Y variables: --y NAME,..."},
         {"fit a.project --type pca --y y", 2, "A PCA model has no Y variables"},
         {"fit a.project --type pca --components 0", 2, "--components: Value 0 not in range"},
         {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
@@ -298,6 +298,36 @@ TEST_F(Program, BuildsSelections) {
         EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
         EXPECT_EQ(outcome.error.find('\n'), outcome.error.size() - 1) << row.line;
     }
+}
+
+TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
+    Write("o.csv", "id,a,b,c,y,z\n1,1,2,1,1.2,3\n2,2,1,4,1.9,1\n3,3,5,2,3.4,4\n4,4,3,6,3.8,2\n5,5,7,3,5.6,6\n"
+                   "6,6,4,8,5.9,3\n7,2,2,5,2.5,2\n8,5,1,1,4.0,7\n");
+    Done("import o.project o.csv");
+    Done("fit o.project --type opls --y y --exclude z --components 1,1 --cv-groups 4");
+    Done("fit o.project --type o2pls --y y,z --components 1,1,1 --cv-groups 4");
+    Done("fit o.project --type pls --y y --components 2 --cv-groups 4 --exclude z --transform y=log");
+    auto const summary = Fields(Done("summary o.project --model 1 --format csv --plot s.svg"));
+    ASSERT_EQ(summary.size(), 3u);
+    EXPECT_EQ(summary[0][4], "R2Y");
+    EXPECT_EQ(summary[2][0], "XSide Comp[1]");
+    EXPECT_NEAR(std::stod(summary[2][5]), std::stod(summary[1][5]), 1e-4) << "orthogonal components explain no Y";
+    EXPECT_TRUE(std::filesystem::exists(folder / "s.svg"));
+    EXPECT_EQ(Fields(Done("build o.project --series YPred:y@M3 --series YVar:y@M3 --format csv")).size(), 9u);
+    EXPECT_EQ(Fields(Done("build o.project --series uo@M2 --series to@M2 --format csv")).size(), 9u);
+    struct {
+        char const *line, *error;
+    } const wrong[] = {{"fit o.project --type pls --y y --components 1,1", "A PLS model has no orthogonal components"},
+                       {"fit o.project --type opls --y y --components 1,1,1", "no Y-side orthogonal components"},
+                       {"fit o.project --type opls --y y --components 1,", "is no number of components"},
+                       {"fit o.project --type opls --components 1", "(OPLS) needs its Y variables"},
+                       {"fit o.project --type pls --y y --transform y=root", "\"y=root\" is no transformation"}};
+    for (auto const &row : wrong) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, 2) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+    }
+    EXPECT_THAT(Run("summary o.project --model 9").error, HasSubstr("There is no model 9."));
 }
 
 TEST_F(Program, EndsCleanly) {
