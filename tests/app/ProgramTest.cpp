@@ -179,7 +179,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"fit a.project --type qda", 2, "--type: qda not in"},
         {"fit a.project --type pls", 2, "(PLS) needs its Y variables: --y NAME,..."},
         {"fit a.project --type pca --y y", 2, "A PCA model has no Y variables"},
-        {"fit a.project --type pca --components 0", 2, "--components: Value 0 not in range"},
+        {"fit a.project --type pca --components 0", 2, "\"0\" is no number of components"},
         {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
         {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
         {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
