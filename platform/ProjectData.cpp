@@ -13,13 +13,15 @@ VStreamableData Header() {
     return {1, "ProjectData"};
 }
 
-NCDataMatrix<float> PickedColumns(NCDataMatrix<float> const &matrix, ColumnIDs::Positions const &positions) {
-    NCDataMatrix<float> picked(matrix.Rows(), positions.Size());
-    for (int row = 1; row <= matrix.Rows(); ++row) {
-        float const *const from = matrix.Row(row).data();
-        std::ranges::transform(positions, picked.MutableRow(row).begin(), [from](int at) { return from[at - 1]; });
+// Appends the rows of a table, cut down to the columns at `positions`.
+void AppendPicked(NCDataMatrix<float> &matrix, NCDataMatrix<float> const &added,
+                  ColumnIDs::Positions const &positions) {
+    std::vector<float> picked(positions.size());
+    for (int row = 1; row <= added.Rows(); ++row) {
+        float const *const from = added.Row(row).data();
+        std::ranges::transform(positions, picked.begin(), [from](int at) { return from[at - 1]; });
+        matrix.AppendRow(picked);
     }
-    return picked;
 }
 
 // Of a list that tells something of each column, or is shorter.
@@ -50,11 +52,17 @@ int ProjectData::GetColumnClass(int column) const {
 
 void ProjectData::Reserve(int rows) {
     m_rows.Reserve(rows);
-    m_matrix.reserve(rows);
+    m_reserved = rows;
+    // What has the rows already stays shared with copies.
+    if (rows > Rows())
+        m_matrix.reserve(rows);
 }
 
-void ProjectData::KeepColumns(ColumnIDs::Positions const &positions) {
-    m_matrix = PickedColumns(m_matrix, positions);
+void ProjectData::KeepColumns(ColumnIDs::Positions const &positions, int rowsToCome) {
+    NCDataMatrix<float> kept(0, positions.Size());
+    kept.reserve(std::max(m_reserved, Rows() + rowsToCome));
+    AppendPicked(kept, m_matrix, positions);
+    m_matrix = std::move(kept);
     m_classes = Picked(m_classes, positions);
     m_groups = Picked(m_groups, positions);
     m_columns.Reduce(positions);
@@ -71,8 +79,8 @@ bool ProjectData::InterSection(ProjectData const &other) {
         break;
     default:
         if (here.Size() < Columns())
-            KeepColumns(here);
-        m_matrix.AppendRows(PickedColumns(other.m_matrix, there));
+            KeepColumns(here, other.Rows());
+        AppendPicked(m_matrix, other.m_matrix, there);
     }
     m_columns.MergeBatches(other.m_columns);
     for (auto const &[row, format] : std::map<int, std::string>(other.m_formats))
@@ -89,7 +97,7 @@ std::unique_ptr<ProjectData> ProjectData::UseOnly(ColumnIDs const &ids) const {
         return nullptr;
     auto reduced = std::make_unique<ProjectData>(*this);
     if (common == 1)
-        reduced->KeepColumns(here);
+        reduced->KeepColumns(here, 0);
     return reduced;
 }
 
