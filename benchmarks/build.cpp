@@ -55,7 +55,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using ProjectDataUtilities::ProjectDataBuilder;
-using V = ProjectVector;
+using namespace probes;
 
 constexpr int million = 1'000'000;
 constexpr int rowsOfATable = 20;
@@ -97,7 +97,7 @@ ProjectData CannedTable(int rows, int columns, std::uint32_t first, std::uint32_
 class CannedVector {
 public:
     CannedVector(char const *name, V::NumberType number, ProjectData const &table)
-        : m_vector({.name = name, .number = number, .isRegistered = true}) {
+        : m_vector({.name = name, .number = number, .flags = "R"}) {
         m_vector.table = [table](ProjectPtr const &, std::string const &) {
             return std::make_unique<ProjectData>(table);
         };
@@ -125,7 +125,7 @@ boost::shared_ptr<RecordingProject> OneModel() {
 }
 
 SelectDataSeriesData Empty(boost::shared_ptr<RecordingProject> const &project) {
-    return {project, SelectDataSeriesData::Normal, V::VectorTypeVariablesScores, -1, V::ObsAndPred};
+    return {project, SelectDataSeriesData::Normal, Scores, -1, V::ObsAndPred};
 }
 
 void Measure(benchmark::State &state, SelectDataSeriesData const &selection) {
@@ -150,7 +150,7 @@ void Measure(benchmark::State &state, SelectDataSeriesData const &selection) {
 // Twenty series that one text asks for.
 void BuildOfOneTable(benchmark::State &state) {
     auto const project = OneModel();
-    CannedVector const vector("one", V::NumberXVariable, CannedTable(rowsOfATable, million, 1, 1, project));
+    CannedVector const vector("one", X, CannedTable(rowsOfATable, million, 1, 1, project));
     SelectDataSeriesData selection = Empty(project);
     for (int series = 1; series <= rowsOfATable; ++series)
         selection.AddSeries(vector.Series(*project, series), false);
@@ -160,7 +160,7 @@ void BuildOfOneTable(benchmark::State &state) {
 // The same with an item that is not selected: every row must be copied.
 void BuildOfSelectedItems(benchmark::State &state) {
     auto const project = OneModel();
-    CannedVector const vector("one", V::NumberXVariable, CannedTable(rowsOfATable, million, 1, 1, project));
+    CannedVector const vector("one", X, CannedTable(rowsOfATable, million, 1, 1, project));
     SelectDataSeriesData selection = Empty(project);
     for (int series = 1; series <= rowsOfATable; ++series)
         selection.AddSeries(vector.Series(*project, series), false);
@@ -174,8 +174,8 @@ void BuildOfSelectedItems(benchmark::State &state) {
 void BuildOfTwoTables(benchmark::State &state) {
     auto const project = OneModel();
     std::uint32_t const step = static_cast<std::uint32_t>(state.range(0));
-    CannedVector const one("one", V::NumberXVariable, CannedTable(rowsOfATable, million, 1, 1, project));
-    CannedVector const other("other", V::NumberXVariable, CannedTable(rowsOfATable, million, step, step, project));
+    CannedVector const one("one", X, CannedTable(rowsOfATable, million, 1, 1, project));
+    CannedVector const other("other", X, CannedTable(rowsOfATable, million, step, step, project));
     SelectDataSeriesData selection = Empty(project);
     for (int series = 1; series <= rowsOfATable; ++series)
         selection.AddSeries(one.Series(*project, series), false);
@@ -190,8 +190,7 @@ void BuildOfManySeries(benchmark::State &state) {
     int const size = static_cast<int>(state.range(0));
     bool const joined = state.range(1) != 0;
     auto const project = OneModel();
-    CannedVector const vector("many", joined ? V::NumberXVariable : V::NumberYVariable,
-                              CannedTable(joined ? size : 1, 1000, 1, 1, project));
+    CannedVector const vector("many", joined ? X : Y, CannedTable(joined ? size : 1, 1000, 1, 1, project));
     SelectDataSeriesData selection = Empty(project);
     for (int series = 1; series <= size; ++series)
         selection.AddSeries(vector.Series(*project, series), false);

@@ -17,7 +17,7 @@ namespace {
 
 using Builder = ProjectDataUtilities::ProjectDataBuilder;
 using Selection = SelectDataSeriesData;
-using V = ProjectVector;
+using namespace probes;
 
 // Columns and rows by a letter: a, b, c over 1 2 3 (c missing throughout), h over 3 4 5, z over 9, k over terms 4,
 // a product with the constant, the constant and 7, o a single column 1, x as a over 3 2 1; 0 gives nothing, N and M are
@@ -71,8 +71,8 @@ protected:
     ProjectVectorData Series(char letter) const {
         ProjectVectorData data;
         ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-        data.SetProjectVector(letter == 'N'   ? handler.GetNumVector(V::VectorTypeVariablesScores)
-                              : letter == 'M' ? handler.GetMissingVector(V::VectorTypeVariablesScores)
+        data.SetProjectVector(letter == 'N'   ? handler.GetNumVector(Scores)
+                              : letter == 'M' ? handler.GetMissingVector(Scores)
                                               : &m_vector);
         data.SetModelInfoPtr(m_project->GetModelInfo(1));
         data.SetNumber(static_cast<std::uint32_t>(letter));
@@ -82,8 +82,7 @@ protected:
     // X, Y axis, - for none, and the series: "a-bh".
     Selection Make(std::string const &letters) const {
         int const mode = (letters[0] != '-' ? 1 : 0) + (letters[1] != '-' ? 2 : 0);
-        Selection selection(m_project, static_cast<Selection::Mode>(mode), V::VectorTypeVariablesScores, -1,
-                            V::ObsAndPred);
+        Selection selection(m_project, static_cast<Selection::Mode>(mode), Scores, -1, V::ObsAndPred);
         selection.SetXAxis(Series(letters[0]));
         selection.SetYAxis(Series(letters[1]));
         for (char const letter : letters.substr(2))
@@ -115,7 +114,7 @@ protected:
     int Reads() const { return static_cast<int>(std::exchange(m_vector.asked, {}).size()); }
 
     boost::shared_ptr<RecordingProject> m_project = MakeRecordingProject();
-    VectorProbe m_vector{{.name = "row", .number = V::NumberYVariable, .isRegistered = true}};
+    VectorProbe m_vector{{.name = "row", .number = Y, .flags = "R"}};
 };
 
 constexpr char const *noCommon = "No common elements to create the data.";
@@ -272,12 +271,11 @@ TEST(BuildOfEngine, GivesTheNumbersOfTheStatistics) {
     request.components = 2;
     project->AddModel(request);
     GetProjectData const direct(*project);
-    for (auto const &[name, type] :
-         {std::pair("t", V::VectorTypeVariablesScores), {"p", V::VectorTypeObservationsLoadings}}) {
+    for (auto const &[name, type] : {std::pair("t", Scores), {"p", Loadings}}) {
         Selection selection(project, Selection::AxisX, type, -1, V::ObsAndPred);
         ProjectVectorData data;
         data.SetProjectVector(
-            ProjectVectorHandler::Instance()->FindVector(name, type, V::DataTypeModel, project->GetModelInfo(1).get()));
+            ProjectVectorHandler::Instance()->FindVector(name, type, OfModel, project->GetModelInfo(1).get()));
         data.SetModelInfoPtr(project->GetModelInfo(1));
         data.SetComponent(1);
         selection.SetXAxis(data);

@@ -12,7 +12,7 @@
 namespace {
 
 using Selection = SelectDataSeriesData;
-using V = ProjectVector;
+using namespace probes;
 using Names = std::vector<std::string>;
 
 char const *const sevenRows = "id,batch,phase,x1,x2\no1,A,p1,1,2\no2,A,p1,2,1\no3,A,p2,3,5\no4,B,p1,4,3\no5,B,p2,5,7\n"
@@ -50,11 +50,10 @@ protected:
         return data;
     }
 
-    static Selection Scores(bool phased, char const *flags) {
-        ProjectVector const &t = *ProjectVectorHandler::Instance()->FindVector(
-            "t", V::VectorTypeVariablesScores, V::DataTypeModel, s_phased->GetModelInfo(1).get());
-        Selection selection(phased ? s_phased : s_plain, Selection::Normal, V::VectorTypeVariablesScores, -1,
-                            V::ObsAndPred);
+    static Selection Selected(bool phased, char const *flags) {
+        ProjectVector const &t =
+            *ProjectVectorHandler::Instance()->FindVector("t", Scores, OfModel, s_phased->GetModelInfo(1).get());
+        Selection selection(phased ? s_phased : s_plain, Selection::Normal, Scores, -1, V::ObsAndPred);
         ProjectVectorData series = Data(t);
         series.SetComponent(1);
         selection.AddSeries(series, true);
@@ -89,7 +88,7 @@ TEST_F(BatchSelection, SelectsByNumberAndPhase) {
                        {"0010000", {1, 2}, true, "0010110"},  {"0010001", {3, 1}, true, "0010000"},
                        {"1000000", {2, 3}, true, "0001001"},  {"0000000", {1, 2}, true, "0000000"}};
     for (auto const &row : cases) {
-        Selection selection = Scores(true, row.before);
+        Selection selection = Selected(true, row.before);
         selection.SelectBatches(row.batches, row.keepPhase);
         EXPECT_EQ(Flags(selection), row.after) << row.before;
     }
@@ -98,7 +97,7 @@ TEST_F(BatchSelection, SelectsByNumberAndPhase) {
 TEST_F(BatchSelection, SelectsByName) {
     for (auto const &[names, type, after] : std::initializer_list<std::tuple<Names, int, char const *>>{
              {{"B"}, 2, "0001110"}, {{"C", "A", "Z"}, 2, "1110001"}, {{"Z"}, 0, "0000000"}, {{}, 0, "0000000"}}) {
-        Selection selection = Scores(true, "0101010");
+        Selection selection = Selected(true, "0101010");
         EXPECT_EQ(selection.SelectBatches(names), type);
         EXPECT_EQ(Flags(selection), after);
     }
@@ -110,7 +109,7 @@ TEST_F(BatchSelection, SelectsByName) {
                        {"Z", "p1", "0000000", "0000000"}, {"C", "p2", "0000000", "0000001"}};
     for (auto const &row : cases)
         for (bool const phased : {true, false}) {
-            Selection selection = Scores(phased, "0101010");
+            Selection selection = Selected(phased, "0101010");
             selection.SetSelectedBatchAndPhase(row.batch, row.phase);
             EXPECT_EQ(Flags(selection), phased ? row.phased : row.plain) << row.batch;
         }
@@ -134,7 +133,7 @@ TEST_F(BatchSelection, TellsWhatIsSelectedWhole) {
                        {"0000000", {}, false, {}, "-", "-"}};
     for (auto const &row : cases) {
         SCOPED_TRACE(row.flags);
-        Selection const phased = Scores(true, row.flags), plain = Scores(false, row.flags);
+        Selection const phased = Selected(true, row.flags), plain = Selected(false, row.flags);
         std::vector<int> batches{9};
         EXPECT_EQ(phased.GetSelectedBatches(batches), row.isPhase);
         EXPECT_EQ(batches, row.batches);
@@ -152,16 +151,16 @@ TEST_F(BatchSelection, TellsWhatIsSelectedWhole) {
 }
 
 TEST_F(BatchSelection, LeavesSeriesOfBatchesAlone) {
-    VectorProbe batchVector({.name = "ofBatch", .number = V::NumberBatch, .isRegistered = true});
-    VectorProbe aligned({.name = "al", .type = V::VectorTypeAligned, .number = V::NumberBatch, .isRegistered = true});
-    VectorProbe perBatch({.name = "per", .type = V::VectorTypeBatch, .isRegistered = true});
+    VectorProbe batchVector({.name = "ofBatch", .number = Batch, .flags = "R"});
+    VectorProbe aligned({"al", Aligned, Batch, 0, OfModel, V::Observed, 0, "R"});
+    VectorProbe perBatch({.name = "per", .type = PerBatch, .flags = "R"});
     batchVector.columns = [](ProjectPtr const &project, std::string const &) {
         return ColumnIDs(ColumnIDs::Observations, {1, 2, 3, 4, 5, 6, 7}, project, 1);
     };
     perBatch.columns = [](ProjectPtr const &project, std::string const &) {
         return ColumnIDs(NCStringVector{"A", "B", "C"}, "batch", project, ColumnIDs::Batches, 1);
     };
-    Selection series = Scores(true, "0101010");
+    Selection series = Selected(true, "0101010");
     series.AddSeries(Data(batchVector, 1), true);
     EXPECT_EQ(series.SelectBatches(Names{"A"}), Selection::SeriesHaveBatches);
     EXPECT_EQ(Flags(series), "0101010");
@@ -169,14 +168,14 @@ TEST_F(BatchSelection, LeavesSeriesOfBatchesAlone) {
                                         {Selection::AxisY, true, 1},
                                         {Selection::AxisY, false, 2},
                                         {Selection::Normal, true, 2}}) {
-        Selection axes = Scores(true, "0101010");
+        Selection axes = Selected(true, "0101010");
         axes.SetMode(mode);
         axes.SetXAxis(x ? Data(batchVector, 1) : axes.GetSeries(1)); // speaks for both axes
         axes.SetYAxis(x ? axes.GetSeries(1) : Data(batchVector, 1));
         EXPECT_EQ(axes.SelectBatches(Names{"A"}), type);
     }
 
-    Selection batches(s_phased, Selection::Normal, V::VectorTypeBatch, -1, V::ObsAndPred);
+    Selection batches(s_phased, Selection::Normal, PerBatch, -1, V::ObsAndPred);
     batches.AddSeries(Data(perBatch), true);
     EXPECT_EQ(batches.SelectBatches(Names{"C", "A"}), Selection::ItemsSelected);
     Names names;
@@ -187,7 +186,7 @@ TEST_F(BatchSelection, LeavesSeriesOfBatchesAlone) {
     batches.SelectBatches(std::vector{1}, false); // rows of another kind
     EXPECT_EQ(Flags(batches), "000");
 
-    Selection shown(s_phased, Selection::Normal, V::VectorTypeAligned, -1, V::ObsAndPred);
+    Selection shown(s_phased, Selection::Normal, Aligned, -1, V::ObsAndPred);
     for (int const batch : {3, -1, 1, 3, 0})
         shown.AddSeries(Data(aligned, batch), false);
     std::vector<int> numbers;
@@ -198,7 +197,7 @@ TEST_F(BatchSelection, LeavesSeriesOfBatchesAlone) {
 }
 
 TEST_F(BatchSelection, SurvivesItsProject) {
-    Selection selection = Scores(true, "1110000");
+    Selection selection = Selected(true, "1110000");
     selection.SetProject(nullptr, false);
     std::vector<int> batches;
     selection.SelectBatches(std::vector{1}, true);

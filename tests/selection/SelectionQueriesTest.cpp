@@ -18,8 +18,8 @@ protected:
     Queries() {
         m_data['0'] = ProjectVectorData();
         ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-        m_data['n'] = m_world.Data(*handler.GetNumVector(V::VectorTypeVariablesScores), "");
-        m_data['m'] = m_world.Data(*handler.GetMissingVector(V::VectorTypeVariablesScores), "");
+        m_data['n'] = m_world.Data(*handler.GetNumVector(Scores), "");
+        m_data['m'] = m_world.Data(*handler.GetMissingVector(Scores), "");
     }
 
     // X and Y axis, - where there is none, and the series: "--ab".
@@ -34,16 +34,12 @@ protected:
     }
 
     World m_world;
-    VectorProbe m_t{{.name = "t"}}, m_u{{.name = "u"}}, m_tPS{{.name = "tPS", .obsPred = V::Predicted}};
-    VectorProbe m_var{{.name = "VarDS", .number = V::NumberObsOrVar, .data = V::DataTypeDataSet}};
-    VectorProbe m_varPS{
-        {.name = "VarPS", .number = V::NumberObsOrVar, .data = V::DataTypePredictionSet, .obsPred = V::Predicted}};
-    VectorProbe m_id{{.name = "ObsID", .data = V::DataTypeDataSet, .isNumLike = true}};
+    VectorProbe m_t{{"t"}}, m_u{{"u"}}, m_tPS{{.name = "tPS", .obsPred = Predicted}};
+    VectorProbe m_var{{"VarDS", Scores, ObsOrVar, 0, OfSet}};
+    VectorProbe m_varPS{{"VarPS", Scores, ObsOrVar, 0, OfPredSet, Predicted}};
+    VectorProbe m_id{{.name = "ObsID", .data = OfSet, .flags = "n"}};
     VectorProbe m_time{{.name = "Time/Maturity", .obsPred = V::ObsAndPred}};
-    VectorProbe m_obs{{.name = "ObsDS",
-                       .type = V::VectorTypeObservationsLoadings,
-                       .number = V::NumberObsOrVar,
-                       .data = V::DataTypeDataSet}};
+    VectorProbe m_obs{{"ObsDS", Loadings, ObsOrVar, 0, OfSet}};
     VectorProbe m_score{{.name = "s", .contributionSource = 1}}, m_distance{{.name = "D", .contributionSource = 3}};
     std::map<char, ProjectVectorData> m_data{
         {'a', m_world.Data(m_t, "M1")},     {'b', m_world.Data(m_t, "M2")},     {'c', m_world.Data(m_u, "M1")},

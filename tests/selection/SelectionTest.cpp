@@ -5,13 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
 using Selection = SelectDataSeriesData;
-constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
 
 // Scores of these models have the columns: 1: 1 2 3 4; 2: 3 4 5; 3: 9; 4: 1 2 3 4 with a batch; 5: 200 of them.
 ColumnIDs ColumnsOf(int model) {
@@ -98,9 +98,9 @@ private:
     boost::signals2::scoped_connection m_projectData, m_options;
 };
 
-TransformationData Transformation(TransformationData::TransformationType type, int sampleSize = 1, int order = 4) {
+TransformationData Transformation(int type, int sampleSize = 1, int order = 4) {
     TransformationData data;
-    data.SetTransformationType(type);
+    data.SetTransformationType(static_cast<TransformationData::TransformationType>(type));
     data.SetSampleSize(sampleSize);
     WaveletOptions options;
     options.SetWaveletOrder(order);
@@ -108,10 +108,10 @@ TransformationData Transformation(TransformationData::TransformationType type, i
     return data;
 }
 
-ControlChartData Chart(ControlChartData::ControlChartType type, ControlChart::ControlType control, int subgroup = 1) {
+ControlChartData Chart(int type, int control = 0, int subgroup = 1) {
     ControlChartData data;
-    data.SetControlChartType(type);
-    data.SetControlType(control);
+    data.SetControlChartType(static_cast<ControlChartData::ControlChartType>(type));
+    data.SetControlType(static_cast<ControlChart::ControlType>(control));
     data.SetSubgroupSize(subgroup);
     return data;
 }
@@ -172,7 +172,7 @@ TEST_F(SelectionTest, LagsFollowTheNumberOfItems) {
         selection.GetColumnIDs();
         EXPECT_EQ(selection.GetTransformationData().GetMaxLags(), maximum);
         EXPECT_EQ(selection.GetTransformationData().GetNumLags(), number);
-        selection.SetTransformationData(Transformation(TransformationData::AutoCorrelation));
+        selection.SetTransformationData(Transformation(1));
         EXPECT_EQ(selection.GetTransformationData().GetNumLags(), number);
         selection.SetColumnIDs(nullptr);
         EXPECT_EQ(selection.GetTransformationData().GetMaxLags(), 0);
@@ -188,6 +188,14 @@ TEST_F(SelectionTest, ChangesAreToldAndMakeColumnsOutOfDate) {
     using Operation = std::function<void(Selection &)>;
     auto const type = ProjectVector::VectorTypeObservationsLoadings;
     ColumnIDs const known(ColumnIDs::Observations, {2, 3, 77}, {}, 0);
+    auto const transform = [](std::vector<TransformationData> const &all) -> Operation {
+        return
+            [=](Selection &s) { std::ranges::for_each(all, [&](auto const &data) { s.SetTransformationData(data); }); };
+    };
+    auto const chart = [](std::vector<ControlChartData> const &all) -> Operation {
+        return
+            [=](Selection &s) { std::ranges::for_each(all, [&](auto const &data) { s.SetControlChartData(data); }); };
+    };
     // Events when changes are to be told at once, and else; whether the columns are found anew
     struct {
         Operation operation;
@@ -200,11 +208,7 @@ TEST_F(SelectionTest, ChangesAreToldAndMakeColumnsOutOfDate) {
         {[&](auto &s) { EXPECT_TRUE(s.RemoveSeries(2)); }, "pP", "", true},
         {[&](auto &s) { EXPECT_FALSE(s.RemoveSeries(3) || s.RemoveSeries(0)); }, "", "", false},
         {[&](auto &s) { EXPECT_TRUE(s.AddSeries(T(4), true)); }, "a4", "a4", false},
-        {[&](auto &s) {
-             s.SetMaximumNumberOfSeries(2);
-             EXPECT_FALSE(s.AddSeries(T(4), true));
-         },
-         "", "", false},
+        {[&](auto &s) { s.SetMaximumNumberOfSeries(2), s.AddSeries(T(4), true); }, "", "", false},
         {[&](auto &s) { s.SetMaximumNumberOfSeries(2), s.InsertSeries(1, T(4)); }, "a4pP", "a4", false},
         {[&](auto &s) { s.SetMaximumNumberOfSeries(1); }, "pP", "", false},
         {[&](auto &s) { s.SetMaximumNumberOfSeries(-1); }, "", "", false},
@@ -221,36 +225,17 @@ TEST_F(SelectionTest, ChangesAreToldAndMakeColumnsOutOfDate) {
         {[&](auto &s) { s.SetSDLimitsVec({}), s.SetMode(Selection::AxisXY), s.SetSelectObjects({}); }, "", "", false},
         {[&](auto &s) { s.SetProject(m_project, true); }, "O", "O", true},
         {[&](auto &s) { s.SetProject(m_project, false); }, "", "", false},
-        {[&](auto &s) { s.SetTransformationData(Transformation(TransformationData::CrossCorrelation)); }, "t2", "t2",
-         false},
-        {[&](auto &s) { s.SetTransformationData(Transformation(TransformationData::NoTransformation, 5)); }, "", "",
-         false},
-        {[&](auto &s) { s.SetTransformationData(Transformation(TransformationData::EWMA, 5, 8)); }, "t8w8", "t8w8",
-         false},
-        {[&](auto &s) {
-             s.SetTransformationData(Transformation(TransformationData::EWMA));
-             s.SetTransformationData(Transformation(TransformationData::EWMA, 3));
-             s.SetTransformationData(Transformation(TransformationData::EWMA, 3));
-         },
-         "t8t8", "t8t8", false},
-        {[&](auto &s) { s.SetControlChartData(Chart(ControlChartData::EWMA, ControlChart::Individual)); }, "c2/0",
-         "c2/0", true},
-        {[&](auto &s) {
-             s.SetControlChartData(Chart(ControlChartData::None, static_cast<ControlChart::ControlType>(1)));
-         },
-         "", "", false},
-        {[&](auto &s) { s.SetControlChartData(Chart(ControlChartData::None, ControlChart::Individual, 2)); }, "c0/0",
-         "c0/0", true},
-        {[&](auto &s) {
-             s.SetControlChartData(Chart(ControlChartData::Shewhart, ControlChart::Individual, 2));
-             s.SetControlChartData(Chart(ControlChartData::Shewhart, static_cast<ControlChart::ControlType>(1), 3));
-         },
-         "c1/0c1/0", "c1/0c1/0", true},
-        {[&](auto &s) {
-             s.SetControlChartData(Chart(ControlChartData::CUSUM, ControlChart::Individual, 2));
-             s.SetControlChartData(Chart(ControlChartData::CUSUM, static_cast<ControlChart::ControlType>(1), 3));
-         },
-         "c3/0", "c3/0", true},
+        // 2 cross correlation, 8 EWMA, with sample size and wavelet order
+        {transform({Transformation(2)}), "t2", "t2", false},
+        {transform({Transformation(0, 5)}), "", "", false},
+        {transform({Transformation(8, 5, 8)}), "t8w8", "t8w8", false},
+        {transform({Transformation(8), Transformation(8, 3), Transformation(8, 3)}), "t8t8", "t8t8", false},
+        // 1 Shewhart, 2 EWMA, 3 CUSUM, with control type and size of subgroups
+        {chart({Chart(2)}), "c2/0", "c2/0", true},
+        {chart({Chart(0, 1)}), "", "", false},
+        {chart({Chart(0, 0, 2)}), "c0/0", "c0/0", true},
+        {chart({Chart(1, 0, 2), Chart(1, 1, 3)}), "c1/0c1/0", "c1/0c1/0", true},
+        {chart({Chart(3, 0, 2), Chart(3, 1, 3)}), "c3/0", "c3/0", true},
         {[&](auto &s) { s.Clear(); }, "pP", "", true},
         {[&](auto &s) { s.AddSorting({}), s.Clear(); }, "OOpP", "OO", true},
         {[&](auto &s) { s.SetIsDirty(); }, "", "", true},
@@ -374,38 +359,39 @@ TEST_F(SelectionTest, EqualityCountsWhatIsShown) {
     struct {
         Operation change;
         bool data, all;
-    } const cases[] = {
-        {[](auto &) {}, true, true},
-        {[](auto &s) { s.SetMode(Selection::AxisXY); }, false, false},
-        {[](auto &s) { s.SetVectorType(ProjectVector::VectorTypeLag); }, false, false},
-        {[](auto &s) { s.SetObsPredType(ProjectVector::Observed); }, false, false},
-        {[&](auto &s) { s.SetProject(MakeRecordingProject(), false); }, false, false},
-        {[&](auto &s) { s.SetXAxis(T(4)); }, false, false},
-        {[&](auto &s) { s.SetYAxis(T(4)); }, true, true}, // not in use
-        {[&](auto &s) { s.SetTransformationData(Transformation(TransformationData::R2X)); }, false, false},
-        {[&](auto &s) { s.AddSeries(T(1), false); }, false, false},
-        {[&](auto &s) { s.SetSeries(1, T(4)); }, false, false},
-        {[&](auto &s) {
-             ProjectVectorData t = T(1);
-             t.scaling = 2, s.SetSeries(1, t);
-         },
-         true, true},
-        {[](auto &s) {
-             s.SetSelectObjects({true, true, true, false});
-         },
-         false, false},
-        {[](auto &s) { s.SetScaleType(Selection::ScaleZeroToOne); }, true, false},
-        {[](auto &s) { s.SetDisplayDataInverted(true); }, true, false},
-        {[](auto &s) { s.UseConfidenceInterval() = true; }, true, false},
-        {[](auto &s) { s.SetRawHeader("h", false); }, true, false},
-        {[](auto &s) { s.SetSupportsTransformation(false); }, true, false},
-        {[](auto &s) {
-             s.AddSorting({}), s.SetLimits(false), s.SetSDLimitsVec({}), s.GetExtraOptions().significance = 1;
-             s.SetGlobalType(Selection::GlobalTypeProject);
-             s.SetControlChartData(Chart(ControlChartData::CUSUM, ControlChart::Individual));
-             s.SetAxisAspectRatio(static_cast<Selection::AspectRatioType>(2), 1, 2, 3), s.SetPreferredTitleID(2);
-         },
-         true, true}};
+    } const cases[] = {{[](auto &) {}, true, true},
+                       {[](auto &s) { s.SetMode(Selection::AxisXY); }, false, false},
+                       {[](auto &s) { s.SetVectorType(ProjectVector::VectorTypeLag); }, false, false},
+                       {[](auto &s) { s.SetObsPredType(ProjectVector::Observed); }, false, false},
+                       {[&](auto &s) { s.SetProject(MakeRecordingProject(), false); }, false, false},
+                       {[&](auto &s) { s.SetXAxis(T(4)); }, false, false},
+                       {[&](auto &s) { s.SetYAxis(T(4)); }, true, true}, // not in use
+                       {[&](auto &s) { s.SetTransformationData(Transformation(10)); }, false, false},
+                       {[&](auto &s) { s.AddSeries(T(1), false); }, false, false},
+                       {[&](auto &s) { s.SetSeries(1, T(4)); }, false, false},
+                       {[&](auto &s) {
+                            ProjectVectorData t = T(1);
+                            t.scaling = 2, s.SetSeries(1, t);
+                        },
+                        true, true},
+                       {[](auto &s) {
+                            s.SetSelectObjects({true, true, true, false});
+                        },
+                        false, false},
+                       {[](auto &s) { s.SetScaleType(Selection::ScaleZeroToOne); }, true, false},
+                       {[](auto &s) { s.SetDisplayDataInverted(true); }, true, false},
+                       {[](auto &s) { s.UseConfidenceInterval() = true; }, true, false},
+                       {[](auto &s) { s.SetRawHeader("h", false); }, true, false},
+                       {[](auto &s) { s.SetSupportsTransformation(false); }, true, false},
+                       {[](auto &s) {
+                            s.AddSorting({}), s.SetLimits(false), s.SetSDLimitsVec({}),
+                                s.GetExtraOptions().significance = 1;
+                            s.SetGlobalType(Selection::GlobalTypeProject);
+                            s.SetControlChartData(Chart(3));
+                            s.SetAxisAspectRatio(static_cast<Selection::AspectRatioType>(2), 1, 2, 3),
+                                s.SetPreferredTitleID(2);
+                        },
+                        true, true}};
     for (auto const &row : cases) {
         Selection one = New(Selection::AxisX);
         one.SetXAxis(T(1));
@@ -422,20 +408,10 @@ TEST_F(SelectionTest, EqualityCountsWhatIsShown) {
 }
 
 TEST_F(SelectionTest, AsksForRunsOfSeriesWithOneText) {
-    VectorProbe const x({.name = "XVar", .number = V::NumberXVariable});
-    VectorProbe const obs({.name = "XObs", .type = V::VectorTypeObservationsLoadings, .number = V::NumberObsOrVar});
-    VectorProbe const aligned(
-        {.name = "XAL", .type = V::VectorTypeAligned, .number = V::NumberBatchXVariable, .components = 1});
-    VectorProbe const alignedNone({.name = "A", .type = V::VectorTypeAligned});
-    struct {
-        Selection::Mode mode;
-        std::vector<ProjectVectorData> series;
-        std::list<std::string> texts;
-    } const cases[] = {{Selection::Normal, {}, {}},
-                       {Selection::AxisXY, {}, {"Num DS0,0,0,0", "t M2,1,0,0"}},
-                       {Selection::AxisX, {T(1), T(1)}, {"Num DS0,0,0,0", "t M1,1,0,0", "t M1,1,0,0"}},
-                       {Selection::AxisY, {}, {"t M2,1,0,0"}},
-                       {Selection::Normal, {}, {}}};
+    VectorProbe const x({"XVar", Scores, X});
+    VectorProbe const obs({"XObs", Loadings, ObsOrVar});
+    VectorProbe const aligned({"XAL", Aligned, BatchX, 1});
+    VectorProbe const alignedNone({"A", Aligned});
     auto const record = [&](ProjectVector const &vector, int model, int number, int batch = -1) {
         ProjectVectorData data;
         data.SetProjectVector(&vector);
@@ -455,8 +431,11 @@ TEST_F(SelectionTest, AsksForRunsOfSeriesWithOneText) {
         selection.ToStdVectorString(texts);
         return texts;
     };
-    for (auto const &row : cases)
-        EXPECT_EQ(textsOf(row.mode, row.series), row.texts);
+    EXPECT_EQ(textsOf(Selection::Normal, {}), std::list<std::string>());
+    EXPECT_EQ(textsOf(Selection::AxisXY, {}), std::list<std::string>({"Num DS0,0,0,0", "t M2,1,0,0"}));
+    EXPECT_EQ(textsOf(Selection::AxisY, {T(1)}), std::list<std::string>({"t M2,1,0,0", "t M1,1,0,0"}));
+    EXPECT_EQ(textsOf(Selection::AxisX, {T(1), T(1)}),
+              std::list<std::string>({"Num DS0,0,0,0", "t M1,1,0,0", "t M1,1,0,0"}));
     std::pair<std::vector<ProjectVectorData>, std::list<std::string>> const runs[] = {
         {{record(x, 1, 2)}, {"XVar M1,0,2,0"}},
         {{record(x, 1, 3), record(x, 1, open), record(x, 1, 2)}, {"XVar M1,0,4294967295,0,3,1,2"}},
@@ -474,22 +453,17 @@ TEST_F(SelectionTest, AsksForRunsOfSeriesWithOneText) {
 }
 
 TEST(Selection, HasTextsForItsEnumerations) {
-    for (auto const &[value, text] : {std::pair(0, "Normal"), {1, "AxisX"}, {2, "AxisY"}, {3, "AxisXY"}}) {
-        EXPECT_STREQ(Selection::FromMode(static_cast<Selection::Mode>(value)), text);
-        EXPECT_EQ(Selection::ToMode(text), value);
+    for (auto const &[value, mode, order, scale] : {std::tuple(0, "Normal", "No Sort", "None"),
+                                                    {1, "AxisX", "Ascending", "Scale 0-1"},
+                                                    {2, "AxisY", "Descending", "Scale -1-1"},
+                                                    {3, "AxisXY", "", "None"},
+                                                    {-1, "", "", "None"}}) {
+        EXPECT_STREQ(Selection::FromMode(static_cast<Selection::Mode>(value)), mode);
+        EXPECT_STREQ(Selection::FromSortOrder(static_cast<Selection::SortOrder>(value)), order);
+        EXPECT_STREQ(Selection::FromScaleTypeToString(static_cast<Selection::ScaleType>(value)), scale);
+        EXPECT_EQ(Selection::ToMode(mode), std::max(value, 0));
+        EXPECT_EQ(Selection::ToSortOrder(order), value == 3 ? 0 : std::max(value, 0));
+        EXPECT_EQ(Selection::FromStringToScaleType(scale), value == 3 ? 0 : std::max(value, 0));
     }
-    for (auto const &[value, text] : {std::pair(0, "No Sort"), {1, "Ascending"}, {2, "Descending"}}) {
-        EXPECT_STREQ(Selection::FromSortOrder(static_cast<Selection::SortOrder>(value)), text);
-        EXPECT_EQ(Selection::ToSortOrder(text), value);
-    }
-    for (auto const &[value, text] : {std::pair(0, "None"), {1, "Scale 0-1"}, {2, "Scale -1-1"}}) {
-        EXPECT_STREQ(Selection::FromScaleTypeToString(static_cast<Selection::ScaleType>(value)), text);
-        EXPECT_EQ(Selection::FromStringToScaleType(text), value);
-    }
-    EXPECT_STREQ(Selection::FromMode(static_cast<Selection::Mode>(7)), "");
-    EXPECT_STREQ(Selection::FromSortOrder(static_cast<Selection::SortOrder>(3)), "");
-    EXPECT_STREQ(Selection::FromScaleTypeToString(static_cast<Selection::ScaleType>(-1)), "None");
     EXPECT_EQ(Selection::ToMode("Axis"), Selection::Normal);
-    EXPECT_EQ(Selection::ToSortOrder("ascending"), Selection::SortNone);
-    EXPECT_EQ(Selection::FromStringToScaleType(""), Selection::ScaleNone);
 }

@@ -18,7 +18,7 @@ Change Kinds(int predictive, int xSide, int ySide, int osc) {
 
 TEST(ProjectVectorData, EqualityIsNarrow) {
     World const world;
-    VectorProbe const dataSet({.data = V::DataTypeDataSet}), other({});
+    VectorProbe const dataSet({.data = OfSet}), other({});
     // What the vector reads, its components and number; sources; changes of the second record; equal, and the other way
     struct {
         V::DataTypeEnum data;
@@ -27,34 +27,33 @@ TEST(ProjectVectorData, EqualityIsNarrow) {
         char const *left, *right;
         Change change;
         bool equal, equalBack;
-    } const cases[] = {
-        {V::DataTypeModel, 0, V::NumberNone, "M1", "M1", {}, true, true},
-        {V::DataTypeModel, 0, V::NumberNone, "M1", "M2", {}, false, false},
-        {V::DataTypeModel, 0, V::NumberNone, "M1", "DS1", {}, false, false},
-        {V::DataTypeModel, 0, V::NumberNone, "", "M1", {}, true, false},
-        {V::DataTypeModel, 0, V::NumberNone, "", "DS1", {}, true, false},
-        {V::DataTypeModel, 0, V::NumberNone, "DS1", "DS2", {}, false, false},
-        {V::DataTypeDataSet, 0, V::NumberNone, "M1", "M2", {}, true, true},
-        {V::DataTypeDataSet, 0, V::NumberNone, "DS1", "DS1", {}, true, true},
-        {V::DataTypePredictionSet, 0, V::NumberNone, "", "DS1", {}, true, false},
-        {V::DataTypeModel, 1, V::NumberNone, "M1", "M1", Kinds(3, -1, -1, -1), false, false}, // 3 is the last one
-        {V::DataTypeModel, 1, V::NumberNone, "M1", "M1", Kinds(-1, 2, 2, 2), true, true},
-        {V::DataTypeModel, 2, V::NumberNone, "M1", "M1", Kinds(-1, 2, -1, -1), false, false},
-        {V::DataTypeModel, 4, V::NumberNone, "M1", "M1", Kinds(-1, -1, 2, -1), false, false},
-        {V::DataTypeModel, 8, V::NumberNone, "M1", "M1", Kinds(-1, -1, -1, 2), false, false},
-        {V::DataTypeModel, 7, V::NumberNone, "M1", "M1", Kinds(-1, -1, -1, 2), true, true},
-        {V::DataTypeModel, 0, V::NumberNone, "M1", "M1",
-         [](auto &data) {
-             data.unscaled = data.backTransformed = false;
-             data.selCV = data.startLag = data.endLag = 7;
-             data.multiplier1 = data.multiplier2 = data.scaling = data.offset = 7;
-             data.obs1 = data.obs2 = {1};
-             data.contRef = data.contGroup = {{"A", 1.0f}};
-             data.SetContributionWeight({WeightTypeE::Raw}, {1});
-             data.SetYVar(2);
-             data.SetCoefficientStatus(ProjectData::Resolved);
-         },
-         true, true}};
+    } const cases[] = {{OfModel, 0, NoNumber, "M1", "M1", {}, true, true},
+                       {OfModel, 0, NoNumber, "M1", "M2", {}, false, false},
+                       {OfModel, 0, NoNumber, "M1", "DS1", {}, false, false},
+                       {OfModel, 0, NoNumber, "", "M1", {}, true, false},
+                       {OfModel, 0, NoNumber, "", "DS1", {}, true, false},
+                       {OfModel, 0, NoNumber, "DS1", "DS2", {}, false, false},
+                       {OfSet, 0, NoNumber, "M1", "M2", {}, true, true},
+                       {OfSet, 0, NoNumber, "DS1", "DS1", {}, true, true},
+                       {OfPredSet, 0, NoNumber, "", "DS1", {}, true, false},
+                       {OfModel, 1, NoNumber, "M1", "M1", Kinds(3, -1, -1, -1), false, false}, // 3 is the last one
+                       {OfModel, 1, NoNumber, "M1", "M1", Kinds(-1, 2, 2, 2), true, true},
+                       {OfModel, 2, NoNumber, "M1", "M1", Kinds(-1, 2, -1, -1), false, false},
+                       {OfModel, 4, NoNumber, "M1", "M1", Kinds(-1, -1, 2, -1), false, false},
+                       {OfModel, 8, NoNumber, "M1", "M1", Kinds(-1, -1, -1, 2), false, false},
+                       {OfModel, 7, NoNumber, "M1", "M1", Kinds(-1, -1, -1, 2), true, true},
+                       {OfModel, 0, NoNumber, "M1", "M1",
+                        [](auto &data) {
+                            data.unscaled = data.backTransformed = false;
+                            data.selCV = data.startLag = data.endLag = 7;
+                            data.multiplier1 = data.multiplier2 = data.scaling = data.offset = 7;
+                            data.obs1 = data.obs2 = {1};
+                            data.contRef = data.contGroup = {{"A", 1.0f}};
+                            data.SetContributionWeight({WeightTypeE::Raw}, {1});
+                            data.SetYVar(2);
+                            data.SetCoefficientStatus(ProjectData::Resolved);
+                        },
+                        true, true}};
     for (auto const &row : cases) {
         VectorProbe const vector({.number = row.number, .components = row.components, .data = row.data});
         ProjectVectorData const left = world.Data(vector, row.left), right = world.Data(vector, row.right, row.change);
@@ -88,18 +87,17 @@ TEST(ProjectVectorData, ResolvesComponents) {
         V::NumberType number;
         Change change;
         std::vector<int> expected; // predictive, X side, Y side, own kind, number, number 2, largest
-    } const cases[] = {
-        {"M3", V::DataTypeModel, 1, V::NumberNone, {}, {-1, 5, -1, 2, -1, 1, -1, 5, 5, 5, 5}},
-        {"M3", V::DataTypeModel, 2, V::NumberNone, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, 1, 1, 5, 5, 2}},
-        {"M3", V::DataTypeModel, 4, V::NumberNone, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, -1, 1, 5, 5, 1}},
-        {"M3", V::DataTypeModel, 8, V::NumberNone, Kinds(2, 1, 1, 6), {2, 2, 1, 1, 1, 1, 6, 6, 5, 5, 0}},
-        {"M3", V::DataTypeModel, 3, V::NumberNone, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 1}},
-        {"M3", V::DataTypeModel, 0, V::NumberNone, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, -1}},
-        {"M3", V::DataTypeModel, 0, V::NumberXVariable, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 5}},
-        {"M1", V::DataTypeModel, 0, V::NumberYVariable, Number(2), {-1, 3, -1, 0, -1, 0, 3, 3, 2, 3, -1}},
-        {"M3", V::DataTypeModel, 0, V::NumberComponentRange, {}, {-1, 5, -1, 2, -1, 1, 2, 2, 1, 5, 5}},
-        {"M3", V::DataTypeModel, 0, V::NumberComponentRange, Number(-2, 1), {-1, 5, -1, 2, -1, 1, 1, 1, 1, 1, 5}},
-        {"M3", V::DataTypeModel, 0, V::NumberComponentRange, Number(2, 9), {-1, 5, -1, 2, -1, 1, 2, 2, 2, 9, 5}}};
+    } const cases[] = {{"M3", OfModel, 1, NoNumber, {}, {-1, 5, -1, 2, -1, 1, -1, 5, 5, 5, 5}},
+                       {"M3", OfModel, 2, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, 1, 1, 5, 5, 2}},
+                       {"M3", OfModel, 4, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, -1, 1, 5, 5, 1}},
+                       {"M3", OfModel, 8, NoNumber, Kinds(2, 1, 1, 6), {2, 2, 1, 1, 1, 1, 6, 6, 5, 5, 0}},
+                       {"M3", OfModel, 3, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 1}},
+                       {"M3", OfModel, 0, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, -1}},
+                       {"M3", OfModel, 0, X, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 5}},
+                       {"M1", OfModel, 0, Y, Number(2), {-1, 3, -1, 0, -1, 0, 3, 3, 2, 3, -1}},
+                       {"M3", OfModel, 0, Range, {}, {-1, 5, -1, 2, -1, 1, 2, 2, 1, 5, 5}},
+                       {"M3", OfModel, 0, Range, Number(-2, 1), {-1, 5, -1, 2, -1, 1, 1, 1, 1, 1, 5}},
+                       {"M3", OfModel, 0, Range, Number(2, 9), {-1, 5, -1, 2, -1, 1, 2, 2, 2, 9, 5}}};
     for (auto const &row : cases) {
         VectorProbe const vector({.number = row.number, .components = row.components, .data = row.data});
         ProjectVectorData const data = world.Data(vector, row.source, row.change);
@@ -117,8 +115,7 @@ TEST(ProjectVectorData, ResolvesComponents) {
         EXPECT_EQ(found, row.expected) << &row - cases;
     }
     // 1 where no model is.
-    for (auto const &[type, source] :
-         {std::pair(V::DataTypeDataSet, "M3"), {V::DataTypeModel, "DS1"}, {V::DataTypeModel, ""}}) {
+    for (auto const &[type, source] : {std::pair(OfSet, "M3"), {OfModel, "DS1"}, {OfModel, ""}}) {
         VectorProbe const vector({.components = 1, .data = type});
         ProjectVectorData const data = world.Data(vector, source, Kinds(5, 5, 5, 5));
         EXPECT_EQ(data.GetComponent(true) + data.GetXSideOrthoComponent(false) + data.GetYSideOrthoComponent(true), 3);
@@ -141,33 +138,31 @@ TEST(ProjectVectorData, ResolvesNumbersFromTheDefaults) {
     ColumnTerm const x(3), y(5);
     defaults.SetDefaultXTerm(&x);
     defaults.SetDefaultYTerm(&y);
-    constexpr auto Loadings = V::VectorTypeObservationsLoadings;
     // Vector; source; number with defaults and without; second number with and without (resolved)
     struct {
         VectorTraits vector;
         char const *source;
         int number, numberWithout, number2, number2Without;
-    } const cases[] = {
-        {{}, "M1", 0, 0, 0, 0},
-        {{.number = V::NumberBatch}, "M4", 0, 0, 0, 0},
-        {{.number = V::NumberXVariable}, "M1", 3, -1, 0, 0},
-        {{.type = V::VectorTypeLag, .number = V::NumberXVariable}, "M1", 1, -1, 0, 0},
-        {{.number = V::NumberBatchXVariable}, "M4", 3, -1, 0, 0},
-        {{.number = V::NumberYVariable}, "M1", 2, -1, 0, 0},
-        {{.number = V::NumberXAndYVariable}, "M1", 3, -1, 2, 1},
-        {{.number = V::NumberBatchVIPPhase}, "M1", 2, -1, -1, -1},
-        {{.number = V::NumberBatchVIPSecond}, "M1", -1, -1, -1, -1},
-        {{.number = V::NumberBatchIndexOnly}, "M4", -1, -1, 0, 0},
-        {{.number = V::NumberComponentRange}, "M1", 1, 1, 3, 3},
-        {{.number = V::NumberBatchComponentRange}, "M4", 1, 1, 2, 2},
-        {{.number = V::NumberObsOrVar}, "M1", 1, -1, 0, 0},
-        {{.number = V::NumberObsOrVar}, "DS2", 2, -1, 0, 0},
-        {{.number = V::NumberObsOrVar, .data = V::DataTypePredictionSet, .obsPred = V::Predicted}, "", 5, -1, 0, 0},
-        {{.type = Loadings, .number = V::NumberObsOrVar}, "M1", 1, -1, 0, 0},
-        {{.type = Loadings, .number = V::NumberObsOrVar, .obsPred = V::Predicted}, "M4", 3, -1, 0, 0},
-        {{.type = Loadings, .number = V::NumberObsOrVar, .data = V::DataTypeDataSet}, "DS2", 2, -1, 0, 0},
-        {{.type = Loadings, .number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS1", 1, -1, 0, 0},
-        {{.number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS1", 3, -1, 0, 0}};
+    } const cases[] = {{{}, "M1", 0, 0, 0, 0},
+                       {{.number = Batch}, "M4", 0, 0, 0, 0},
+                       {{.number = X}, "M1", 3, -1, 0, 0},
+                       {{"probe", Lag, X}, "M1", 1, -1, 0, 0},
+                       {{.number = BatchX}, "M4", 3, -1, 0, 0},
+                       {{.number = Y}, "M1", 2, -1, 0, 0},
+                       {{.number = XY}, "M1", 3, -1, 2, 1},
+                       {{.number = YPhase}, "M1", 2, -1, -1, -1},
+                       {{.number = Phase}, "M1", -1, -1, -1, -1},
+                       {{.number = BatchOnly}, "M4", -1, -1, 0, 0},
+                       {{.number = Range}, "M1", 1, 1, 3, 3},
+                       {{.number = BatchRange}, "M4", 1, 1, 2, 2},
+                       {{.number = ObsOrVar}, "M1", 1, -1, 0, 0},
+                       {{.number = ObsOrVar}, "DS2", 2, -1, 0, 0},
+                       {{"probe", Scores, ObsOrVar, 0, OfPredSet, Predicted}, "", 5, -1, 0, 0},
+                       {{"probe", Loadings, ObsOrVar}, "M1", 1, -1, 0, 0},
+                       {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M4", 3, -1, 0, 0},
+                       {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", 2, -1, 0, 0},
+                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", 1, -1, 0, 0},
+                       {{.number = Identifier, .data = OfSet}, "DS1", 3, -1, 0, 0}};
     for (auto const &row : cases) {
         VectorProbe const vector(row.vector);
         ProjectVectorData const data = world.Data(vector, row.source);
@@ -180,7 +175,7 @@ TEST(ProjectVectorData, ResolvesNumbersFromTheDefaults) {
             << &row - cases;
         EXPECT_EQ(data.GetNumberID2(&defaults, false), ProjectVectorData::NotSet);
     }
-    VectorProbe const range({.number = V::NumberComponentRange});
+    VectorProbe const range({.number = Range});
     EXPECT_EQ(world.Data(range, "M1", Number(7, 2)).GetNumberID2(nullptr, true), 2u);
     EXPECT_EQ(world.Data(range, "M1", Number(7, -2)).GetNumberID2(nullptr, true), 3u);
     EXPECT_EQ(world.Data(range, "M1", Number(7, 9)).GetNumberID2(nullptr, true), 3u);
@@ -193,7 +188,7 @@ TEST(ProjectVectorData, ResolvesNumbersFromTheDefaults) {
 
 TEST(ProjectVectorData, FindsItsData) {
     World const world;
-    VectorProbe const model({}), predicted({.obsPred = V::Predicted}), set({.data = V::DataTypePredictionSet});
+    VectorProbe const model({}), predicted({.obsPred = Predicted}), set({.data = OfPredSet});
     for (auto const &[vector, source, expected] :
          std::initializer_list<std::tuple<VectorProbe const &, char const *, void const *>>{
              {model, "M1", world.project->GetWorkset(1).get()},
@@ -205,8 +200,8 @@ TEST(ProjectVectorData, FindsItsData) {
         EXPECT_EQ(world.Data(vector, source).GetDataSource(*world.project).get(), expected) << source;
 
     // Axis; source; alias numbers of the items
-    VectorProbe const variables({.data = V::DataTypeDataSet}), component({.type = V::VectorTypeComponent});
-    VectorProbe const observations({.type = V::VectorTypeObservationsLoadings, .data = V::DataTypeDataSet});
+    VectorProbe const variables({.data = OfSet}), component({.type = PerComponent});
+    VectorProbe const observations({.type = Loadings, .data = OfSet});
     for (auto const &[vector, source, expected] :
          std::initializer_list<std::tuple<VectorProbe const &, char const *, std::vector<int>>>{
              {variables, "DS1", {1, 2, 3}},

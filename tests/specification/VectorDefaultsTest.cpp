@@ -3,43 +3,38 @@
 
 #include <gtest/gtest.h>
 
+#include <list>
+#include <tuple>
+
 namespace {
 
 // The vectors that defaults choose among, in front of others of these names.
-struct Catalogue {
-    VectorProbe r2x{{.name = "R2Xcum", .type = V::VectorTypeComponent, .isRegistered = true}};
-    VectorProbe pLag{{.name = "pLag", .type = V::VectorTypeLag, .components = 1, .isRegistered = true}};
-    VectorProbe tAligned{{.name = "t", .type = V::VectorTypeAligned, .components = 1, .isRegistered = true}};
-    VectorProbe tPSAligned{{.name = "tPS", .type = V::VectorTypeAligned, .components = 1, .isRegistered = true}};
-    VectorProbe xAligned{
-        {.name = "XVar", .type = V::VectorTypeAligned, .number = V::NumberBatchXVariable, .isRegistered = true}};
-    VectorProbe xPSAligned{{.name = "XVarPS",
-                            .type = V::VectorTypeAligned,
-                            .number = V::NumberBatchXVariable,
-                            .obsPred = V::Predicted,
-                            .isRegistered = true}};
-    VectorProbe out{{.name = "TAlignedOOCSum", .type = V::VectorTypeBatch, .components = 1, .isRegistered = true}};
-    VectorProbe x{{.name = "XVar", .number = V::NumberXVariable, .isRegistered = true}};
-    VectorProbe xPS{{.name = "XVarPS", .number = V::NumberXVariable, .obsPred = V::Predicted, .isRegistered = true}};
-    VectorProbe xObs{
-        {.name = "XObs", .type = V::VectorTypeObservationsLoadings, .number = V::NumberObsOrVar, .isRegistered = true}};
-    VectorProbe var{{.name = "VarDS", .number = V::NumberObsOrVar, .data = V::DataTypeDataSet, .isRegistered = true}};
-    VectorProbe varPS{{.name = "VarPS",
-                       .number = V::NumberObsOrVar,
-                       .data = V::DataTypePredictionSet,
-                       .obsPred = V::Predicted,
-                       .isRegistered = true}};
-    VectorProbe obs{{.name = "ObsDS",
-                     .type = V::VectorTypeObservationsLoadings,
-                     .number = V::NumberObsOrVar,
-                     .data = V::DataTypeDataSet,
-                     .isRegistered = true}};
-    VectorProbe obsPS{{.name = "ObsPS",
-                       .type = V::VectorTypeObservationsLoadings,
-                       .number = V::NumberObsOrVar,
-                       .data = V::DataTypePredictionSet,
-                       .obsPred = V::Predicted,
-                       .isRegistered = true}};
+class Catalogue {
+public:
+    Catalogue() {
+        std::tuple<char const *, V::VectorTypeEnum, V::NumberType, int, V::DataTypeEnum, V::ObsOrPredType> const
+            rows[] = {{"XVar", Scores, X, 0, OfModel, V::Observed},
+                      {"XVarPS", Scores, X, 0, OfModel, Predicted},
+                      {"R2Xcum", PerComponent, NoNumber, 0, OfModel, V::Observed},
+                      {"pLag", Lag, NoNumber, 1, OfModel, V::Observed},
+                      {"t", Aligned, NoNumber, 1, OfModel, V::Observed},
+                      {"tPS", Aligned, NoNumber, 1, OfModel, V::Observed},
+                      {"XVar", Aligned, BatchX, 0, OfModel, V::Observed},
+                      {"XVarPS", Aligned, BatchX, 0, OfModel, Predicted},
+                      {"TAlignedOOCSum", PerBatch, NoNumber, 1, OfModel, V::Observed},
+                      {"XObs", Loadings, ObsOrVar, 0, OfModel, V::Observed},
+                      {"VarDS", Scores, ObsOrVar, 0, OfSet, V::Observed},
+                      {"VarPS", Scores, ObsOrVar, 0, OfPredSet, Predicted},
+                      {"ObsDS", Loadings, ObsOrVar, 0, OfSet, V::Observed},
+                      {"ObsPS", Loadings, ObsOrVar, 0, OfPredSet, Predicted}};
+        for (auto const &[name, type, number, components, data, obsPred] : rows)
+            m_vectors.emplace_back(VectorTraits{name, type, number, components, data, obsPred, 0, "R"});
+    }
+
+    ProjectVector const &XVar() const { return m_vectors.front(); }
+
+private:
+    std::list<VectorProbe> m_vectors;
 };
 
 // "t 1 M1 c1 n-1,-1 b-1": vector and axis, source, stored predictive component, numbers, batch.
@@ -75,14 +70,15 @@ TEST(VectorDefaults, ChooseTheFirstVector) {
     auto const bare = MakeRecordingProject(); // nothing
     Catalogue const catalogue;
 
-    constexpr int Scores = 1, Loadings = 2, Component = 3, Lag = 4, Aligned = 5, Batch = 6;
+    constexpr auto Component = PerComponent, Batch = PerBatch;
     constexpr int Obs = 1, Pred = 2, Both = 3;
     constexpr char const *no = nullptr;
     // Project; axis; data type; model (0 none); observed or predicted; then the record: for an empty record, and for
     // one that shows XVar of model 2. "=" is the same, null false with nothing changed.
     struct {
         boost::shared_ptr<RecordingProject> project;
-        int type, data, model, obsPred;
+        V::VectorTypeEnum type;
+        int data, model, obsPred;
         char const *ofEmpty, *ofUsed;
     } const cases[] = {
         {world.project, Component, 4, 0, Both, "R2Xcum 3 M1 c-1 n1,-1 b-1", "R2Xcum 3 M2 c-1 n3,-1 b-1"},
@@ -126,10 +122,10 @@ TEST(VectorDefaults, ChooseTheFirstVector) {
         for (bool const used : {false, true}) {
             if (used && row.project == bare && row.data == 2)
                 continue; // an error of the project
-            ProjectVectorData data = used ? world.Data(catalogue.x, "M2", Number(3)) : ProjectVectorData();
+            ProjectVectorData data = used ? world.Data(catalogue.XVar(), "M2", Number(3)) : ProjectVectorData();
             std::string const before = Text(data);
             bool const found = ProjectVectorData::SetProjectVectorDataDefault(
-                row.project, static_cast<V::VectorTypeEnum>(row.type), data, static_cast<V::DataTypeEnum>(row.data),
+                row.project, row.type, data, static_cast<V::DataTypeEnum>(row.data),
                 row.project->GetModelInfo(row.model).get(),
                 row.project == none   ? 3
                 : row.project == bare ? 0
@@ -138,27 +134,25 @@ TEST(VectorDefaults, ChooseTheFirstVector) {
             char const *expected = !used || (row.ofUsed && *row.ofUsed == '=') ? row.ofEmpty : row.ofUsed;
             EXPECT_EQ(found, expected != nullptr);
             EXPECT_EQ(Text(data), expected ? expected : before);
-            if (found && row.type == Batch && data.GetProjectVector() == &catalogue.out) {
-                EXPECT_EQ(std::pair(data.multiplier1, data.multiplier2), std::pair(3.0, -3.0));
-            }
+            bool const outOfControl =
+                found && data.GetProjectVector() && data.GetProjectVector()->GetName() == std::string("TAlignedOOCSum");
+            EXPECT_EQ(std::pair(data.multiplier1, data.multiplier2),
+                      outOfControl ? std::pair(3.0, -3.0) : std::pair(-99.0, -99.0));
         }
     }
     // The active model comes first, where it fits.
     ProjectVectorData data;
     project.activeModel = 3;
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeVariablesScores, data, V::DataTypeModel,
-                                                   nullptr, 1, V::ObsAndPred);
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, Scores, data, OfModel, nullptr, 1, V::ObsAndPred);
     EXPECT_EQ(data.GetDataSourceName(), "M3");
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeAligned, data, V::DataTypeModel, nullptr,
-                                                   1, V::ObsAndPred);
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, Aligned, data, OfModel, nullptr, 1, V::ObsAndPred);
     EXPECT_EQ(data.GetDataSourceName(), "M4");
     // A lagged model behind the record itself.
-    data = world.Data(catalogue.x, "M7");
+    data = world.Data(catalogue.XVar(), "M7");
     project.AddModel(ModelTypeE::PCA, 1);
     project.Info(8).hasLaggedVariables = true;
     project.activeModel = 8;
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, V::VectorTypeLag, data, V::DataTypeModel, nullptr, 1,
-                                                   V::ObsAndPred);
+    ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, data, OfModel, nullptr, 1, V::ObsAndPred);
     EXPECT_EQ(data.GetDataSourceName(), "M7");
 }
 
@@ -170,38 +164,36 @@ TEST(VectorDefaults, FillNumbersByTheirKind) {
     defaults.SetDefaultYTerm(&y);
     defaults.SetDefaultSelectedBatches({"B", "C"}, false);
     defaults.SetDefaultSelectedBatches({"C"}, true);
-    constexpr auto Loadings = V::VectorTypeObservationsLoadings;
-    constexpr auto ObsOrVar = V::NumberObsOrVar;
     // Vector; source; number, second number and batch, which are 77 before
     struct {
         VectorTraits vector;
         char const *source, *expected;
     } const cases[] = {{{}, "M1", "0 77 77"},
-                       {{.number = V::NumberYVariable}, "M1", "-1 77 77"},
-                       {{.number = V::NumberXVariable}, "M1", "-1 77 77"},
-                       {{.number = V::NumberXAndYVariable}, "M1", "-1 2 77"},
-                       {{.number = V::NumberComponentRange}, "M1", "1 2 77"},
-                       {{.number = V::NumberBatch}, "M4", "1 77 2"},
-                       {{.number = V::NumberBatch, .obsPred = V::Predicted}, "M4", "1 77 3"},
-                       {{.number = V::NumberBatch}, "M1", "1 77 1"},
-                       {{.number = V::NumberBatch, .data = V::DataTypeDataSet}, "DS1", "1 77 1"},
-                       {{.number = V::NumberBatchXVariable}, "M4", "3 77 2"},
-                       {{.type = V::VectorTypeLag, .number = V::NumberBatchXVariable}, "M4", "1 77 2"},
-                       {{.number = V::NumberBatchYVariable}, "M1", "2 77 1"},
-                       {{.number = V::NumberBatchVIPPhase}, "M1", "2 1 1"},
-                       {{.number = V::NumberBatchComponentRange}, "M4", "1 2 2"},
-                       {{.number = V::NumberBatchIndexOnly}, "M4", "77 77 77"},
-                       {{.number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS1", "3 77 77"},
-                       {{.number = V::NumberIdentifier, .data = V::DataTypeDataSet}, "DS2", "-1 77 77"},
-                       {{.number = V::NumberBatchVIPSecond}, "M4", "1 1 1"},
+                       {{.number = Y}, "M1", "-1 77 77"},
+                       {{.number = X}, "M1", "-1 77 77"},
+                       {{.number = XY}, "M1", "-1 2 77"},
+                       {{.number = Range}, "M1", "1 2 77"},
+                       {{.number = Batch}, "M4", "1 77 2"},
+                       {{.number = Batch, .obsPred = Predicted}, "M4", "1 77 3"},
+                       {{.number = Batch}, "M1", "1 77 1"},
+                       {{.number = Batch, .data = OfSet}, "DS1", "1 77 1"},
+                       {{.number = BatchX}, "M4", "3 77 2"},
+                       {{"probe", Lag, BatchX}, "M4", "1 77 2"},
+                       {{.number = BatchY}, "M1", "2 77 1"},
+                       {{.number = YPhase}, "M1", "2 1 1"},
+                       {{.number = BatchRange}, "M4", "1 2 2"},
+                       {{.number = BatchOnly}, "M4", "77 77 77"},
+                       {{.number = Identifier, .data = OfSet}, "DS1", "3 77 77"},
+                       {{.number = Identifier, .data = OfSet}, "DS2", "-1 77 77"},
+                       {{.number = Phase}, "M4", "1 1 1"},
                        {{.number = ObsOrVar}, "M1", "1 77 77"},
                        {{.number = ObsOrVar}, "", "5 77 77"},
-                       {{.number = ObsOrVar, .data = V::DataTypePredictionSet}, "", "5 77 77"},
-                       {{.number = ObsOrVar, .data = V::DataTypeDataSet}, "DS2", "2 77 77"},
-                       {{.type = Loadings, .number = ObsOrVar}, "M4", "1 77 77"},
-                       {{.type = Loadings, .number = ObsOrVar, .obsPred = V::Predicted}, "M4", "3 77 77"},
-                       {{.type = Loadings, .number = ObsOrVar, .data = V::DataTypePredictionSet}, "", "5 77 77"},
-                       {{.type = Loadings, .number = ObsOrVar, .data = V::DataTypeDataSet}, "DS2", "2 77 77"}};
+                       {{.number = ObsOrVar, .data = OfPredSet}, "", "5 77 77"},
+                       {{.number = ObsOrVar, .data = OfSet}, "DS2", "2 77 77"},
+                       {{"probe", Loadings, ObsOrVar}, "M4", "1 77 77"},
+                       {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M4", "3 77 77"},
+                       {{"probe", Loadings, ObsOrVar, 0, OfPredSet}, "", "5 77 77"},
+                       {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", "2 77 77"}};
     for (auto const &row : cases) {
         VectorProbe const vector(row.vector);
         ProjectVectorData data = world.Data(vector, row.source, Number(77, 77, 77));

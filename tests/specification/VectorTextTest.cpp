@@ -30,6 +30,10 @@ Change Groups(std::vector<int> from, std::vector<int> to, Weight::WeightType wei
     };
 }
 
+VectorTraits Kind(char const *name, int contribution, char const *flags = "") {
+    return {.name = name, .contribution = contribution, .flags = flags};
+}
+
 Change Points(bool aligned1, bool aligned2) {
     return [=](ProjectVectorData &data) {
         data.contRef = {{"A", 1.5f}};
@@ -44,13 +48,13 @@ Change Points(bool aligned1, bool aligned2) {
 
 TEST(VectorText, WritesWhatTheCatalogueReads) {
     World const world;
-    constexpr auto X = V::NumberXVariable;
-    constexpr auto DataSet = V::DataTypeDataSet;
-    VectorTraits const t{.name = "t", .components = 1}, xVar{.name = "XVar", .number = X, .unscales = true};
-    VectorTraits const xVarRes{.name = "XVarRes", .number = X, .components = 15};
-    VectorTraits const t2Range{.name = "T2Range", .number = V::NumberComponentRange};
-    VectorTraits const coefficients{
-        .name = "Coeff", .type = V::VectorTypeLag, .number = V::NumberXAndYVariable, .hasCoefficientStatus = true};
+    VectorTraits const t{"t", Scores, NoNumber, 1}, xVar{.name = "XVar", .number = X, .flags = "u"};
+    VectorTraits const xVarRes{"XVarRes", Scores, X, 15};
+    VectorTraits const t2Range{"T2Range", Scores, Range}, sd{.name = "SD", .flags = "m"};
+    VectorTraits const coefficients{"Coeff", Lag, XY, 0, OfModel, V::Observed, 0, "c"};
+    Change const explicitWeights = [](auto &d) {
+        d.SetContributionWeight(WeightTypes{WeightTypeE::WStar, WeightTypeE::PO}, {7});
+    };
     // vector; source; what is set; the text with defaults, and without where it differs
     struct {
         VectorTraits vector;
@@ -60,44 +64,24 @@ TEST(VectorText, WritesWhatTheCatalogueReads) {
     } const cases[] = {
         {t, "M1", Components(2), "t M1,2,0,0"},
         {t, "M1", Components(open), "t M1,3,0,0"},
-        {t, "M1", [](auto &data) { data.SetDataSet(2); }, "t DS2,1,0,0"},
+        {t, "M1", [](auto &d) { d.SetDataSet(2); }, "t DS2,1,0,0"},
         {t, "", Components(2), "t DS0,1,0,0"},
-        {{.name = "tPS", .components = 1, .obsPred = V::Predicted}, "", {}, "tPS PS,1,0,0"},
-        {{.name = "tcv", .components = 2, .hasRounds = true}, "M2", [](auto &data) { data.selCV = 4; }, "tcv M2,2,0,4"},
+        {{"tPS", Scores, NoNumber, 1, OfModel, Predicted}, "", {}, "tPS PS,1,0,0"},
+        {{.name = "tcv", .components = 2, .flags = "r"}, "M2", [](auto &d) { d.selCV = 4; }, "tcv M2,2,0,4"},
         {xVar, "M1", Number(7), "XVar M1,0,7,0,1,1"},
-        {xVar, "M1", [](auto &data) { data.unscaled = false; }, "XVar M1,0,1,0,0,1", "XVar M1,0,4294967295,0,0,1"},
-        {xVar, "M1", [](auto &data) { data.backTransformed = false; }, "XVar M1,0,1,0,1,0",
-         "XVar M1,0,4294967295,0,1,0"},
-        {{.name = "YVar", .number = V::NumberYVariable}, "M1", {}, "YVar M1,0,1,0", "YVar M1,0,4294967295,0"},
-        {{.name = "VarDS", .number = V::NumberObsOrVar, .data = DataSet},
-         "DS2",
-         {},
-         "VarDS DS2,0,2,0",
-         "VarDS DS2,0,4294967295,0"},
-        {{.name = "VarPS", .number = V::NumberObsOrVar, .data = V::DataTypePredictionSet, .obsPred = V::Predicted},
-         "",
-         {},
-         "VarPS PS,0,5,0",
-         "VarPS PS,0,4294967295,0"},
-        {{.name = "XObs", .type = V::VectorTypeObservationsLoadings, .number = V::NumberObsOrVar},
-         "M1",
-         Number(open),
-         "XObs M1,0,1,0",
-         "XObs M1,0,4294967295,0"},
-        {{.name = "n", .type = V::VectorTypeComponent, .number = V::NumberObsOrVar}, "M1", {}, "n M1,0,4294967295,0"},
-        {{.name = "VarID", .number = V::NumberIdentifier, .data = DataSet},
-         "DS1",
-         {},
-         "VarID DS1,0,3,0",
-         "VarID DS1,0,4294967295,0"},
+        {xVar, "M1", [](auto &d) { d.unscaled = false; }, "XVar M1,0,1,0,0,1", "XVar M1,0,4294967295,0,0,1"},
+        {xVar, "M1", [](auto &d) { d.backTransformed = false; }, "XVar M1,0,1,0,1,0", "XVar M1,0,4294967295,0,1,0"},
+        {{"YVar", Scores, Y}, "M1", {}, "YVar M1,0,1,0", "YVar M1,0,4294967295,0"},
+        {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS2", {}, "VarDS DS2,0,2,0", "VarDS DS2,0,4294967295,0"},
+        {{"VarPS", Scores, ObsOrVar, 0, OfPredSet, Predicted}, "", {}, "VarPS PS,0,5,0", "VarPS PS,0,4294967295,0"},
+        {{"XObs", Loadings, ObsOrVar}, "M1", Number(open), "XObs M1,0,1,0", "XObs M1,0,4294967295,0"},
+        {{"n", PerComponent, ObsOrVar}, "M1", {}, "n M1,0,4294967295,0"},
+        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "VarID DS1,0,3,0", "VarID DS1,0,4294967295,0"},
         // Several kinds of components, -2 is the last one, too.
-        {xVarRes, "M3", [](auto &data) { Components(open, -2, -2, 7)(data), data.SetNumber(1); },
-         "XVarRes M3,5,2,1,7,1,0"},
-        {xVarRes, "M3", [](auto &data) { Components(1, 2, 1, -2)(data), data.SetNumber(1); },
-         "XVarRes M3,1,2,1,-2,1,0"},
-        {xVarRes, "", [](auto &data) { Components(5, 2, -2, -1)(data), data.SetNumber(1); },
-         "XVarRes DS0,1,1,1,-1,1,0"},
-        {{.name = "two", .components = 6}, "M3", {}, "two M3,2,1,0,0"},
+        {xVarRes, "M3", [](auto &d) { Components(open, -2, -2, 7)(d), d.SetNumber(1); }, "XVarRes M3,5,2,1,7,1,0"},
+        {xVarRes, "M3", [](auto &d) { Components(1, 2, 1, -2)(d), d.SetNumber(1); }, "XVarRes M3,1,2,1,-2,1,0"},
+        {xVarRes, "", [](auto &d) { Components(5, 2, -2, -1)(d), d.SetNumber(1); }, "XVarRes DS0,1,1,1,-1,1,0"},
+        {{"two", Scores, NoNumber, 6}, "M3", {}, "two M3,2,1,0,0"},
         // Ranges, within the model.
         {t2Range, "M1", {}, "T2Range M1,0,1,0,3"},
         {t2Range, "M1", Number(2, 3), "T2Range M1,0,2,0,3"},
@@ -105,56 +89,28 @@ TEST(VectorText, WritesWhatTheCatalogueReads) {
         {t2Range, "M1", Number(-2, -2), "T2Range M1,0,-1,0,3"},
         {t2Range, "M3", {}, "T2Range M3,0,1,0,4"},
         {t2Range, "M2", Number(1, 9), "T2Range M2,0,1,0,3"},
-        {{.name = "T2RangePS", .number = V::NumberComponentRange}, "M3", Number(1, 3), "T2RangePS M3,0,1,0,3"},
-        {{.name = "t(corr)", .number = V::NumberComponentRange}, "M3", {}, "t(corr) M3,0,1,0,2"},
-        {{.name = "o", .number = V::NumberComponentRange, .pairLimit = 4}, "M3", {}, "o M3,0,1,0,1"},
-        {{.name = "T2RangeBatch", .number = V::NumberBatchComponentRange},
-         "M4",
-         Number(open, open, 5),
-         "T2RangeBatch M4,0,1,0,2,5"},
+        {{"T2RangePS", Scores, Range}, "M3", Number(1, 3), "T2RangePS M3,0,1,0,3"},
+        {{"t(corr)", Scores, Range}, "M3", {}, "t(corr) M3,0,1,0,2"},
+        {{.name = "o", .number = Range, .pairLimit = 4}, "M3", {}, "o M3,0,1,0,1"},
+        {{"T2RangeBatch", Scores, BatchRange}, "M4", Number(open, open, 5), "T2RangeBatch M4,0,1,0,2,5"},
         {coefficients, "M1", {}, "Coeff M1,0,1,0,1,0", "Coeff M1,0,4294967295,0,1,0"},
-        {coefficients, "M1", [](auto &data) { Number(3, 2)(data), data.SetCoefficientStatus(ProjectData::Resolved); },
+        {coefficients, "M1", [](auto &d) { Number(3, 2)(d), d.SetCoefficientStatus(ProjectData::Resolved); },
          "Coeff M1,0,3,0,2,2"},
-        {{.name = "BatchVIP", .number = V::NumberBatchVIPPhase},
-         "M4",
-         Number(open, 2),
-         "BatchVIP M4,0,1,0,2",
-         "BatchVIP M4,0,4294967295,0,2"},
-        {{.name = "VIP2", .number = V::NumberBatchVIPSecond}, "M4", Number(1, open), "VIP2 M4,0,1,0,4294967295"},
-        {{.name = "tBatch", .number = V::NumberBatch, .components = 1}, "M4", Number(9, 9, 3), "tBatch M4,2,0,0,3"},
-        {{.name = "XVarBatch", .number = V::NumberBatchXVariable}, "M4", Number(2, 9, -2), "XVarBatch M4,0,2,0,-2"},
-        {{.name = "IR", .hasLags = true},
-         "M1",
-         [](auto &data) { data.startLag = 2, data.endLag = 5; },
-         "IR M1,0,0,0,2-5"},
-        {{.name = "SD", .hasMultiplier = true},
-         "M1",
-         [](auto &data) { data.multiplier1 = 3, data.multiplier2 = -2.123456789; },
-         "SD M1,0,0,0,3,-2.12346"},
-        {{.name = "SD", .hasMultiplier = true}, "M1", {}, "SD M1,0,0,0,-99,-99"},
+        {{"BatchVIP", Scores, YPhase}, "M4", Number(open, 2), "BatchVIP M4,0,1,0,2", "BatchVIP M4,0,4294967295,0,2"},
+        {{"VIP2", Scores, Phase}, "M4", Number(1, open), "VIP2 M4,0,1,0,4294967295"},
+        {{"tBatch", Scores, Batch, 1}, "M4", Number(9, 9, 3), "tBatch M4,2,0,0,3"},
+        {{"XVarBatch", Scores, BatchX}, "M4", Number(2, 9, -2), "XVarBatch M4,0,2,0,-2"},
+        {{.name = "IR", .flags = "l"}, "M1", [](auto &d) { d.startLag = 2, d.endLag = 5; }, "IR M1,0,0,0,2-5"},
+        {sd, "M1", [](auto &d) { d.multiplier1 = 3, d.multiplier2 = -2.123456789; }, "SD M1,0,0,0,3,-2.12346"},
+        {sd, "M1", {}, "SD M1,0,0,0,-99,-99"},
         // Contributions: weights, response, groups, the response again, components.
-        {{.name = "ContSc", .contribution = 1},
-         "M1",
-         Groups({1}, {2, 3}, Weight::PP, {1, 2}, 2),
+        {Kind("ContSc", 1), "M1", Groups({1}, {2, 3}, Weight::PP, {1, 2}, 2),
          "ContSc M1,0,0,0,2,1,1,2,1,1,2,2,3,2,1,2"},
-        {{.name = "ContDX", .contribution = 3},
-         "M1",
-         Groups({4}, {}, Weight::Normalized, {3}, -1),
-         "ContDX M1,0,0,0,1,0,-1,1,4,0,-1,3"},
-        {{.name = "ContSc", .contribution = 1},
-         "M1",
-         [](auto &data) {
-             data.SetContributionWeight({WeightTypeE::WStar, WeightTypeE::PO}, {7});
-         },
-         "ContSc M1,0,0,0,2,2,9,0,0,0,0,7"},
-        {{.name = "ContAL", .contribution = 5},
-         "M1",
-         Points(true, true),
-         "ContAL M1,0,0,0,1,8,0,1,A$,1.5,2,B b$,0.12345679,$,2"},
+        {Kind("ContDX", 3), "M1", Groups({4}, {}, Weight::Normalized, {3}, -1), "ContDX M1,0,0,0,1,0,-1,1,4,0,-1,3"},
+        {Kind("ContSc", 1), "M1", explicitWeights, "ContSc M1,0,0,0,2,2,9,0,0,0,0,7"},
+        {Kind("ContAL", 5), "M1", Points(true, true), "ContAL M1,0,0,0,1,8,0,1,A$,1.5,2,B b$,0.12345679,$,2"},
         // Eight digits stay for what follows.
-        {{.name = "long", .contribution = 7, .hasMultiplier = true},
-         "M1",
-         [](auto &data) { data.multiplier1 = 0.123456789; },
+        {Kind("long", 7, "m"), "M1", [](auto &d) { d.multiplier1 = 0.123456789; },
          "long M1,0,0,0,1,0,0,0,0,0.12345679,-99"}};
     class Grouping final : public std::numpunct<char> {
         std::string do_grouping() const override { return "\1"; }
@@ -182,14 +138,13 @@ TEST(VectorText, LabelsSeries) {
     world.project->Model(4).isNormalized = false;
     world.project->Model(4).isWeighted = true;
     world.project->Model(4).treatment = 2;
-    constexpr auto Loadings = V::VectorTypeObservationsLoadings;
-    constexpr auto ObsOrVar = V::NumberObsOrVar;
-    constexpr auto DataSet = V::DataTypeDataSet;
-    VectorTraits const t{.name = "t", .components = 1}, range{.name = "r", .number = V::NumberComponentRange};
-    VectorTraits const score{.name = "c", .contribution = 1}, distance{.name = "c", .contribution = 3};
-    VectorTraits const unscaled{.name = "u", .unscales = true}, batch{.name = "b", .number = V::NumberBatch};
-    VectorTraits const phase{.name = "ph", .number = V::NumberBatchVIPSecond};
+    VectorTraits const t{"t", Scores, NoNumber, 1}, range{"r", Scores, Range};
+    VectorTraits const score = Kind("c", 1), distance = Kind("c", 3);
+    VectorTraits const unscaled{.name = "u", .flags = "u"}, batch{"b", Scores, Batch};
+    VectorTraits const phase{"ph", Scores, Phase}, scorePS{"c", Scores, NoNumber, 0, OfModel, Predicted, 1};
     std::vector<int> const four{1, 2, 3, 4};
+    char const *const points = "M1.long c({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw";
+    char const *const alignedPoints = "M1.long c Aligned({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw";
     struct {
         VectorTraits vector;
         char const *source;
@@ -199,49 +154,35 @@ TEST(VectorText, LabelsSeries) {
         bool compact = false;
     } const cases[] = {
         // Items of data sets.
-        {{.name = "VarID", .number = V::NumberIdentifier, .data = DataSet}, "DS1", {}, "DS1.second (other)", 2},
-        {{.name = "VarID", .number = V::NumberIdentifier, .data = DataSet}, "DS1", {}, "DS1.name"},
-        {{.name = "VarDS", .number = ObsOrVar, .data = DataSet}, "DS1", Number(3), "DS1.long VarDS(v3)"},
-        {{.name = "VarDS", .number = ObsOrVar, .data = DataSet}, "DS2", Number(open), "DS2.long VarDS(w2)", 2},
-        {{.name = "ObsDS", .type = Loadings, .number = ObsOrVar, .data = DataSet},
-         "DS1",
-         Number(4),
-         "DS1.long ObsDS(o4)"},
-        {{.name = "ObsPS",
-          .type = Loadings,
-          .number = ObsOrVar,
-          .data = V::DataTypePredictionSet,
-          .obsPred = V::Predicted},
-         "",
-         {},
-         "PS.long ObsPS(s5)",
-         2},
-        {{.name = "d", .components = 1, .data = DataSet}, "DS1", {}, "DS1."},
-        {{.name = "d", .data = DataSet, .unscales = true},
-         "DS1",
-         [](auto &data) { data.backTransformed = false; },
-         "DS1.(trans)"},
+        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "DS1.second (other)", 2},
+        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "DS1.name"},
+        {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS1", Number(3), "DS1.long VarDS(v3)"},
+        {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS2", Number(open), "DS2.long VarDS(w2)", 2},
+        {{"ObsDS", Loadings, ObsOrVar, 0, OfSet}, "DS1", Number(4), "DS1.long ObsDS(o4)"},
+        {{"ObsPS", Loadings, ObsOrVar, 0, OfPredSet, Predicted}, "", {}, "PS.long ObsPS(s5)", 2},
+        {{"d", Scores, NoNumber, 1, OfSet}, "DS1", {}, "DS1."},
+        {{.name = "d", .data = OfSet, .flags = "u"}, "DS1", [](auto &d) { d.backTransformed = false; }, "DS1.(trans)"},
         // Names and components.
-        {{.name = "Date/Time"}, "M1", {}, "M1.w2", 2},
+        {{"Date/Time"}, "M1", {}, "M1.w2", 2},
         {t, "", {}, ".long t[Comp. 1]"},
         {t, "M1", Components(2), "M1.long t[Comp. 2]"},
         {t, "M1", Components(2), "M1.long t[2]", 1, true},
         {t, "M1", {}, "M1.long t[Last comp.]"},
         {t, "M1", {}, "M1.long t[3]", 1, true},
-        {{.name = "to", .components = 2}, "M2", Components(open, 2), "M2.long to[XSide Comp. 2]"},
-        {{.name = "uo", .components = 4}, "M3", Components(open, open, 1), "M3.long uo[YSide Comp. 1]"},
-        {{.name = "osc", .components = 8}, "M1", Components(open, open, open, 4), "M1.long osc[Comp. 4]"},
-        {{.name = "osc", .components = 8}, "M1", {}, "M1.long osc[Last comp.]"},
-        {{.name = "both", .components = 3}, "M3", {}, "M3.long both"},
+        {{"to", Scores, NoNumber, 2}, "M2", Components(open, 2), "M2.long to[XSide Comp. 2]"},
+        {{"uo", Scores, NoNumber, 4}, "M3", Components(open, open, 1), "M3.long uo[YSide Comp. 1]"},
+        {{"osc", Scores, NoNumber, 8}, "M1", Components(open, open, open, 4), "M1.long osc[Comp. 4]"},
+        {{"osc", Scores, NoNumber, 8}, "M1", {}, "M1.long osc[Last comp.]"},
+        {{"both", Scores, NoNumber, 3}, "M3", {}, "M3.long both"},
         // Distances: plain, weighted, unnormalised, both.
-        {{.name = "DModX"}, "M1", {}, "M1.long DModX(Normalized)"},
-        {{.name = "DModXPS+"}, "M2", {}, "M2.long DModXPS+(Weighted and Normalized)"},
-        {{.name = "DModXPS"}, "M3", {}, "M3.long DModXPS(Abs)"},
-        {{.name = "DModX"}, "M4", {}, "M4.long DModX(Weighted residuals)"},
-        {{.name = "DModY"}, "M2", {}, "M2.long DModY(Normalized)"},
-        {{.name = "DModYPS"}, "M4", {}, "M4.long DModYPS(Abs)"},
-        {{.name = "DModX2"}, "M1", {}, "M1.long DModX2"},
-        {{.name = "tcv", .components = 1, .hasRounds = true}, "M1", Components(1), "M1.long tcv[Comp. 1][CV. 1]"},
+        {{"DModX"}, "M1", {}, "M1.long DModX(Normalized)"},
+        {{"DModXPS+"}, "M2", {}, "M2.long DModXPS+(Weighted and Normalized)"},
+        {{"DModXPS"}, "M3", {}, "M3.long DModXPS(Abs)"},
+        {{"DModX"}, "M4", {}, "M4.long DModX(Weighted residuals)"},
+        {{"DModY"}, "M2", {}, "M2.long DModY(Normalized)"},
+        {{"DModYPS"}, "M4", {}, "M4.long DModYPS(Abs)"},
+        {{"DModX2"}, "M1", {}, "M1.long DModX2"},
+        {{.name = "tcv", .components = 1, .flags = "r"}, "M1", Components(1), "M1.long tcv[Comp. 1][CV. 1]"},
         // Contributions.
         {score, "M1", Groups({}, {1, 2}), "M1.long c(Obs {s1, s2} - Average), Weight=Raw"},
         {score, "M1", Groups({}, {1, 2}), "M1.long c({s1, s2} - Average), Weight=Raw", 2},
@@ -250,29 +191,14 @@ TEST(VectorText, LabelsSeries) {
         {score, "M1", Groups(four, four), "M1.long c(Group 2 - Group 1), Weight=Raw"},
         {score, "M1", Groups({}, four), "M1.long c(Group - Average), Weight=Raw"},
         {score, "M1", Groups(four, {1}), "M1.long c(Obs s1 - Group), Weight=Raw"},
-        {{.name = "c", .obsPred = V::Predicted, .contribution = 1},
-         "M1",
-         Groups({}, {2}),
-         "M1.long c(Obs s6 - Average), Weight=Raw"},
+        {scorePS, "M1", Groups({}, {2}), "M1.long c(Obs s6 - Average), Weight=Raw"},
         {distance, "M1", Groups({2}, {}), "M1.long c(Obs o2), Weight=Raw"},
         {distance, "M1", Groups({2, 3}, {}), "M1.long c({s2, s3}), Weight=Raw", 2},
-        {{.name = "c", .contribution = 4}, "M1", Groups(four, {}), "M1.long c(Obs Group), Weight=Raw"},
-        {{.name = "c", .contribution = 5},
-         "M1",
-         Points(true, true),
-         "M1.long c Aligned({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw"},
-        {{.name = "c", .contribution = 5},
-         "M1",
-         Points(true, false),
-         "M1.long c({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw"},
-        {{.name = "c", .contribution = 6},
-         "M1",
-         Points(true, false),
-         "M1.long c Aligned({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw"},
-        {{.name = "c", .contribution = 7},
-         "M1",
-         Points(false, true),
-         "M1.long c({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw"},
+        {Kind("c", 4), "M1", Groups(four, {}), "M1.long c(Obs Group), Weight=Raw"},
+        {Kind("c", 5), "M1", Points(true, true), alignedPoints},
+        {Kind("c", 5), "M1", Points(true, false), points},
+        {Kind("c", 6), "M1", Points(true, false), alignedPoints},
+        {Kind("c", 7), "M1", Points(false, true), points},
         // Weights, after the group of one observation.
         {distance, "M1", Groups({2}, {}, Weight::Normalized, {3}), "M1.long c(Obs o2), Comp: 3"},
         {score, "M1", Groups({}, {1}, Weight::Normalized, {3}), "M1.long c(Obs s1 - Average), Weight=Normalized"},
@@ -286,19 +212,16 @@ TEST(VectorText, LabelsSeries) {
         {distance, "M1", Groups({2}, {}, Weight::VIP, {3}), "M1.long c(Obs o2), Weight=VIP[3]"},
         {distance, "M1", Groups({2}, {}, Weight::PPO, {1, 2}), "M1.long c(Obs o2), Weight=ppo[1]ppo[2]"},
         // Numbers.
-        {{.name = "XObs", .type = Loadings, .number = ObsOrVar}, "M1", Number(3), "M1.long XObs(Obs o3)"},
-        {{.name = "XObs", .type = Loadings, .number = ObsOrVar}, "M1", Number(open), "M1.long XObs(s1)", 2},
-        {{.name = "v", .number = ObsOrVar}, "M1", Number(3), "M1.long v(Var w3)", 2},
-        {{.name = "v", .number = ObsOrVar}, "M1", Number(open), "M1.long v(Var )"},
-        {{.name = "YPred", .number = V::NumberYVariable}, "M1", Number(2), "M1.long YPred(v5)"},
-        {{.name = "XVar", .number = V::NumberXVariable}, "M1", Number(open), "M1.long XVar(v1)"},
-        {{.name = "pLag", .type = V::VectorTypeLag, .number = V::NumberXVariable}, "M2", Number(2), "M2.long pLag(v3)"},
-        {{.name = "C", .number = V::NumberXAndYVariable}, "M1", Number(3, open), "M1.long C(XVar v3)(YVar v4)"},
-        {{.name = "C", .type = V::VectorTypeLag, .number = V::NumberXAndYVariable},
-         "M2",
-         Number(2, 1),
-         "M2.long C(XVar v3)(YVar v4)"},
-        {{.name = "VIP", .number = V::NumberBatchVIPPhase}, "M4", Number(1, 2), "M4.long VIP(v4), Phase end"},
+        {{"XObs", Loadings, ObsOrVar}, "M1", Number(3), "M1.long XObs(Obs o3)"},
+        {{"XObs", Loadings, ObsOrVar}, "M1", Number(open), "M1.long XObs(s1)", 2},
+        {{"v", Scores, ObsOrVar}, "M1", Number(3), "M1.long v(Var w3)", 2},
+        {{"v", Scores, ObsOrVar}, "M1", Number(open), "M1.long v(Var )"},
+        {{"YPred", Scores, Y}, "M1", Number(2), "M1.long YPred(v5)"},
+        {{"XVar", Scores, X}, "M1", Number(open), "M1.long XVar(v1)"},
+        {{"pLag", Lag, X}, "M2", Number(2), "M2.long pLag(v3)"},
+        {{"C", Scores, XY}, "M1", Number(3, open), "M1.long C(XVar v3)(YVar v4)"},
+        {{"C", Lag, XY}, "M2", Number(2, 1), "M2.long C(XVar v3)(YVar v4)"},
+        {{"VIP", Scores, YPhase}, "M4", Number(1, 2), "M4.long VIP(v4), Phase end"},
         {phase, "M4", Number(1, 1), "M4.long ph, Phase start"},
         {phase, "M3", Number(1, 2), "M3.long ph, Phase late"},
         {phase, "M3", Number(1, 3), "M3.long ph"},
@@ -315,32 +238,26 @@ TEST(VectorText, LabelsSeries) {
         {range, "M2", Number(3, open), "M2.long r[Comp. 3 - Last comp.]"},
         {range, "M1", Number(3, -2), "M1.long r[Comp. 3 - Last comp.]"},
         {range, "M1", Number(3, 1), "M1.long r[Comp. 1 - 3]"},
-        {{.name = "YVar"}, "M4", {}, "M4.long YVar(Normalized)"},
-        {{.name = "YVarPS"}, "M4", {}, "M4.long YVarPS(Normalized)"},
-        {{.name = "YVar2"}, "M4", {}, "M4.long YVar2"},
-        {{.name = "YVar"}, "M1", {}, "M1.long YVar"},
-        {{.name = "IR", .hasLags = true},
+        {{"YVar"}, "M4", {}, "M4.long YVar(Normalized)"},
+        {{"YVarPS"}, "M4", {}, "M4.long YVarPS(Normalized)"},
+        {{"YVar2"}, "M4", {}, "M4.long YVar2"},
+        {{"YVar"}, "M1", {}, "M1.long YVar"},
+        {{.name = "IR", .flags = "l"},
          "M1",
-         [](auto &data) { data.startLag = 2, data.endLag = 5; },
+         [](auto &d) { d.startLag = 2, d.endLag = 5; },
          "M1.long IR, Start Lag=2, End Lag=5"},
         // Tails.
         {batch, "M4", Number(1, 1, 0), "M4.long b, Batch: Std.Dev."},
         {batch, "M4", Number(1, 1, 2), "M4.long b, Batch: B"},
         {batch, "M4", Number(1, 1, -2), "M4.long b, Batch: Average"},
-        {{.name = "b", .number = V::NumberBatch, .obsPred = V::Predicted},
-         "M4",
-         Number(1, 1, 2),
-         "M4.long b, Batch: C"},
-        {{.name = "b", .number = V::NumberBatch, .data = DataSet}, "DS1", Number(1, 1, 3), "DS1., Batch: C"},
-        {{.name = "b", .number = V::NumberBatch, .data = DataSet}, "DS-1", Number(1, 1, 3), "DS-1., Batch: "},
-        {{.name = "b", .number = V::NumberBatch, .data = V::DataTypePredictionSet, .obsPred = V::Predicted},
-         "",
-         Number(1, 1, 1),
-         "PS., Batch: C"},
+        {{"b", Scores, Batch, 0, OfModel, Predicted}, "M4", Number(1, 1, 2), "M4.long b, Batch: C"},
+        {{"b", Scores, Batch, 0, OfSet}, "DS1", Number(1, 1, 3), "DS1., Batch: C"},
+        {{"b", Scores, Batch, 0, OfSet}, "DS-1", Number(1, 1, 3), "DS-1., Batch: "},
+        {{"b", Scores, Batch, 0, OfPredSet, Predicted}, "", Number(1, 1, 1), "PS., Batch: C"},
         {unscaled, "M1", {}, "M1.long u"},
-        {unscaled, "M1", [](auto &data) { data.unscaled = false; }, "M1.long u"},
-        {unscaled, "M1", [](auto &data) { data.backTransformed = false; }, "M1.long u(trans)"},
-        {unscaled, "M1", [](auto &data) { data.unscaled = data.backTransformed = false; }, "M1.long u(as WS)"}};
+        {unscaled, "M1", [](auto &d) { d.unscaled = false; }, "M1.long u"},
+        {unscaled, "M1", [](auto &d) { d.backTransformed = false; }, "M1.long u(trans)"},
+        {unscaled, "M1", [](auto &d) { d.unscaled = d.backTransformed = false; }, "M1.long u(as WS)"}};
     world.project->Model(2).x = ColumnTerms({ColumnTerm(1), ColumnTerm(2, 1), ColumnTerm(2, 2), ColumnTerm(3, 1)});
     // Model 3 and 2 are of batches of data set 7, and of 8 with one phase.
     for (auto const &[model, dataSet] : {std::pair(3, 7), {2, 8}}) {
@@ -355,14 +272,14 @@ TEST(VectorText, LabelsSeries) {
         EXPECT_EQ(world.Data(vector, row.source, row.change).GetFormattedName(&world.defaults, row.alias, row.compact),
                   row.expected);
     }
-    VectorProbe const lost({.name = "b", .number = V::NumberBatch, .data = DataSet});
+    VectorProbe const lost({"b", Scores, Batch, 0, OfSet});
     EXPECT_THROW(world.Data(lost, "DS9", Number(1, 1, 1)).GetFormattedName(&world.defaults, 1, false), NCError);
 }
 
 TEST(VectorText, NamesSeriesWithoutPrefixAndWithTheirScale) {
     World const world;
-    VectorProbe const vector({.name = "t"});
-    ProjectVector const &num = *ProjectVectorHandler::Instance()->GetNumVector(V::VectorTypeVariablesScores);
+    VectorProbe const vector({"t"});
+    ProjectVector const &num = *ProjectVectorHandler::Instance()->GetNumVector(Scores);
     struct {
         ProjectVector const &vector;
         double scaling, offset;

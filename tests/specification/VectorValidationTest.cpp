@@ -4,14 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-constexpr auto Loadings = V::VectorTypeObservationsLoadings;
-constexpr auto ObsOrVar = V::NumberObsOrVar;
-constexpr auto DataSet = V::DataTypeDataSet;
-constexpr auto PredictionSet = V::DataTypePredictionSet;
-
-} // namespace
+namespace {} // namespace
 
 TEST(VectorValidation, ChecksNumbers) {
     World const world;
@@ -19,9 +12,9 @@ TEST(VectorValidation, ChecksNumbers) {
     world.project->Info(3).dataSets = {17};
     world.project->dataSets[17].sourceDataSet = 7;
     world.project->dataSets[7].phases = {"early", "late"};
-    VectorTraits const range{.number = V::NumberComponentRange}, batch{.number = V::NumberBatch};
-    VectorTraits const batchPS{.number = V::NumberBatch, .obsPred = V::Predicted};
-    VectorTraits const lagged{.number = V::NumberXAndYVariable}, pair{.number = V::NumberBatchComponentRange};
+    VectorTraits const range{.number = Range}, batch{.number = Batch};
+    VectorTraits const batchPS{.number = Batch, .obsPred = Predicted};
+    VectorTraits const lagged{.number = XY}, pair{.number = BatchRange};
     // Vector; source; records (number, second number, batch) that are good, and that are not
     struct {
         VectorTraits vector;
@@ -29,39 +22,36 @@ TEST(VectorValidation, ChecksNumbers) {
         std::vector<Change> good, bad;
     } const cases[] = {
         {{}, "M1", {Number(99)}, {}},
-        {{.number = V::NumberYVariable}, "M1", {Number(open), Number(2)}, {Number(0), Number(3)}},
-        {{.number = V::NumberYVariable}, "", {}, {Number(open)}},
-        {{.number = V::NumberXVariable}, "M1", {Number(open), Number(3)}, {Number(0), Number(4), Number(-2)}},
-        {{.number = V::NumberXVariable}, "", {Number(open)}, {Number(1)}},
+        {{.number = Y}, "M1", {Number(open), Number(2)}, {Number(0), Number(3)}},
+        {{.number = Y}, "", {}, {Number(open)}},
+        {{.number = X}, "M1", {Number(open), Number(3)}, {Number(0), Number(4), Number(-2)}},
+        {{.number = X}, "", {Number(open)}, {Number(1)}},
         {lagged, "M1", {Number(open), Number(3, 2)}, {Number(4, 1), Number(3, 3), Number(1, 0)}},
         {range, "M1", {Number(open, open), Number(3, 3), Number(0, -2)}, {Number(4, 3), Number(3, 4)}},
         {range, "", {}, {Number(1, 1)}},
         {batch, "M4", {Number(1, 1, -2), Number(1, 1, 0), Number(1, 1, 3), Number(1, 1, -7)}, {Number(1, 1, 4)}},
         {batch, "M1", {}, {Number(1, 1, 0), Number(1, 1, 1)}},
         {batchPS, "M4", {Number(1, 1, open), Number(1, 1, 2)}, {Number(1, 1, 3)}},
-        {{.number = V::NumberBatch, .data = DataSet}, "DS1", {}, {Number(1, 1, 0)}},
-        {{.number = V::NumberBatchXVariable}, "M4", {Number(3, 1, 1)}, {Number(4, 1, 1), Number(3, 1, 4)}},
-        {{.number = V::NumberBatchYVariable}, "M4", {Number(1, 1, 1)}, {Number(2, 1, 1), Number(1, 1, 4)}},
+        {{.number = Batch, .data = OfSet}, "DS1", {}, {Number(1, 1, 0)}},
+        {{.number = BatchX}, "M4", {Number(3, 1, 1)}, {Number(4, 1, 1), Number(3, 1, 4)}},
+        {{.number = BatchY}, "M4", {Number(1, 1, 1)}, {Number(2, 1, 1), Number(1, 1, 4)}},
         {pair, "M4", {Number(2, 2, 1)}, {Number(3, 2, 1), Number(2, 3, 1), Number(2, 2, 4)}},
-        {{.number = V::NumberBatchIndexOnly}, "M4", {}, {Number(1, 1, 1)}},
-        {{.number = V::NumberBatchVIPPhase}, "M3", {Number(99, 1), Number(1, 2)}, {Number(1, 0), Number(1, 3)}},
-        {{.number = V::NumberBatchVIPSecond}, "M3", {Number(1, 2)}, {Number(1, open)}},
-        {{.number = V::NumberBatchVIPSecond}, "M1", {}, {Number(1, 1)}},
-        {{.number = V::NumberIdentifier, .data = DataSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
+        {{.number = BatchOnly}, "M4", {}, {Number(1, 1, 1)}},
+        {{.number = YPhase}, "M3", {Number(99, 1), Number(1, 2)}, {Number(1, 0), Number(1, 3)}},
+        {{.number = Phase}, "M3", {Number(1, 2)}, {Number(1, open)}},
+        {{.number = Phase}, "M1", {}, {Number(1, 1)}},
+        {{.number = Identifier, .data = OfSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
         {{.number = static_cast<V::NumberType>(13)}, "M1", {}, {Number(1)}},
         // Observations of the model, the prediction set, a data set; variables likewise; other axes have neither.
-        {{.type = Loadings, .number = ObsOrVar}, "M1", {Number(open), Number(6)}, {Number(7), Number(0)}},
-        {{.type = Loadings, .number = ObsOrVar, .obsPred = V::Predicted}, "M1", {Number(5)}, {Number(4)}},
-        {{.type = Loadings, .number = ObsOrVar, .data = DataSet}, "DS2", {Number(2)}, {Number(1)}},
-        {{.type = Loadings, .number = ObsOrVar, .data = PredictionSet, .obsPred = V::Predicted},
-         "",
-         {Number(6)},
-         {Number(1)}},
+        {{"probe", Loadings, ObsOrVar}, "M1", {Number(open), Number(6)}, {Number(7), Number(0)}},
+        {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M1", {Number(5)}, {Number(4)}},
+        {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", {Number(2)}, {Number(1)}},
+        {{"probe", Loadings, ObsOrVar, 0, OfPredSet, Predicted}, "", {Number(6)}, {Number(1)}},
         {{.number = ObsOrVar}, "M1", {Number(3)}, {Number(4)}}, // 4 is in Y
         {{.number = ObsOrVar}, "M2", {Number(5)}, {Number(1)}}, // no workset: the prediction set
-        {{.number = ObsOrVar, .data = DataSet}, "DS2", {Number(2)}, {Number(1)}},
-        {{.number = ObsOrVar, .data = PredictionSet}, "", {Number(5)}, {Number(1)}},
-        {{.type = V::VectorTypeComponent, .number = ObsOrVar}, "M1", {Number(open)}, {Number(1)}}};
+        {{.number = ObsOrVar, .data = OfSet}, "DS2", {Number(2)}, {Number(1)}},
+        {{.number = ObsOrVar, .data = OfPredSet}, "", {Number(5)}, {Number(1)}},
+        {{"probe", PerComponent, ObsOrVar}, "M1", {Number(open)}, {Number(1)}}};
     for (auto const &row : cases) {
         VectorProbe const vector(row.vector);
         for (bool const expected : {true, false})
@@ -70,31 +60,30 @@ TEST(VectorValidation, ChecksNumbers) {
                     << &row - cases << ": " << world.Data(vector, row.source, change).ToStdString(nullptr);
     }
     EXPECT_TRUE(ProjectVectorData().CheckNumberIDs(world.project));
-    ProjectVector const &num = *ProjectVectorHandler::Instance()->GetNumVector(V::VectorTypeVariablesScores);
+    ProjectVector const &num = *ProjectVectorHandler::Instance()->GetNumVector(Scores);
     EXPECT_TRUE(world.Data(num, "", Number(7)).CheckNumberIDs(world.project));
-    VectorProbe const lost({.type = Loadings, .number = ObsOrVar, .data = DataSet});
+    VectorProbe const lost({"probe", Loadings, ObsOrVar, 0, OfSet});
     EXPECT_THROW(world.Data(lost, "DS9", Number(1)).CheckNumberIDs(world.project), NCInternalError);
 }
 
 TEST(VectorValidation, ComparesPairs) {
     World const world;
-    VectorTraits const t{.name = "t"}, x{.name = "x", .number = V::NumberXVariable};
-    VectorTraits const y{.name = "y", .number = V::NumberYVariable}, xy{.name = "xy", .number = V::NumberXAndYVariable};
-    VectorTraits const range{.name = "r", .number = V::NumberComponentRange};
-    VectorTraits const batch{.name = "b", .type = V::VectorTypeAligned, .number = V::NumberBatch};
-    VectorTraits const batchPS{.name = "b", .number = V::NumberBatch, .obsPred = V::Predicted};
-    VectorTraits const batchDS{.name = "b", .number = V::NumberBatch, .data = DataSet};
-    VectorTraits const batchSet{.name = "b", .number = V::NumberBatch, .data = PredictionSet};
-    VectorTraits const batchPair{
-        .name = "b", .type = V::VectorTypeAligned, .number = V::NumberBatchComponentRange, .components = 1};
-    VectorTraits const batchX{.name = "b", .type = V::VectorTypeAligned, .number = V::NumberBatchXVariable};
-    VectorTraits const obs{.name = "o", .type = Loadings, .number = ObsOrVar};
-    VectorTraits const obsPS{.name = "o", .type = Loadings, .number = ObsOrVar, .obsPred = V::Predicted};
-    VectorTraits const varDS{.name = "v", .number = ObsOrVar, .data = DataSet}, var{.name = "v", .number = ObsOrVar};
-    VectorTraits const varSet{.name = "v", .number = ObsOrVar, .data = PredictionSet};
-    VectorTraits const only{.name = "i", .number = V::NumberBatchIndexOnly};
-    VectorTraits const identifier{.name = "id", .number = V::NumberIdentifier, .data = DataSet};
-    VectorTraits const xPred{.name = "x", .number = V::NumberXVariable, .components = 3, .unscales = true};
+    VectorTraits const t{"t"}, x{"x", Scores, X};
+    VectorTraits const y{"y", Scores, Y}, xy{"xy", Scores, XY};
+    VectorTraits const range{"r", Scores, Range};
+    VectorTraits const batch{"b", Aligned, Batch};
+    VectorTraits const batchPS{"b", Scores, Batch, 0, OfModel, Predicted};
+    VectorTraits const batchDS{"b", Scores, Batch, 0, OfSet};
+    VectorTraits const batchSet{"b", Scores, Batch, 0, OfPredSet};
+    VectorTraits const batchPair{"b", Aligned, BatchRange, 1};
+    VectorTraits const batchX{"b", Aligned, BatchX};
+    VectorTraits const obs{"o", Loadings, ObsOrVar};
+    VectorTraits const obsPS{"o", Loadings, ObsOrVar, 0, OfModel, Predicted};
+    VectorTraits const varDS{"v", Scores, ObsOrVar, 0, OfSet}, var{"v", Scores, ObsOrVar};
+    VectorTraits const varSet{"v", Scores, ObsOrVar, 0, OfPredSet};
+    VectorTraits const only{"i", Scores, BatchOnly};
+    VectorTraits const identifier{"id", Scores, Identifier, 0, OfSet};
+    VectorTraits const xPred{"x", Scores, X, 3, OfModel, V::Observed, 0, "u"};
     auto const unit = [](ProjectVectorData &data) { data.unscaled = false; };
     auto const component = [](int kind, int number) -> Change {
         return [=](ProjectVectorData &data) { data.SetComponent(static_cast<V::ComponentType>(kind), number); };
@@ -109,7 +98,7 @@ TEST(VectorValidation, ComparesPairs) {
         Change rightChange;
         char const *expected;
     } const cases[] = {{t, "M1", {}, t, "M1", {}, "nb-"},
-                       {t, "M1", {}, {.name = "p", .type = Loadings}, "M1", {}, "-b-"},
+                       {t, "M1", {}, {"p", Loadings}, "M1", {}, "-b-"},
                        {t, "M1", {}, x, "M1", {}, "-b-"},
                        {x, "M1", Number(1), x, "M1", Number(3), "nbj"},
                        {x, "M1", {}, x, "M2", {}, "-b-"},
@@ -124,13 +113,7 @@ TEST(VectorValidation, ComparesPairs) {
                        {xPred, "M3", component(1, 1), xPred, "M3", {}, "nb-"},
                        {xPred, "M3", component(2, 1), xPred, "M3", {}, "nb-"},
                        {xPred, "M3", component(4, 9), xPred, "M3", {}, "nbj"},
-                       {{.name = "p", .type = Loadings, .number = V::NumberXVariable},
-                        "M1",
-                        {},
-                        {.name = "p", .type = Loadings, .number = V::NumberXVariable},
-                        "M1",
-                        {},
-                        "nb-"},
+                       {{"p", Loadings, X}, "M1", {}, {"p", Loadings, X}, "M1", {}, "nb-"},
                        {obs, "M1", {}, obs, "M1", Number(2), "nbj"},
                        {obs, "M1", {}, obsPS, "M1", {}, "-bj"},
                        {obs, "M1", {}, obs, "M2", {}, "-b-"},

@@ -9,8 +9,7 @@
 #include <functional>
 #include <string>
 
-// Short names for tables.
-using V = ProjectVector;
+using namespace probes;
 using Change = std::function<void(ProjectVectorData &)>;
 
 constexpr int open = -1;
