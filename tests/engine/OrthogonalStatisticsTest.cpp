@@ -16,21 +16,9 @@ class OrthogonalProject : public testing::Test {
 protected:
     OrthogonalProject() : m_project(Project::Create(m_folder / "orthogonal.dsp")) {
         m_project->AddDataSet(Read(rows));
-        Add(ModelTypeE::OPLS, {"y"}, {"z"}, 1);
-        Add(ModelTypeE::O2PLS, {"y", "z"}, {}, 1);
-        Add(ModelTypeE::PLS, {"y"}, {"z"}, 2);
-    }
-
-    void Add(ModelTypeE::Model type, std::vector<std::string> const &responses,
-             std::vector<std::string> const &excluded, int components) {
-        ModelRequest request;
-        request.type = type;
-        request.responses = responses;
-        request.excluded = excluded;
-        request.components = components;
-        request.xOrthogonal = request.yOrthogonal = 1;
-        request.crossValidationGroups = 3;
-        m_project->AddPredictions(m_project->AddModel(request), Read(predicted));
+        AddModel(*m_project, {ModelTypeE::OPLS, {"y"}, {"z"}, 1}, predicted);
+        AddModel(*m_project, {ModelTypeE::O2PLS, {"y", "z"}, {}, 1}, predicted);
+        AddModel(*m_project, {ModelTypeE::PLS, {"y"}, {"z"}, 2}, predicted);
     }
 
     std::vector<float> Row(std::string const &text, ProjectVector::VectorTypeEnum type) const {
@@ -120,13 +108,11 @@ TEST_F(OrthogonalProject, AgreesWithPlsWithOneResponse) {
     struct {
         char const *orthogonal, *pls;
         ProjectVector::VectorTypeEnum type;
-    } const cases[] = {{"T2Range M1,1,2,0,2", "T2Range M3,1,1,0,2", Scores},
-                       {"DModXPS+ M1,1,0,0", "DModXPS+ M3,2,0,0", Scores},
-                       {"SerrL M1,1,1,0", "SerrL M3,2,1,0", Scores},
-                       {"YPredPScvSE M1,1,1,0", "YPredPScvSE M3,2,1,0", Scores},
-                       {"RMSEE M1,1,0,0", "RMSEE M3,2,0,0", Loadings},
-                       {"CoeffCScvSE M1,1,1,0", "CoeffCScvSE M3,2,1,0", Loadings},
-                       {"CoeffRot M1,1,1,0", "CoeffRot M3,2,1,0", Loadings}};
+    } const cases[] = {
+        {"T2Range M1,0,0,0", "T2Range M3,1,1,0,2", Scores},  {"DModXPS+ M1,1,0,0", "DModXPS+ M3,2,0,0", Scores},
+        {"SerrL M1,1,1,0", "SerrL M3,2,1,0", Scores},        {"YPredPScvSE M1,1,1,0", "YPredPScvSE M3,2,1,0", Scores},
+        {"RMSEE M1,1,0,0", "RMSEE M3,2,0,0", Loadings},      {"CoeffCScvSE M1,1,1,0", "CoeffCScvSE M3,2,1,0", Loadings},
+        {"CoeffRot M1,1,1,0", "CoeffRot M3,2,1,0", Loadings}};
     for (auto const &row : cases) {
         std::vector<float> const found = Row(row.orthogonal, row.type), expected = Row(row.pls, row.type);
         ASSERT_FALSE(found.empty()) << row.orthogonal;
