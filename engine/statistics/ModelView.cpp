@@ -110,6 +110,15 @@ ColumnIDs ModelView::LastComponent() const {
     return NamedColumns(NCStringVector{"Last comp"});
 }
 
+ColumnIDs ModelView::ProgressionColumns() const {
+    if (m_fit.components.All() == 0 || m_fit.progression.takenY.cols() == 0)
+        return None();
+    NCStringVector names;
+    for (Index j = 0; j < m_fit.progression.takenY.cols(); ++j)
+        names.push_back(std::to_string(m_fit.components.Predictive()) + "+" + std::to_string(j));
+    return NamedColumns(std::move(names));
+}
+
 Workset const &ModelView::Data() const {
     if (!m_workset)
         m_workset = Workset::Build(m_fit.definition, *m_dataSet);

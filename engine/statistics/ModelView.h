@@ -58,6 +58,9 @@ public:
     ColumnIDs ComponentColumns() const;
     ColumnIDs PredictiveComponents() const;
     ColumnIDs LastComponent() const;
+    // "2+0", "2+1", ...: all predictive components with more and more X-side orthogonal ones. Nothing for a kind of
+    // model without orthogonal components.
+    ColumnIDs ProgressionColumns() const;
     ColumnIDs None() const { return ColumnIDs(m_xColumns.GetProject()); }
 
     // "M1.t": what the label of a row begins with.

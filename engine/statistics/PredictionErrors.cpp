@@ -149,16 +149,18 @@ TablePtr PredictionErrorsOfRounds(ModelView const &model, Subject const &subject
     return answer.Take();
 }
 
-// Values of one Y term for each row, in the units of the data set: what cross-validation predicts, and what is observed
-// less that.
-Vector ValidatedY(RowSet const &rows, Index term, Index size, bool errors) {
-    Vector predicted = CrossValidatedY(*rows.Model().Fit().crossValidation, size).col(term);
+// Values of one Y term for each row, in the units of the data set: what cross-validation predicts (given in workset
+// scale), and what is observed less that.
+Vector ValidatedY(RowSet const &rows, Index term, Vector predicted, bool errors) {
     TermCells const cells(rows, Side::Y(rows.Model()), term);
     for (Index i = 0; i < predicted.size(); ++i)
         predicted[i] = !rows.HasX(i) ? notComputable
                        : errors      ? cells.Residual(i, predicted[i], Units::Source)
                                      : cells.InUnits(i, predicted[i], Units::Source);
     return predicted;
+}
+Vector ValidatedY(RowSet const &rows, Index term, Index size, bool errors) {
+    return ValidatedY(rows, term, CrossValidatedY(*rows.Model().Fit().crossValidation, size).col(term), errors);
 }
 
 TablePtr ValidatedRowsOf(ModelView const &model, char const *name, int component, ColumnTerms const *terms,
@@ -252,6 +254,29 @@ TablePtr ErrorsBySize(ModelView const &model, std::optional<RowSet> const &rows,
     return answer.Take();
 }
 
+ColumnIDs ValidatedProgressionColumns(ModelView const &model) {
+    return HasValidatedY(model) ? model.ProgressionColumns() : model.None();
+}
+
+// One row for each term, for models with more and more X-side orthogonal components.
+TablePtr ErrorsByProgression(ModelView const &model, ColumnTerms const *terms) {
+    ColumnIDs const sizes = ValidatedProgressionColumns(model);
+    if (sizes.Size() == 0)
+        return nullptr;
+    RowSet const rows = *RowSource{model}.Rows();
+    Side const side = Side::Y(model);
+    auto const &predicted = model.Fit().progression.predictedY;
+    Answer answer(sizes);
+    for (Index const term : ChosenTerms(side.all, terms)) {
+        Vector errors(sizes.Size());
+        for (Index j = 0; j < errors.size(); ++j)
+            errors[j] = ErrorSum(ValidatedY(rows, term, predicted[static_cast<std::size_t>(j)].col(term), true))
+                            .RootMeanSquare();
+        answer.Add(model.Label("RMSEcv-progression") + side.Label(term), errors);
+    }
+    return answer.Take();
+}
+
 std::optional<RowSet> ValidatedWorkset(ModelView const &model) {
     return HasValidatedY(model) ? RowSource{model}.Rows() : std::nullopt;
 }
@@ -341,7 +366,8 @@ void AddPredictionErrorHandlers(Handlers &handlers) {
     AddErrors<GetRMSEP, GetRMSEPPerComponent, GetRMSEPPerComponentLast>(handlers, "RMSEP", PredictionError, NewRows);
     AddErrors<GetRMSEcv, GetRMSEcvPerComponent, GetRMSEcvPerComponentLast>(handlers, "RMSEcv", ValidationError,
                                                                            LeftOutRows);
-
+    handlers.On<GetRMSEcvProgression>(ErrorsByProgression);
+    handlers.On<GetRMSEcvProgressionColumnIDs>(ValidatedProgressionColumns);
     OnRowColumns<GetSerrLColumnIDs, GetSerrLPSColumnIDs>(handlers, HasY);
     OnRowColumns<GetSerrUColumnIDs, GetSerrUPSColumnIDs>(handlers, HasY);
     OnPredictedColumns<GetYPredPSCVColumnIDs>(handlers, HasValidatedY);

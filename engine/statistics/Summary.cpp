@@ -87,6 +87,30 @@ bool IsValidated(ModelView const &model) {
     return model.Fit().crossValidation.has_value();
 }
 
+// The same for the predictive part of models with more and more X-side orthogonal components.
+Vector ExplainedProgression(ModelView const &model) {
+    return model.Fit().progression.takenY.colwise().sum() / model.Fit().components.ssY.col(0).sum();
+}
+Vector PredictedProgression(ModelView const &model) {
+    return 1 - model.Fit().progression.press.colwise().sum().array() / ErrorSquares(model, 0);
+}
+
+template <Operation table, Operation columns>
+void AddProgression(Handlers &handlers, char const *name, Vector (*figures)(ModelView const &), Needs needs) {
+    auto const columnsOf = [needs](ModelView const &model) {
+        return needs(model) ? model.ProgressionColumns() : model.None();
+    };
+    handlers.On<columns>(columnsOf);
+    handlers.On<table>([=](ModelView const &model) -> TablePtr {
+        ColumnIDs const sizes = columnsOf(model);
+        if (sizes.Size() == 0)
+            return nullptr;
+        Answer answer(sizes);
+        answer.Add(model.Label(name), figures(model));
+        return answer.Take();
+    });
+}
+
 template <Operation table, Operation columns>
 void Add(Handlers &handlers, char const *name, Figure figure, Needs needs) {
     handlers.On<table>([=](ModelView const &model) -> TablePtr {
@@ -125,6 +149,10 @@ void AddSummaryHandlers(Handlers &handlers) {
     Add<GetSSY, GetSSYColumnIDs>(handlers, "SSY", SquaresY, HasY);
     Add<GetSDT, GetSDTColumnIDs>(handlers, "SDt", DeviationX, Always);
     Add<GetSDU, GetSDUColumnIDs>(handlers, "SDu", DeviationY, HasY);
+    AddProgression<GetR2CumProgression, GetR2CumProgressionColumnIDs>(handlers, "R2(cum)progression",
+                                                                      ExplainedProgression, Always);
+    AddProgression<GetQ2CumProgression, GetQ2CumProgressionColumnIDs>(handlers, "Q2(cum)progression",
+                                                                      PredictedProgression, IsValidated);
     handlers.On<GetQ2CumLast>([](ModelView const &model) -> TablePtr {
         if (!IsValidated(model) || !HasComponents(model))
             return nullptr;

@@ -34,6 +34,24 @@ inline engine::ImportedTable Read(char const *text) {
     return engine::ReadTable(stream, "table");
 }
 
+struct ModelCase {
+    ModelTypeE::Model type;
+    std::vector<std::string> responses, excluded;
+    int components;
+};
+
+// One orthogonal component of each kind that the model can have, three rounds, and new rows.
+inline void AddModel(Project &project, ModelCase const &model, char const *predictions) {
+    ModelRequest request;
+    request.type = model.type;
+    request.responses = model.responses;
+    request.excluded = model.excluded;
+    request.components = model.components;
+    request.xOrthogonal = request.yOrthogonal = 1;
+    request.crossValidationGroups = 3;
+    project.AddPredictions(project.AddModel(request), Read(predictions));
+}
+
 // Model 1 PLS, model 2 PCA, both of the complete rows; model 3 PCA and 4 PLS with one cell missing; model 1 has a
 // prediction set.
 class SmallProject : public testing::Test {

@@ -99,43 +99,6 @@ TEST_F(SmallProject, StandardErrorsComeFromTheRounds) {
     EXPECT_EQ(Table("tcv M2,1,0,2", Scores)->GetRowName(1), "M2.tcv[1][CV. 2]");
 }
 
-// The first of each thing that the vector takes. New observations come behind the six.
-std::string ArgumentsOf(ProjectVector const &vector, int model) {
-    bool const newObservation =
-        vector.GetNumberType() == ProjectVector::NumberObsOrVar && vector.GetObsPredType() == ProjectVector::Predicted;
-    std::string text = "M" + std::to_string(model) + ",1," + (newObservation ? "7" : "1") + ",1";
-    if (vector.UseUnscalingTransform())
-        text += ",1,1";
-    return vector.UseNumberID2() ? text + ",2" : text;
-}
-
-// Each vector gives columns that equal those of its column form; what a model does not have is nothing in both.
-TEST_F(SmallProject, ColumnFormsEqualTheTables) {
-    int delivered = 0;
-    for (ProjectVector const *vector : *ProjectVectorHandler::Instance())
-        for (int const model : {1, 2, 3, 4}) {
-            if ((vector->GetModelType() & s_project->GetModelInfo(model)->type) == 0)
-                continue;
-            // A pair with an orthogonal component has the columns of any pair.
-            if (std::string(vector->GetName()) == "t(corr)2")
-                continue;
-            std::string const args = ArgumentsOf(*vector, model);
-            TablePtr const table = vector->CreateVectorRaw(s_project, args.c_str());
-            ColumnIDs const columns = vector->CreateColumnIDsRaw(s_project, args.c_str());
-            EXPECT_EQ(table != nullptr, columns.Size() > 0) << vector->GetName() << ' ' << args;
-            if (!table)
-                continue;
-            ++delivered;
-            EXPECT_TRUE(table->GetColumnIDs() == columns) << vector->GetName() << ' ' << args;
-            if (vector->GetNumberType() == ProjectVector::NumberIdentifier)
-                continue; // identifiers here are letters
-            for (float const value : table->GetMatrix().Values())
-                EXPECT_FALSE(IsMissing(value)) << vector->GetName() << ' ' << args;
-        }
-    // 64 vectors of PCA and 145 of PLS models, twice each.
-    EXPECT_EQ(delivered, 2 * (64 + 145));
-}
-
 TEST_F(SmallProject, ListsOfComponents) {
     GetProjectData const statistics(*s_project);
     struct {
