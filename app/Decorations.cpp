@@ -8,9 +8,11 @@
 #include "platform/Sta.h"
 #include "utilities/DefaultSelection.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 
 namespace {
 
@@ -78,15 +80,9 @@ void AddLimit(NCProject const &project, ProjectVectorData const &data, float sig
 
 // The vector that holds the jack-knife standard errors of another one; empty when there is none.
 std::string ErrorsOf(std::string const &name) {
-    static constexpr std::array names = {"p", "w", "w*", "c", "q", "po", "wo", "co", "qo", "CoeffCS", "VIP"};
-    static constexpr std::array joint = {"pc", "pq", "w*c"};
-    for (char const *const known : names)
-        if (name == known)
-            return name + "cvSE";
-    for (char const *const known : joint)
-        if (name == known)
-            return name + "cvSE";
-    return {};
+    static constexpr std::array<std::string_view, 14> names = {"p",  "w",  "w*", "c",  "q",   "po",      "wo",
+                                                               "co", "qo", "pc", "pq", "w*c", "CoeffCS", "VIP"};
+    return std::ranges::find(names, name) != names.end() ? name + "cvSE" : std::string();
 }
 
 void AddErrorBars(NCProject const &project, ProjectUtilities::DefaultSelection const &defaults,

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "platform/Missing.h"
+
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace engine {
-
-// The mark of a missing value in a row of numbers.
-inline constexpr float missingValue = -99.0f;
 
 enum class CellKind {
     Missing,

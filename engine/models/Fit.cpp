@@ -103,9 +103,8 @@ Components FirstComponents(Components const &components, Index predictive) {
 FittedModel Fit(ModelDefinition const &definition, Workset const &workset, Progress const &progress) {
     auto const rows = workset.x.Rows();
     CheckGroups(definition, rows);
-    auto const orthogonal = definition.kind == ModelKind::Opls || definition.kind == ModelKind::O2Pls;
     auto const roundOfRow = RoundsOfRows(definition, rows);
-    auto model = (orthogonal ? FitOrthogonal : FitInOrder)(definition, workset, roundOfRow, progress);
+    auto model = (definition.HasOrthogonal() ? FitOrthogonal : FitInOrder)(definition, workset, roundOfRow, progress);
     model.definition = definition;
     model.xScales = workset.xScales;
     model.yScales = workset.yScales;

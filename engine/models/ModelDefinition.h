@@ -70,6 +70,8 @@ struct ModelDefinition {
     double alpha = 0.05;
 
     bool HasY() const { return kind != ModelKind::Pca; }
+    // Whether the kind sets orthogonal components apart from the predictive ones.
+    bool HasOrthogonal() const { return kind == ModelKind::Opls || kind == ModelKind::O2Pls; }
 
     // A binary text with version and checksum. Load throws NCError for a text that Save did not write.
     std::string Save() const;

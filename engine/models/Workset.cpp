@@ -2,6 +2,7 @@
 
 #include "engine/models/Parallel.h"
 #include "platform/Exception.h"
+#include "platform/Missing.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,7 +11,6 @@
 namespace engine {
 namespace {
 
-constexpr float missingMark = -99.0f;
 constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
 // The chosen rows of a column, transformed and locally centred; NaN where missing. Answers the count of the others.
@@ -22,11 +22,11 @@ Index TransformColumn(Term const &term, SourceColumns const &source, std::vector
     Index observed = 0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto const row = static_cast<std::size_t>(rows[i]);
-        auto const value = row < values.size() ? values[row] : missingMark;
+        auto const value = row < values.size() ? values[row] : missingValue;
         double result = value;
         if (!plain)
             result = transformation.Apply(value) - (centres.empty() ? 0 : centres[row]);
-        auto const known = value != missingMark && std::isfinite(result);
+        auto const known = value != missingValue && std::isfinite(result);
         out[i] = known ? result : missing;
         observed += known;
     }

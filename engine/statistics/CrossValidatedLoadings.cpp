@@ -14,9 +14,8 @@ using Columns = ColumnIDs const &(ModelView::*)() const;
 
 bool HasPart(ModelView const &model, Part part) {
     // q is a statistic of its own only beside orthogonal components: in PLS it goes with c.
-    ModelKind const kind = model.Fit().definition.kind;
-    bool const orthogonal = kind == ModelKind::Opls || kind == ModelKind::O2Pls;
-    return (model.Fit().components.*part).cols() > 0 && (part != &Components::q || orthogonal);
+    FittedModel const &fit = model.Fit();
+    return (fit.components.*part).cols() > 0 && (part != &Components::q || fit.definition.HasOrthogonal());
 }
 
 TablePtr OfRound(ModelView const &model, char const *name, Columns columns, Part part, int round,

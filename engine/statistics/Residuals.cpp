@@ -52,8 +52,7 @@ Vector RowSquares(Block const &block, Vector const &weights, Predict predict) {
 
 std::optional<Index> ChosenSize(FittedModel const &model, int component) {
     Index const all = model.components.Predictive();
-    bool const orthogonal = model.definition.kind == ModelKind::Opls || model.definition.kind == ModelKind::O2Pls;
-    if (component == -1 || (orthogonal && (component < 1 || component > all)))
+    if (component == -1 || (model.definition.HasOrthogonal() && (component < 1 || component > all)))
         return all;
     return component >= 0 && component <= all ? std::optional<Index>(component) : std::nullopt;
 }

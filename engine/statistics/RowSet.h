@@ -96,8 +96,7 @@ inline bool HasComponents(ModelView const &model) {
     return model.Fit().components.All() > 0;
 }
 inline bool IsOrthogonalKind(ModelView const &model) {
-    ModelKind const kind = model.Fit().definition.kind;
-    return kind == ModelKind::Opls || kind == ModelKind::O2Pls;
+    return model.Fit().definition.HasOrthogonal();
 }
 
 template <Operation operation>
