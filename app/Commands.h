@@ -9,6 +9,7 @@ class App;
 void AddImportCommands(CLI::App &program);    // import, predict
 void AddModelCommands(CLI::App &program);     // fit, models, datasets
 void AddCatalogueCommands(CLI::App &program); // catalogue, vectors
+void AddCentreCommand(CLI::App &program);
 void AddTableCommand(CLI::App &program);
 void AddPlotCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);

@@ -155,6 +155,9 @@ void Predict(ImportRequest const &request) {
     engine::VariableMatch const match = project->MatchVariables(request.model, table);
     AddNote(table, "The model's variables that the table lacks, taken as missing: ", match.missing);
     AddNote(table, "Variables that the model does not use: ", match.surplus);
+    std::vector<std::string> groups = match.unknownGroups;
+    std::ranges::replace(groups, std::string(), "(none)");
+    AddNote(table, "Groups without centre values, whose locally centred variables are taken as missing: ", groups);
     int const number = [&] {
         ProgressBar bar("Storing");
         return project->AddPredictions(request.model, table, bar.Listener());

@@ -2,8 +2,8 @@
 #include "app/Failure.h"
 #include "app/Listing.h"
 #include "app/ProgressBar.h"
+#include "app/VariableOptions.h"
 #include "engine/Project.h"
-#include "platform/VqString.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,6 +19,7 @@ struct FitRequest {
     std::vector<std::string> responses; // as given: lists of names
     std::vector<std::string> excluded;
     std::vector<std::string> transformations;
+    std::vector<std::string> products;
 };
 
 struct ListRequest {
@@ -34,56 +35,6 @@ CLI::Option *AddChoice(CLI::App &command, std::string const &name, Value &value,
         .add_option_function<std::string>(
             name, [&value, choices](std::string const &word) { value = choices.at(word); }, help)
         ->check(CLI::IsMember(choices));
-}
-
-// The names in lists that are separated by commas. A name that holds a comma stands in double quotes.
-std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
-    std::vector<std::string> names;
-    for (std::string const &list : lists) {
-        bool quoted = false;
-        std::string name;
-        for (char const letter : list + ',')
-            if (letter == '"') {
-                quoted = !quoted;
-            } else if (letter == ',' && !quoted) {
-                if (name.empty())
-                    throw UsageError("\"" + list + "\" holds an empty name");
-                names.push_back(std::move(name));
-                name.clear();
-            } else {
-                name += letter;
-            }
-        if (quoted)
-            throw UsageError("A quote in \"" + list + "\" is not closed");
-    }
-    return names;
-}
-
-// "ash=log", "ash=power:1:0:0.5": the name of a variable, a kind and its constants.
-std::pair<std::string, engine::VariableTransformation> TransformationIn(std::string const &text) {
-    using Transformation = engine::VariableTransformation;
-    static std::map<std::string, Transformation> const kinds = {
-        {"log", {Transformation::Log, 1, 0, 1}},       {"neglog", {Transformation::NegLog, 1, 0, 1}},
-        {"logit", {Transformation::Logit, 0, 1, 1}},   {"exp", {Transformation::Exponential, 1, 0, 1}},
-        {"power", {Transformation::Power, 1, 0, 0.5}}, {"none", {}}};
-    std::size_t const equals = text.rfind('=');
-    std::vector<std::string> parts;
-    std::istringstream stream(equals == std::string::npos ? std::string() : text.substr(equals + 1));
-    for (std::string part; std::getline(stream, part, ':');)
-        parts.push_back(part);
-    if (parts.empty() || !kinds.contains(parts[0]) || parts.size() > 4)
-        throw UsageError("\"" + text +
-                         "\" is no transformation such as ash=log, ash=logit:0:100 or ash=power:1:0:0.5; "
-                         "there are log, neglog, logit, exp and power");
-    Transformation transformation = kinds.at(parts[0]);
-    double *const constants[] = {&transformation.c1, &transformation.c2, &transformation.c3};
-    for (std::size_t i = 1; i < parts.size(); ++i) {
-        char *end = nullptr;
-        *constants[i - 1] = VqString::vqstrtod(parts[i].c_str(), &end);
-        if (end == parts[i].c_str() || *end != '\0')
-            throw UsageError("\"" + parts[i] + "\" in \"" + text + "\" is no number");
-    }
-    return {text.substr(0, equals), transformation};
 }
 
 // "2", "1,2", "1,2,1": predictive, X-side and Y-side orthogonal components; what is left out is found.
@@ -123,6 +74,10 @@ void Report(FitRequest const &request, engine::Project const &project, int model
            << std::to_string(info->sizeXVariables) << "\n";
     if (info->sizeYVariables > 0)
         output << "  Y variables   " << std::to_string(info->sizeYVariables) << "\n";
+    DefaultCenterValues const centres = project.GetModel(model)->GetCenterValues();
+    if (centres.SizeVars() > 0)
+        output << "  centred       " << std::to_string(centres.SizeVars()) << " variables by " << centres.identifier
+               << "\n";
     output << "  components    " << std::to_string(info->SizeComponents()) << "\n";
     if (info->SizeComponents() == 0)
         output << "Cross-validation finds no significant component. --components N takes N of them all the same.\n";
@@ -156,8 +111,9 @@ void Fit(FitRequest request) {
     bool const needsResponses = (request.model.type & ModelTypeE::WithY) != 0;
     request.model.responses = NamesIn(request.responses);
     request.model.excluded = NamesIn(request.excluded);
-    for (std::string const &text : request.transformations)
-        request.model.transformations.insert(TransformationIn(text));
+    request.model.transformations = TransformationsIn(request.transformations);
+    for (std::string const &text : NamesIn(request.products))
+        request.model.products.push_back(FactorsIn(text));
     if (needsResponses && request.responses.empty())
         throw UsageError("The model (" + ModelTypeE::GetModelTypeName(request.model.type) +
                          ") needs its Y variables: --y NAME,...");
@@ -233,6 +189,13 @@ void AddModelCommands(CLI::App &program) {
     command->add_option("--transform", request->transformations, "Transform a variable before it is scaled")
         ->type_name("NAME=KIND[:C1[:C2[:C3]]]")
         ->allow_extra_args(false);
+    command->add_option("--product", request->products, "Square and cross terms of X variables, such as width*width")
+        ->type_name("NAME*NAME,...")
+        ->allow_extra_args(false);
+    command->add_flag("--squares", model.squares, "The squares of all X variables as further terms");
+    command->add_flag("--crosses", model.crosses, "The products of every two X variables as further terms");
+    command->add_flag("!--no-local-centring", model.localCentring,
+                      "Do not use the centre values that \"centre\" has set");
     AddChoice(*command, "--scaling", model.scaling,
               {{"uv", engine::ModelRequest::UnitVariance},
                {"ctr", engine::ModelRequest::Centred},

@@ -56,6 +56,7 @@ int Run(int count, char **arguments) {
     program.set_version_flag("--version", "dataseries " DATASERIES_VERSION);
     program.require_subcommand(1);
     AddImportCommands(program);
+    AddCentreCommand(program);
     AddModelCommands(program);
     AddCatalogueCommands(program);
     AddTableCommand(program);

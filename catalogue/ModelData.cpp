@@ -9,12 +9,12 @@ namespace {
 using namespace rows;
 
 bool HasLocalCentring(NCProject const &project) {
-    return GetProjectData(project).GetLocalCenteringColumnIDs().Size() > 0;
+    return project.GetLocalCentering().SizeVars() != 0;
 }
 
 bool HasLocalCentring(NCProject const &project, ModelInfo const &model) {
-    return HasLocalCentring(project) &&
-           GetProjectData(project).GetModelLocalCenteringColumnIDs(model.number).Size() > 0;
+    boost::shared_ptr<NCModel const> const made = project.GetModel(model.number);
+    return HasLocalCentring(project) && made && made->GetCenterValues().SizeVars() != 0;
 }
 
 bool HasTime(ProjectPtr const &project) {

@@ -1,6 +1,7 @@
 #include "engine/Project.h"
 
 #include "engine/DataSet_internal.h"
+#include "engine/Definition_internal.h"
 #include "engine/TableReader.h"
 #include "engine/models/Fit.h"
 #include "engine/statistics/Handlers.h"
@@ -27,126 +28,18 @@ std::span<std::byte const> AsBytes(std::string const &text) {
     return std::as_bytes(std::span(text));
 }
 
-ScalingKind ScalingOf(ModelRequest::Scaling scaling) {
-    switch (scaling) {
-    case ModelRequest::Centred:
-        return ScalingKind::Centred;
-    case ModelRequest::Pareto:
-        return ScalingKind::Pareto;
-    case ModelRequest::None:
-        return ScalingKind::None;
-    default:
-        return ScalingKind::UnitVariance;
-    }
-}
-
-// The columns and rows of a data set by their primary identifiers.
-class NameList {
-public:
-    explicit NameList(PackedTexts const &names) {
-        for (std::size_t i = 0; i < names.size(); ++i)
-            m_places[std::string(names[i])].push_back(static_cast<int>(i));
-    }
-
-    std::vector<int> const *Find(std::string const &name) const {
-        auto const found = m_places.find(name);
-        return found == m_places.end() ? nullptr : &found->second;
-    }
-
-private:
-    std::unordered_map<std::string, std::vector<int>> m_places;
-};
-
-Transformation TransformationOf(VariableTransformation const &transformation) {
-    using enum TransformationKind;
-    static constexpr TransformationKind kinds[] = {None, Log, NegLog, Logit, Exponential, Power};
-    return {kinds[transformation.kind], transformation.c1, transformation.c2, transformation.c3};
-}
-
-// Gives the terms of named variables their transformations.
-void ApplyTransformations(ModelRequest const &request, DataSetRecord const &record, NameList const &variables,
-                          ModelDefinition &definition) {
-    for (auto const &[name, transformation] : request.transformations) {
-        std::vector<int> const *const columns = variables.Find(name);
-        bool any = false;
-        for (std::vector<Term> *const terms : {&definition.xTerms, &definition.yTerms})
-            for (Term &term : *terms)
-                if (columns && term.column == columns->front()) {
-                    term.transformation = TransformationOf(transformation);
-                    any = true;
-                }
-        if (!any)
-            throw NCError(ExceptionMessage::translate(
-                              "There is no variable \"{1}\" of the model in data set {2} ({3}) to transform.") %
-                              name % record.number % record.name,
-                          NCError::Error);
-    }
-}
-
-// Puts the names of a request into columns and rows of its data set.
-ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &file) {
-    DataSetRecord const record = file.DataSet(request.dataSet);
-    NameList const variables(file.VariableIdentifiers(record.number).front().texts);
-    NameList const observations(file.ObservationIdentifiers(record.number).front().texts);
-
-    ModelDefinition definition;
-    definition.kind = static_cast<ModelKind>(request.type);
-    definition.components = request.components;
-    if (request.type == ModelTypeE::OPLS || request.type == ModelTypeE::O2PLS)
-        definition.xOrthogonal = request.xOrthogonal;
-    if (request.type == ModelTypeE::O2PLS)
-        definition.yOrthogonal = request.yOrthogonal;
-    definition.groups = request.crossValidationGroups;
-    definition.alpha = request.alpha;
-
-    Term term;
-    term.scaling = ScalingOf(request.scaling);
-    std::set<int> used;
-    // Dates are no measurements: they are in X only when they are transformed, which names them.
-    std::set<int> dates;
-    for (std::string const &name : HeadingsOf(*ReadRoles(file), dateTimeRole))
-        if (std::vector<int> const *const columns = variables.Find(name);
-            columns && !request.transformations.contains(name))
-            dates.insert(columns->begin(), columns->end());
-    for (std::string const &name : request.responses) {
-        std::vector<int> const *const columns = variables.Find(name);
-        if (!columns)
-            throw NCError(ExceptionMessage::translate("There is no variable \"{1}\" in data set {2} ({3}).") % name %
-                              record.number % record.name,
-                          NCError::Error);
-        term.column = columns->front();
-        if (!used.insert(term.column).second)
-            throw NCError(ExceptionMessage::translate("The variable \"{1}\" is named twice as a response.") % name,
-                          NCError::Error);
-        definition.yTerms.push_back(term);
-    }
-    std::unordered_set<int> leftOut;
-    for (std::string const &name : request.excluded) {
-        std::vector<int> const *const columns = variables.Find(name);
-        std::vector<int> const *const rows = observations.Find(name);
-        if (!columns && !rows)
-            throw NCError(ExceptionMessage::translate(
-                              "There is no variable and no observation \"{1}\" in data set {2} ({3}) to leave out.") %
-                              name % record.number % record.name,
-                          NCError::Error);
-        if (columns && !used.insert(columns->front()).second)
-            throw NCError(ExceptionMessage::translate("The variable \"{1}\" is left out, and is also a response or "
-                                                      "left out before.") %
-                              name,
-                          NCError::Error);
-        if (!columns)
-            leftOut.insert(rows->begin(), rows->end());
-    }
-    for (int column = 0; column < static_cast<int>(record.variables); ++column)
-        if (!used.contains(column) && !dates.contains(column)) {
-            term.column = column;
-            definition.xTerms.push_back(term);
-        }
-    ApplyTransformations(request, record, variables, definition);
-    for (int row = 0; row < static_cast<int>(record.observations); ++row)
-        if (!leftOut.contains(row))
-            definition.rows.push_back(row);
-    return definition;
+std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, ImportedTable const &table) {
+    if (centres.SizeVars() == 0)
+        return {};
+    auto const column = std::ranges::find(table.observations, centres.identifier, &TextColumn::name);
+    if (column == table.observations.end())
+        return {""};
+    std::set<std::string> unknown;
+    for (std::size_t row = 0; row < column->texts.size(); ++row)
+        unknown.emplace(column->texts[row]);
+    for (std::string const &group : centres.groups)
+        unknown.erase(group);
+    return {unknown.begin(), unknown.end()};
 }
 
 NewDataSet AsDataSet(ImportedTable const &table) {
@@ -343,12 +236,33 @@ int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
     return number;
 }
 
+void Project::SetLocalCentring(LocalCentring const &centring) {
+    AliasAccess const aliases(GetObservations());
+    std::set<std::string> const groups(centring.groups.begin(), centring.groups.end());
+    auto const isKnown = [&](int alias) {
+        auto const &texts = GetObservations().GetAlias(alias)->texts;
+        return aliases.GetRawAliasName(alias) == centring.identifier &&
+               std::ranges::any_of(texts, [&](std::string const &text) { return groups.contains(text); });
+    };
+    if (!centring.variables.empty() && std::ranges::none_of(aliases.GetUsedAliases(), isKnown))
+        throw NCError(ExceptionMessage::translate("No observation has one of the {1} groups as its \"{2}\".") %
+                          centring.groups.size() % centring.identifier,
+                      NCError::Error);
+    StoreCentring(m_state->File(), centring);
+}
+
+LocalCentring Project::MeansOfGroups(GroupMeansRequest const &request) const {
+    return GroupMeans(m_state->File(), request);
+}
+
 int Project::AddModel(ModelRequest const &request, Progress const &progress) {
     DataSetRecord const *const record = m_state->RecordOf(request.dataSet);
     if (!record)
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
     ModelDefinition const definition = DefinitionOf(request, m_state->File());
-    FittedModel const fitted = Fit(definition, Workset::Build(definition, m_state->Data(request.dataSet)), progress);
+    boost::shared_ptr<DataSet const> const data = m_state->FindData(request.dataSet);
+    FittedModel const fitted =
+        Fit(definition, Workset::Build(definition, ModelColumns(definition, data, data)), progress);
     std::string const saved = definition.Save();
     std::string const results = fitted.Save();
     Transaction transaction(m_state->File());
@@ -369,6 +283,8 @@ VariableMatch Project::MatchVariables(int model, ImportedTable const &table) con
     VariableMatch match;
     for (ColumnTerms const *terms : {&view->GetXColumnTerms(), &view->GetYColumnTerms()})
         for (ColumnTerm const &term : *terms) {
+            if (term.Size() > 1)
+                continue; // its factors are terms too
             std::string const &name = GetVariables().GetText(term.GetMotherVariable(1), 1);
             known.insert(name);
             if (terms == &view->GetXColumnTerms() && !columns.Find(name))
@@ -378,12 +294,15 @@ VariableMatch Project::MatchVariables(int model, ImportedTable const &table) con
     for (std::size_t i = 0; i < names.size(); ++i)
         if (!known.contains(std::string(names[i])))
             match.surplus.emplace_back(names[i]);
+    match.unknownGroups = UnknownGroups(view->GetCenterValues(), table);
     return match;
 }
 
 int Project::AddPredictions(int model, ImportedTable const &table, Progress const &progress) {
     std::size_t const missing = MatchVariables(model, table).missing.size();
-    if (missing == static_cast<std::size_t>(GetModel(model)->GetXColumnTerms().Size()))
+    auto const variables = std::ranges::count_if(GetModel(model)->GetXColumnTerms(),
+                                                 [](ColumnTerm const &term) { return term.Size() == 1; });
+    if (missing == static_cast<std::size_t>(variables))
         throw NCError(ExceptionMessage::translate(
                           "None of the {1} X variables of model {2} is among the {3} variables of the table.") %
                           missing % model % table.columns.size(),
@@ -483,6 +402,18 @@ NCVariables const &Project::GetVariables() const {
 
 NCObservations const &Project::GetObservations() const {
     return m_state->Items().observations;
+}
+
+LocalCenteringData Project::GetLocalCentering() const {
+    LocalCentring const centring = ReadCentring(m_state->File());
+    std::unordered_map<std::string, std::uint32_t> numbers;
+    for (std::uint32_t variable = 1; variable <= GetVariables().Size(); ++variable)
+        numbers.emplace(GetVariables().GetText(variable, 1), variable);
+    LocalCenteringData data{centring.identifier, centring.groups, {}};
+    for (LocalCentring::Variable const &variable : centring.variables)
+        if (auto const found = numbers.find(variable.name); found != numbers.end())
+            data.variables.push_back({found->second, variable.centres});
+    return data;
 }
 
 boost::shared_ptr<NCDataSet const> Project::GetDataSet(int number) const {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "engine/LocalCentring.h"
 #include "engine/Progress.h"
 #include "engine/ProjectFile.h"
 #include "platform/NCProject.h"
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,38 +13,6 @@
 namespace engine {
 
 struct ImportedTable;
-
-// What is done to the values v of a variable before they are centred and scaled:
-//   Log    log10(c1 v + c2)          NegLog       -log10(c1 v + c2)
-//   Logit  log10((v - c1)/(c2 - v))  Exponential  exp(c1 v + c2)
-//   Power  (c1 v + c2)^c3
-// A value outside the domain becomes missing.
-struct VariableTransformation {
-    enum Kind { None, Log, NegLog, Logit, Exponential, Power };
-
-    Kind kind = None;
-    double c1 = 1;
-    double c2 = 0;
-    double c3 = 1;
-};
-
-// What a model is to be fitted to. Variables and observations go by their primary identifiers.
-struct ModelRequest {
-    enum Scaling { UnitVariance, Centred, Pareto, None };
-
-    ModelTypeE::Model type = ModelTypeE::PCA;
-    int dataSet = 1;
-    std::vector<std::string> responses = {}; // the Y variables; all others are X variables
-    std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
-    std::map<std::string, VariableTransformation> transformations = {}; // by variable
-    Scaling scaling = UnitVariance;
-    // Numbers of components, -1: as many as the fit finds significant. Orthogonal ones count where the type has them.
-    int components = -1; // predictive
-    int xOrthogonal = -1;
-    int yOrthogonal = -1;
-    int crossValidationGroups = 7; // 0: no cross-validation
-    double alpha = 0.05;           // significance level of limits and intervals
-};
 
 // How much of the variation of X and Y a component explains, alone and with those before it, and how much of X (without
 // Y) or Y cross-validation predicts. NaN where there is no such figure.
@@ -56,6 +24,9 @@ struct ComponentSummary {
 struct VariableMatch {
     std::vector<std::string> missing; // of X: their cells are missing
     std::vector<std::string> surplus; // of neither X nor Y: not used
+    // Of a model with local centring: texts of the identifier by which it groups that are none of its groups, empty for
+    // an observation without. Their locally centred variables are missing.
+    std::vector<std::string> unknownGroups;
 };
 
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
@@ -72,6 +43,11 @@ public:
 
     // Stores a table as a data set and answers its number.
     int AddDataSet(ImportedTable const &table, Progress const &progress = {});
+    // Sets the centre values of later models; those without variables take all away. The models that are there keep
+    // theirs. NCError when no observation belongs to any of the groups.
+    void SetLocalCentring(LocalCentring const &centring);
+    // The means of groups of observations as centre values.
+    LocalCentring MeansOfGroups(GroupMeansRequest const &request) const;
     // Fits a model, cross-validates it, stores both and answers the number of the model.
     int AddModel(ModelRequest const &request, Progress const &progress = {});
     // Makes the table the prediction set of a model. Variables are matched by name, in any order; those that the model
@@ -93,6 +69,7 @@ public:
     boost::shared_ptr<NCDataContainerBase const> GetWorkset(int model) const override;
     NCVariables const &GetVariables() const override;
     NCObservations const &GetObservations() const override;
+    LocalCenteringData GetLocalCentering() const override;
     boost::shared_ptr<NCDataSet const> GetDataSet(int number) const override;
     boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int number) const override;
     int GetFirstDataSet(int after) const override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ColumnTerm.h"
+#include "platform/LocalCentering.h"
 #include "platform/NCDataMatrix.h"
 #include "platform/NCDataVector.h"
 #include "platform/TriState.h"
@@ -22,6 +23,8 @@ public:
     virtual ObservationInfos const &GetObservations() const = 0;
     // 0 CoeffCS, 1 CoeffMLR, 2 Coeff, 3 CoeffRot: the form of coefficients that the user prefers for this model.
     virtual int GetCoefficientKind() const { return 0; }
+    // Without variables when none of the model is locally centred.
+    virtual DefaultCenterValues GetCenterValues() const { return {}; }
 };
 
 // A model with components.

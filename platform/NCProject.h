@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/LocalCentering.h"
 #include "platform/ModelInfo.h"
 #include "platform/NCDataSet.h"
 #include "platform/NCModel.h"
@@ -58,6 +59,8 @@ public:
     virtual int GetPreferredObservationAlias() const { return 1; }
     virtual int GetPreferredVariableAlias() const { return 1; }
     virtual void RefreshObservations() {}
+    // Without variables when nothing is locally centred.
+    virtual LocalCenteringData GetLocalCentering() const { return {}; }
 
     // The data that a model is made of; empty for a number that no model has.
     virtual boost::shared_ptr<NCDataContainerBase const> GetWorkset(int) const { return {}; }

@@ -45,6 +45,11 @@ private:
         for (auto &value : values)
             Put(value);
     }
+    void Put(std::string &text) {
+        auto size = static_cast<std::uint64_t>(text.size());
+        Put(size);
+        m_bytes.append(text);
+    }
     template <typename Scalar, int R, int C, int O>
     void Put(Eigen::Matrix<Scalar, R, C, O> &matrix) {
         auto rows = static_cast<std::uint64_t>(matrix.rows());
@@ -87,6 +92,10 @@ private:
         values.resize(GetSize(1, 1));
         for (auto &value : values)
             Get(value);
+    }
+    void Get(std::string &text) {
+        text.resize(GetSize(1, 1));
+        Copy(text.data(), text.size());
     }
     template <typename Scalar, int R, int C, int O>
     void Get(Eigen::Matrix<Scalar, R, C, O> &matrix) {

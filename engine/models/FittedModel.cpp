@@ -16,6 +16,8 @@ void Transfer(Archive &archive, Transformation &transformation) {
 template <typename Archive>
 void Transfer(Archive &archive, Term &term) {
     archive(term.column, term.transformation, term.scaling, term.modifier, term.blockFactor);
+    if (archive.Version() >= 3)
+        archive(term.centres, term.factors);
 }
 
 template <typename Archive>
@@ -23,6 +25,8 @@ void Transfer(Archive &archive, ModelDefinition &definition) {
     archive(definition.kind, definition.xTerms, definition.yTerms, definition.rows, definition.components,
             definition.xOrthogonal, definition.yOrthogonal, definition.groups, definition.givenGroups,
             definition.alpha);
+    if (archive.Version() >= 3)
+        archive(definition.centringIdentifier, definition.centringGroups);
 }
 
 template <typename Archive>
@@ -69,19 +73,20 @@ void Transfer(Archive &archive, FittedModel &model) {
 
 namespace {
 
-// Version 2 added what models with orthogonal components need.
-constexpr std::uint32_t modelVersion = 2;
+// Of all saved forms. Version 2 added what models with orthogonal components need, version 3 local centres and
+// products.
+constexpr std::uint32_t savedVersion = 3;
 
 template <typename Value>
-std::string SaveAs(char const *name, std::uint32_t version, Value value) {
-    WritingArchive archive(name, version);
+std::string SaveAs(char const *name, Value value) {
+    WritingArchive archive(name, savedVersion);
     archive(value);
     return archive.Finish();
 }
 
 template <typename Value>
-Value LoadAs(char const *name, std::uint32_t version, std::string const &saved) {
-    ReadingArchive archive(saved, name, version);
+Value LoadAs(char const *name, std::string const &saved) {
+    ReadingArchive archive(saved, name, savedVersion);
     Value value;
     archive(value);
     archive.Finish();
@@ -103,19 +108,19 @@ int FittedModel::YCentred() const {
 }
 
 std::string FittedModel::Save() const {
-    return SaveAs("DSFM", modelVersion, *this);
+    return SaveAs("DSFM", *this);
 }
 
 FittedModel FittedModel::Load(std::string const &saved) {
-    return LoadAs<FittedModel>("DSFM", modelVersion, saved);
+    return LoadAs<FittedModel>("DSFM", saved);
 }
 
 std::string ModelDefinition::Save() const {
-    return SaveAs("DSMD", 1, *this);
+    return SaveAs("DSMD", *this);
 }
 
 ModelDefinition ModelDefinition::Load(std::string const &saved) {
-    return LoadAs<ModelDefinition>("DSMD", 1, saved);
+    return LoadAs<ModelDefinition>("DSMD", saved);
 }
 
 } // namespace engine

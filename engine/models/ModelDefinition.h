@@ -32,13 +32,20 @@ struct Transformation {
 // The forms with N scale alike but do not centre.
 enum class ScalingKind { None, Centred, UnitVariance, Pareto, UnitVarianceUncentred, ParetoUncentred };
 
-// A column of a source data set as a column of X or Y.
+// A column of X or Y: a column of the source data set, or a product of such columns.
 struct Term {
-    int column = 0; // of the data set, from 0
+    int column = 0; // of the data set, from 0; not used for a product
     Transformation transformation;
     ScalingKind scaling = ScalingKind::UnitVariance;
     double modifier = 1;
     double blockFactor = 1;
+    // Local centring: what is subtracted from the transformed value, one number for each group of rows. None: nothing.
+    std::vector<float> centres = {};
+    // Of a square or cross term: the places, from 0, of the terms of the same block whose centred and scaled values
+    // (but for modifier and block factor) are multiplied. They are columns, and stand before all products.
+    std::vector<int> factors = {};
+
+    bool IsProduct() const { return !factors.empty(); }
 
     bool operator==(Term const &) const = default;
 };
@@ -59,6 +66,10 @@ struct ModelDefinition {
     std::vector<Term> xTerms;
     std::vector<Term> yTerms;
     std::vector<int> rows; // of the data set, from 0
+    // What a row's text in the identifier column of this name must be to belong to each of the groups that terms are
+    // centred by.
+    std::string centringIdentifier = {};
+    std::vector<std::string> centringGroups = {};
 
     int components = autofit; // predictive ones
     int xOrthogonal = 0;

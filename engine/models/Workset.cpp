@@ -2,33 +2,26 @@
 
 #include "engine/models/Parallel.h"
 #include "platform/Exception.h"
-#include "platform/Missing.h"
 
 #include <algorithm>
 #include <atomic>
-#include <limits>
 
 namespace engine {
 namespace {
 
-constexpr double missing = std::numeric_limits<double>::quiet_NaN();
-
-// The chosen rows of a column, transformed and locally centred; NaN where missing. Answers the count of the others.
-Index TransformColumn(Term const &term, SourceColumns const &source, std::vector<int> const &rows, double *out) {
-    auto const values = source.Values(term.column);
-    auto const centres = source.LocalCentres(term.column);
-    auto const &transformation = term.transformation;
-    auto const plain = transformation.kind == TransformationKind::None && centres.empty();
+// The chosen rows of a term, transformed and locally centred; NaN where missing. Answers the count of the others.
+Index FillColumn(TermValues const &values, std::vector<int> const &rows, double *out) {
+    constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+    std::span<float const> const cells = values.Cells();
+    bool const isPlain = values.IsPlain() && !cells.empty();
     Index observed = 0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto const row = static_cast<std::size_t>(rows[i]);
-        auto const value = row < values.size() ? values[row] : missingValue;
-        double result = value;
-        if (!plain)
-            result = transformation.Apply(value) - (centres.empty() ? 0 : centres[row]);
-        auto const known = value != missingValue && std::isfinite(result);
-        out[i] = known ? result : missing;
-        observed += known;
+        if (isPlain)
+            out[i] = IsMissing(cells[row]) ? missing : cells[row];
+        else
+            out[i] = values.Centred(row);
+        observed += !std::isnan(out[i]);
     }
     return observed;
 }
@@ -66,6 +59,17 @@ TermScale Measure(Term const &term, Eigen::Ref<Vector const> const &observed) {
     return scale;
 }
 
+// "length", "length*width".
+std::string NameOf(std::vector<Term> const &terms, Index place, SourceColumns const &source) {
+    Term const &term = terms[static_cast<std::size_t>(place)];
+    if (!term.IsProduct())
+        return source.Name(term.column);
+    std::string name;
+    for (int const factor : term.factors)
+        name += (name.empty() ? "" : "*") + NameOf(terms, factor, source);
+    return name;
+}
+
 // Only the values that are not missing.
 Vector Observed(Eigen::Ref<Vector const> const &values, Index count) {
     Vector observed(count);
@@ -73,27 +77,27 @@ Vector Observed(Eigen::Ref<Vector const> const &values, Index count) {
     return observed;
 }
 
-// `scaleOf` gets a term's number, its transformed column and the count of observed cells there, and answers how to
-// scale it; it is called from several threads.
+// Some neighbouring terms, to the columns of `values` in their places. `scaleOf` gets a term's place, its transformed
+// column and the count of observed cells there, and answers how to scale it; it is called from several threads. Answers
+// whether no cell is missing.
 template <typename ScaleOf>
-Block Assemble(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows,
-               ScaleOf scaleOf) {
+bool Fill(RowMatrix &values, Index begin, Index end, std::vector<Term> const &terms,
+          std::vector<TermScale> const &scales, SourceColumns const &source, std::vector<int> const &rows,
+          ScaleOf scaleOf) {
     // Columns at a time, so that whole cache lines of the result's rows are written.
     constexpr Index group = 16;
-    auto const n = static_cast<Index>(rows.size());
-    auto const size = static_cast<Index>(terms.size());
-    RowMatrix values(n, size);
+    Index const n = values.rows();
+    Index const groups = (end - begin + group - 1) / group;
+    Index const parts = std::min<Index>(groups, n * (end - begin) < 500'000 ? 1 : 4);
     std::atomic<bool> complete = true;
-    auto const groups = (size + group - 1) / group;
-    auto const parts = std::min<Index>(groups, n * size < 500'000 ? 1 : 4);
     InParallel(parts, [&](Index part) {
-        Matrix columns(n, std::min(group, size));
-        auto const end = std::min(size, groups * (part + 1) / parts * group);
-        for (auto first = groups * part / parts * group; first < end; first += group) {
-            auto const count = std::min(group, end - first);
+        Matrix columns(n, std::min(group, end - begin));
+        Index const last = std::min(end, begin + groups * (part + 1) / parts * group);
+        for (Index first = begin + groups * part / parts * group; first < last; first += group) {
+            Index const count = std::min(group, last - first);
             for (Index k = 0; k < count; ++k) {
                 auto column = columns.col(k);
-                auto const observed = TransformColumn(terms[first + k], source, rows, column.data());
+                Index const observed = FillColumn(TermValues(terms, scales, first + k, source), rows, column.data());
                 if (observed < n)
                     complete = false;
                 TermScale const scale = scaleOf(first + k, column, observed);
@@ -102,21 +106,28 @@ Block Assemble(std::vector<Term> const &terms, SourceColumns const &source, std:
             values.middleCols(first, count) = columns.leftCols(count);
         }
     });
-    return Block(std::move(values), complete);
+    return complete;
 }
 
 Block BuildBlock(std::vector<Term> const &terms, SourceColumns const &source, std::vector<int> const &rows,
                  std::vector<TermScale> &scales) {
-    scales.resize(terms.size());
-    return Assemble(terms, source, rows, [&](Index k, auto const &column, Index observed) {
+    auto const size = static_cast<Index>(terms.size());
+    scales.assign(terms.size(), {});
+    RowMatrix values(static_cast<Index>(rows.size()), size);
+    auto const scaleOf = [&](Index k, auto const &column, Index observed) {
         scales[k] = Measure(terms[k], observed == column.size() ? column : Observed(column, observed));
         if (scales[k].observed == 0)
             throw NCError(ExceptionMessage::translate("Variable {1} has no value in the {2} chosen observations, after "
                                                       "its transformation. Expected at least one.") %
-                              source.Name(terms[k].column) % rows.size(),
+                              NameOf(terms, k, source) % rows.size(),
                           NCError::Error);
         return scales[k];
-    });
+    };
+    // Products are made of scaled columns.
+    Index const columns = std::ranges::find_if(terms, &Term::IsProduct) - terms.begin();
+    bool const complete = Fill(values, 0, columns, terms, scales, source, rows, scaleOf);
+    bool const productsComplete = Fill(values, columns, size, terms, scales, source, rows, scaleOf);
+    return Block(std::move(values), complete && productsComplete);
 }
 
 } // namespace
@@ -141,7 +152,10 @@ Workset Workset::Build(ModelDefinition const &definition, SourceColumns const &s
 
 Block ScaleRows(std::vector<Term> const &terms, std::vector<TermScale> const &scales, SourceColumns const &source,
                 std::vector<int> const &rows) {
-    return Assemble(terms, source, rows, [&](Index k, auto const &, Index) { return scales[k]; });
+    RowMatrix values(static_cast<Index>(rows.size()), static_cast<Index>(terms.size()));
+    bool const complete = Fill(values, 0, values.cols(), terms, scales, source, rows,
+                               [&](Index k, auto const &, Index) { return scales[k]; });
+    return Block(std::move(values), complete);
 }
 
 } // namespace engine

@@ -2,7 +2,10 @@
 
 #include "engine/models/Block.h"
 #include "engine/models/ModelDefinition.h"
+#include "platform/Missing.h"
 
+#include <cmath>
+#include <limits>
 #include <span>
 #include <string>
 
@@ -17,8 +20,8 @@ public:
     virtual std::span<float const> Values(int column) const = 0;
     // How messages name the column.
     virtual std::string Name(int column) const = 0;
-    // What is subtracted from each row's transformed value before centring; empty for nothing.
-    virtual std::span<float const> LocalCentres(int /*column*/) const { return {}; }
+    // The group of each row that terms are locally centred by, from 0, -1 for a row of none; empty where nothing is.
+    virtual std::span<int const> Groups() const { return {}; }
 };
 
 // How a term was centred and scaled: x = (g - offset) * weight, g being the transformed value.
@@ -35,10 +38,69 @@ struct TermScale {
     bool operator==(TermScale const &) const = default;
 };
 
-// A value of the workset in the units of the data set; NaN or infinite where the transformation has no inverse there.
-inline double BackTransform(Term const &term, TermScale const &scale, double x, double localCentre = 0) {
-    return term.transformation.Invert(scale.Unscale(x) + localCentre);
-}
+// The values of one term of a block in the rows of a source. NaN where a cell is missing, where it is outside the
+// domain of the term's transformation, and where its row has no centre value. Nothing is copied: the arguments must
+// outlive it.
+class TermValues {
+public:
+    TermValues(std::vector<Term> const &terms, std::vector<TermScale> const &scales, Index place,
+               SourceColumns const &source)
+        : m_term(terms[static_cast<std::size_t>(place)]), m_scale(scales[static_cast<std::size_t>(place)]),
+          m_values(source.Values(m_term.column)),
+          m_groups(m_term.centres.empty() ? std::span<int const>() : source.Groups()) {
+        for (int const factor : m_term.factors)
+            m_factors.emplace_back(terms, scales, factor, source);
+    }
+
+    // In the units of the data set; a product has none, and is as it is before it is centred and scaled.
+    double Source(std::size_t row) const { return m_term.IsProduct() ? Product(row) : Cell(row); }
+    double Transformed(std::size_t row) const {
+        if (m_term.IsProduct())
+            return Product(row);
+        double const transformed = m_term.transformation.Apply(Cell(row));
+        return std::isfinite(transformed) ? transformed : missing;
+    }
+    // What local centring subtracts from the transformed value.
+    double Centre(std::size_t row) const {
+        if (m_term.centres.empty())
+            return 0;
+        int const group = row < m_groups.size() ? m_groups[row] : -1;
+        float const centre = group < 0 ? missingValue : m_term.centres[static_cast<std::size_t>(group)];
+        return ::IsMissing(centre) ? missing : centre;
+    }
+    double Centred(std::size_t row) const { return Transformed(row) - Centre(row); }
+    double Scaled(std::size_t row) const { return (Centred(row) - m_scale.offset) * m_scale.weight; }
+
+    // The way back from a value in the scale of the workset.
+    double Unscale(std::size_t row, double scaled) const { return m_scale.Unscale(scaled) + Centre(row); }
+    double ToSource(std::size_t row, double scaled) const { return m_term.transformation.Invert(Unscale(row, scaled)); }
+    double Weight() const { return m_scale.weight; }
+
+    // Whether the values are the cells as they are, -99 for a missing one: neither transformed nor centred locally.
+    bool IsPlain() const {
+        return !m_term.IsProduct() && m_term.centres.empty() && m_term.transformation.kind == TransformationKind::None;
+    }
+    std::span<float const> Cells() const { return m_values; }
+
+private:
+    static constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+
+    double Cell(std::size_t row) const {
+        return row < m_values.size() && !::IsMissing(m_values[row]) ? m_values[row] : missing;
+    }
+    double Product(std::size_t row) const {
+        double product = 1;
+        for (TermValues const &factor : m_factors)
+            product *= factor.Scaled(row) / (factor.m_term.modifier * factor.m_term.blockFactor);
+        return product;
+    }
+
+    Term const &m_term;
+    TermScale const &m_scale;
+    std::span<float const> m_values;
+    std::span<int const> m_groups;
+    std::vector<TermValues> m_factors;
+};
 
 // X and Y of a model: chosen rows and columns of a data set, transformed, centred and scaled. Y has no column for PCA.
 struct Workset {

@@ -1,5 +1,5 @@
 #include "engine/statistics/Answer.h"
-#include "engine/statistics/RowSet.h"
+#include "engine/statistics/Units.h"
 #include "platform/Missing.h"
 
 #include <algorithm>
@@ -103,11 +103,51 @@ TablePtr Groups(ModelView const &model) {
     return answer.Take();
 }
 
+// One row for each term that is locally centred.
+TablePtr LocalCentres(ModelView const &model) {
+    Answer answer(model.Observations());
+    for (Side const &side : {Side::X(model), Side::Y(model)})
+        for (Index term = 0; term < side.all.Size(); ++term) {
+            if (side.terms[static_cast<std::size_t>(term)].centres.empty())
+                continue;
+            TermValues const values(side.terms, side.scales, term, model.Source());
+            std::vector<int> const &rows = model.Fit().definition.rows;
+            auto const row = answer.Add(model.Label("LocalCentering") + side.Label(term));
+            std::ranges::transform(rows, row.begin(), [&](int at) { return ToStored(values.Centre(at)); });
+        }
+    return answer.Take();
+}
+
+bool IsLocallyCentred(ModelView const &model) {
+    return model.GetCenterValues().SizeVars() > 0;
+}
+
+// The groups of a project's centre values; nothing where none are.
+ColumnIDs CentringGroups(NCProject const &project) {
+    LocalCenteringData const centring = project.GetLocalCentering();
+    NCStringVector groups;
+    for (std::string const &group : centring.groups)
+        groups.push_back(group);
+    return centring.SizeVars() == 0
+               ? ColumnIDs(project.shared_from_this())
+               : ColumnIDs(std::move(groups), "Group", project.shared_from_this(), ColumnIDs::Strings, 0);
+}
+
+// One row for each variable.
+TablePtr CentreValues(NCProject const &project) {
+    Answer answer(CentringGroups(project));
+    for (LocalCenteringData::Variable const &variable : project.GetLocalCentering().variables)
+        std::ranges::copy(
+            variable.centres,
+            answer.Add("ProjectLocalCentering(" + project.GetVariables().GetText(variable.number, 1) + ")").begin());
+    return answer.Take();
+}
+
 // The values of the project's time variable; nothing when there is none, or the model's data set lacks it.
 TablePtr Times(RowSource const &source) {
     std::optional<RowSet> const rows = source.Rows();
     VariableInfo const *const time = source.model.GetProject()->GetVariables().GetDefaultTimeVariable();
-    std::optional<int> const column = time ? source.model.Source().ColumnOf(time->GetUniqueID()) : std::nullopt;
+    std::optional<int> const column = time ? source.model.FittedData().ColumnOf(time->GetUniqueID()) : std::nullopt;
     if (!rows || !column)
         return nullptr;
     std::span<float const> const values = rows->Source().Values(*column);
@@ -120,7 +160,7 @@ TablePtr Times(RowSource const &source) {
 
 bool HasTimes(ModelView const &model) {
     VariableInfo const *const time = model.GetProject()->GetVariables().GetDefaultTimeVariable();
-    return time && model.Source().ColumnOf(time->GetUniqueID());
+    return time && model.FittedData().ColumnOf(time->GetUniqueID());
 }
 bool IsValidated(ModelView const &model) {
     return model.Fit().crossValidation.has_value();
@@ -150,6 +190,10 @@ void AddDataHandlers(Handlers &handlers) {
         return ScaleRow(model, "Yws", model.YTerms(), model.Fit().yScales, &TermScale::weight);
     });
     handlers.On<GetCVGroups>(Groups);
+    handlers.On<GetModelLocalCentering>(LocalCentres);
+    OnWorksetColumns<GetModelLocalCenteringColumnIDs>(handlers, IsLocallyCentred);
+    handlers.OnProject<GetLocalCentering>(CentreValues);
+    handlers.OnProject<GetLocalCenteringColumnIDs>(CentringGroups);
     OnRows<GetDateTimeVariable, GetDateTimePSVariable>(handlers, Times);
 
     OnTermColumns<GetXOffsetsColumnIDs>(handlers, &ModelView::XTerms);

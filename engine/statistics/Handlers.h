@@ -81,6 +81,12 @@ public:
                             [](Subject const &subject, int number) { return &subject.Data(number); });
     }
 
+    // One of the project by itself: a function of it and of nothing else.
+    template <Operation operation, typename Function>
+    void OnProject(Function function) {
+        Put<operation>([function](Subject const &, Call const &call) { return function(call.project); });
+    }
+
 private:
     template <typename Result>
     using Handler = std::function<Result(Subject const &, Call const &)>;
@@ -114,6 +120,12 @@ private:
             }
             (std::index_sequence_for<Parameters...>());
         };
+        Put<operation>(std::move(handler));
+    }
+
+    template <Operation operation, typename Function>
+    void Put(Function handler) {
+        using Result = std::invoke_result_t<Function, Subject const &, Call const &>;
         if constexpr (std::is_same_v<Result, TablePtr>)
             m_tables[static_cast<std::size_t>(operation)] = std::move(handler);
         else

@@ -1,6 +1,7 @@
 #include "engine/statistics/ModelView.h"
 
 #include "engine/models/Prediction.h"
+#include "engine/statistics/Units.h"
 #include "platform/Missing.h"
 #include "platform/NCProject.h"
 #include "platform/Sta.h"
@@ -13,8 +14,15 @@ namespace {
 
 ColumnTerms TermsOf(std::vector<Term> const &terms, DataSet const &dataSet) {
     ColumnTerms result;
-    for (Term const &term : terms)
-        result.AppendTerm(ColumnTerm(dataSet.GetVariables()[static_cast<std::size_t>(term.column)]));
+    auto const variableOf = [&](Term const &term) {
+        return dataSet.GetVariables()[static_cast<std::size_t>(term.column)];
+    };
+    for (Term const &term : terms) {
+        std::vector<std::uint32_t> mothers;
+        for (int const factor : term.factors)
+            mothers.push_back(variableOf(terms[static_cast<std::size_t>(factor)]));
+        result.AppendTerm(term.IsProduct() ? ColumnTerm(std::move(mothers), {}, {}) : ColumnTerm(variableOf(term)));
+    }
     return result;
 }
 
@@ -30,23 +38,6 @@ NCStringVector ComponentNames(std::string const &kind, Index count) {
         names.push_back(kind + "[" + std::to_string(component) + "]");
     return names;
 }
-
-// The columns of another data set in the places where a model has its own.
-class MatchedColumns final : public SourceColumns {
-public:
-    MatchedColumns(boost::shared_ptr<DataSet const> model, boost::shared_ptr<DataSet const> rows)
-        : m_model(std::move(model)), m_rows(std::move(rows)) {}
-
-    std::span<float const> Values(int column) const override {
-        std::optional<int> const found = m_rows->ColumnOf(m_model->GetVariables()[static_cast<std::size_t>(column)]);
-        return found ? m_rows->Values(*found) : std::span<float const>();
-    }
-    std::string Name(int column) const override { return m_model->Name(column); }
-
-private:
-    boost::shared_ptr<DataSet const> m_model;
-    boost::shared_ptr<DataSet const> m_rows;
-};
 
 } // namespace
 
@@ -71,13 +62,14 @@ std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos 
 
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
-      m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
-      m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
-      m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
+      m_source(m_fit.definition, m_dataSet, m_dataSet), m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)),
+      m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)), m_xColumns(m_xTerms, project, number),
+      m_yColumns(m_yTerms, project, number), m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
       m_yxColumns(Joined(m_yTerms, m_xTerms), project, number) {
     for (ColumnTerms const *terms : {&m_xTerms, &m_yTerms})
         for (ColumnTerm const &term : *terms)
-            m_variables.push_back(term.GetMotherVariable(1));
+            if (term.Size() == 1)
+                m_variables.push_back(term.GetMotherVariable(1));
     m_observations.reserve(m_fit.definition.rows.size());
     for (int const row : m_fit.definition.rows)
         m_observations.push_back(m_dataSet->GetObservations()[static_cast<std::size_t>(row)]);
@@ -121,7 +113,7 @@ ColumnIDs ModelView::ProgressionColumns() const {
 
 Workset const &ModelView::Data() const {
     if (!m_workset)
-        m_workset = Workset::Build(m_fit.definition, *m_dataSet);
+        m_workset = Workset::Build(m_fit.definition, m_source);
     return *m_workset;
 }
 
@@ -129,7 +121,7 @@ PredictedRows ModelView::Predict(boost::shared_ptr<DataSet const> dataSet, Proje
     std::vector<int> rows(dataSet->Record().observations);
     std::iota(rows.begin(), rows.end(), 0);
     PredictedRows predicted;
-    predicted.source = std::make_shared<MatchedColumns>(m_dataSet, dataSet);
+    predicted.source = std::make_shared<ModelColumns>(m_fit.definition, m_dataSet, dataSet);
     SourceColumns const &source = *predicted.source;
     predicted.x = ScaleRows(m_fit.definition.xTerms, m_fit.xScales, source, rows);
     predicted.y = ScaleRows(m_fit.definition.yTerms, m_fit.yScales, source, rows);
@@ -154,6 +146,15 @@ Vector ModelView::XDistances(Index size, bool weighted) const {
     double const inflation = static_cast<double>(m_fit.Rows()) / XRowFreedom(m_fit, xSide);
     return SquaredDistances(XRowSquares(size, weighted), m_fit.xObserved, m_xTerms.Size(), ColumnFreedom(m_fit, xSide),
                             inflation);
+}
+
+DefaultCenterValues ModelView::GetCenterValues() const {
+    DefaultCenterValues values{m_fit.definition.centringIdentifier, m_fit.definition.centringGroups, {}};
+    for (Side const &side : {Side::X(*this), Side::Y(*this)})
+        for (Index term = 0; term < side.all.Size(); ++term)
+            if (auto const &centres = side.terms[static_cast<std::size_t>(term)].centres; !centres.empty())
+                values.variables.push_back({side.all[static_cast<int>(term) + 1].GetMotherVariable(1), centres});
+    return values;
 }
 
 float ModelView::GetDModXCrit(int component, float level, TriState::State normalised) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/DataSet_internal.h"
+#include "engine/ModelColumns_internal.h"
 #include "engine/statistics/Residuals.h"
 #include "platform/ColumnIDs.h"
 #include "platform/NCModel.h"
@@ -20,7 +20,6 @@ struct PredictedRows {
     Scores scores;
     Eigen::VectorXi xObserved, yObserved;
     ColumnIDs columns;
-    // The columns of the data set in the places where the model has its own.
     std::shared_ptr<SourceColumns const> source;
 };
 
@@ -43,7 +42,8 @@ public:
     ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project);
 
     FittedModel const &Fit() const { return m_fit; }
-    DataSet const &Source() const { return *m_dataSet; }
+    DataSet const &FittedData() const { return *m_dataSet; }
+    ModelColumns const &Source() const { return m_source; }
     Workset const &Data() const;
 
     // Identity of the workset's observations, and of the terms; X terms before Y terms, and the other way round.
@@ -83,6 +83,7 @@ public:
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
     AliasAccess GetObservationAliases() const override { return m_dataSet->GetObservationAliases(); }
     AliasAccess GetVariableAliases() const override { return m_dataSet->GetVariableAliases(); }
+    DefaultCenterValues GetCenterValues() const override;
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;
 
@@ -92,6 +93,7 @@ private:
     int m_number;
     FittedModel m_fit;
     boost::shared_ptr<DataSet const> m_dataSet;
+    ModelColumns m_source;
     ColumnTerms m_xTerms, m_yTerms;
     ObservationInfos m_observations;
     std::vector<std::uint32_t> m_variables; // of X, then of Y

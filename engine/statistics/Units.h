@@ -33,50 +33,37 @@ inline Units UnitsOf(TriState::State unscaled, TriState::State backTransformed) 
     return UnitsOf(unscaled != TriState::No, backTransformed != TriState::No);
 }
 
-// The cells of one term in some rows. Values are NaN where the cell is missing, or outside the domain of the term's
-// transformation. Made for one pass over the source column: nothing is copied.
+// The cells of one term in some rows, NaN where missing. Made for one pass over the source column: nothing is copied.
 class TermCells {
 public:
     TermCells(RowSet const &rows, Side const &side, Index term)
-        : m_rows(rows), m_term(side.terms[static_cast<std::size_t>(term)]),
-          m_scale(side.scales[static_cast<std::size_t>(term)]), m_values(rows.Source().Values(m_term.column)),
-          m_centres(rows.Source().LocalCentres(m_term.column)) {}
+        : m_rows(rows), m_values(side.terms, side.scales, term, rows.Source()) {}
 
     Index Size() const { return m_rows.Size(); }
     double Observed(Index row, Units units) const {
         std::size_t const place = m_rows.SourceRow(row);
-        if (place >= m_values.size() || IsMissing(m_values[place]))
-            return notComputable;
-        double const value = m_values[place];
-        double const transformed = m_term.transformation.Apply(value);
-        if (!std::isfinite(transformed))
-            return notComputable;
+        double const transformed = m_values.Transformed(place);
         if (units == Units::Scaled)
-            return (transformed - Centre(place) - m_scale.offset) * m_scale.weight;
-        return units == Units::Source ? value : transformed;
+            return m_values.Scaled(place);
+        // What is outside the domain of the transformation is missing in any units.
+        return units == Units::Transformed || std::isnan(transformed) ? transformed : m_values.Source(place);
     }
     // A prediction that the model makes in its own units.
     double InUnits(Index row, double scaled, Units units) const {
         if (units == Units::Scaled)
             return scaled;
-        double const transformed = m_scale.Unscale(scaled) + Centre(m_rows.SourceRow(row));
-        return units == Units::Transformed ? transformed : m_term.transformation.Invert(transformed);
+        std::size_t const place = m_rows.SourceRow(row);
+        return units == Units::Transformed ? m_values.Unscale(place, scaled) : m_values.ToSource(place, scaled);
     }
     // What is observed less such a prediction.
     double Residual(Index row, double scaled, Units units) const {
-        double const observed = Observed(row, units);
-        return units == Units::Transformed ? (Observed(row, Units::Scaled) - scaled) / m_scale.weight
-                                           : observed - InUnits(row, scaled, units);
+        return units == Units::Transformed ? (Observed(row, Units::Scaled) - scaled) / m_values.Weight()
+                                           : Observed(row, units) - InUnits(row, scaled, units);
     }
 
 private:
-    double Centre(std::size_t place) const { return m_centres.empty() ? 0.0 : m_centres[place]; }
-
     RowSet const &m_rows;
-    Term const &m_term;
-    TermScale const &m_scale;
-    std::span<float const> m_values;
-    std::span<float const> m_centres;
+    TermValues m_values;
 };
 
 // What a model predicts for one term in workset scale; NaN for a row without observed X.

@@ -99,7 +99,7 @@ protected:
 };
 
 struct Figures {
-    char const *text;
+    std::string text;
     ProjectVector::VectorTypeEnum type;
     std::vector<double> values;
     char const *label = nullptr;

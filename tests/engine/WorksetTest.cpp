@@ -47,7 +47,8 @@ TEST(Workset, ScalesTerms) {
             term.modifier = 2;
             term.blockFactor = HardBlockFactor(4);
         }
-        auto const workset = Workset::Build(definition, MatrixSource(cells));
+        MatrixSource const source(cells);
+        auto const workset = Workset::Build(definition, source);
         auto const &scale = workset.xScales[0];
         auto const what = static_cast<int>(scaling);
         EXPECT_NEAR(scale.offset, offset, 1e-12) << what;
@@ -55,32 +56,74 @@ TEST(Workset, ScalesTerms) {
         EXPECT_NEAR(scale.deviation, s, 1e-12) << what;
         EXPECT_EQ(scale.observed, 4) << what;
         EXPECT_NEAR(workset.x.Values()(4, 0), (8 - offset) * weight, 1e-12) << what;
-        EXPECT_NEAR(BackTransform(definition.xTerms[0], scale, workset.x.Values()(4, 0)), 8, 1e-12) << what;
+        TermValues const values(definition.xTerms, workset.xScales, 0, source);
+        EXPECT_NEAR(values.ToSource(4, workset.x.Values()(4, 0)), 8, 1e-12) << what;
         EXPECT_TRUE(workset.x.IsMissing(2, 0) && !workset.x.IsMissing(2, 1)) << what;
         EXPECT_EQ(workset.xScales[1].weight, 1) << "a constant term is not scaled";
     }
 }
 
-// Column 1 has its group's value subtracted before it is centred; rows and columns are chosen out of order.
-TEST(Workset, ChoosesRowsAndSubtractsLocalCentres) {
-    class Centred final : public SourceColumns {
-    public:
-        std::span<float const> Values(int column) const override { return column == 0 ? m_first : m_second; }
-        std::span<float const> LocalCentres(int column) const override {
-            return column == 1 ? std::span<float const>(m_centres) : std::span<float const>();
-        }
-        std::string Name(int) const override { return "V"; }
+// Rows in groups, the last one in none.
+class GroupedSource final : public SourceColumns {
+public:
+    std::span<float const> Values(int column) const override { return column == 0 ? m_first : m_second; }
+    std::span<int const> Groups() const override { return m_groups; }
+    std::string Name(int) const override { return "V"; }
 
-    private:
-        std::vector<float> m_first{1, 2, 3, 4}, m_second{10, 12, 30, 99}, m_centres{10, 10, 20, 20};
-    };
+private:
+    std::vector<float> m_first{1, 2, 3, 4}, m_second{10, 12, 30, 99};
+    std::vector<int> m_groups{0, 0, 1, -1};
+};
+
+// The term of column 1 has its group's value subtracted before it is centred; rows and columns are chosen out of order.
+TEST(Workset, ChoosesRowsAndSubtractsLocalCentres) {
     auto definition = Define(RowMatrix(4, 2), 0, 1);
     definition.rows = {2, 0, 1};
     std::swap(definition.xTerms[0], definition.xTerms[1]);
+    definition.xTerms[0].centres = {10, 20};
     for (auto &term : definition.xTerms)
         term.scaling = ScalingKind::Centred;
-    auto const workset = Workset::Build(definition, Centred());
+    auto workset = Workset::Build(definition, GroupedSource());
     EXPECT_LE(Difference(workset.x.Values(), Table({{6, 1}, {-4, -1}, {-2, 0}})), 1e-12);
+    // Without a centre value a cell is missing.
+    definition.rows = {0, 1, 3};
+    workset = Workset::Build(definition, GroupedSource());
+    EXPECT_TRUE(workset.x.IsMissing(2, 0) && !workset.x.IsMissing(2, 1));
+    definition.rows = {0, 1, 2};
+    definition.xTerms[0].centres = {10, -99};
+    workset = Workset::Build(definition, GroupedSource());
+    EXPECT_TRUE(workset.x.IsMissing(2, 0) && !workset.x.IsMissing(1, 0));
+}
+
+// Products of what is centred and scaled, but for modifiers, and then centred and scaled themselves.
+TEST(Workset, MultipliesFactors) {
+    auto definition = Define(Table({{1, 2}, {2, 8}, {3, 5}, {6, nan}}), 0, 1);
+    definition.xTerms[0].modifier = 3;
+    for (std::vector<int> const &factors : {std::vector{0, 0}, std::vector{0, 1}}) {
+        Term product;
+        product.scaling = ScalingKind::Centred;
+        product.factors = factors;
+        definition.xTerms.push_back(product);
+    }
+    MatrixSource const source(Table({{1, 2}, {2, 8}, {3, 5}, {6, nan}}));
+    auto const workset = Workset::Build(definition, source);
+    double const s1 = std::sqrt(14.0 / 3);
+    double const first[] = {-2 / s1, -1 / s1, 0, 3 / s1};
+    double const second[] = {-1, 1, 0};
+    double const meanSquare = (4 + 1 + 0 + 9) / (4 * s1 * s1);
+    double const meanCross = (2 / s1 - 1 / s1) / 3;
+    for (Index i = 0; i < 4; ++i) {
+        EXPECT_NEAR(workset.x.Values()(i, 0), 3 * first[i], 1e-7) << i;
+        EXPECT_NEAR(workset.x.Values()(i, 2), first[i] * first[i] - meanSquare, 1e-7) << i;
+        if (i < 3) {
+            EXPECT_NEAR(workset.x.Values()(i, 3), first[i] * second[i] - meanCross, 1e-7) << i;
+        }
+    }
+    EXPECT_TRUE(workset.x.IsMissing(3, 3));
+    // New rows take the scales of the workset.
+    EXPECT_LE(
+        Difference(ScaleRows(definition.xTerms, workset.xScales, source, {1}).Values(), workset.x.Values().row(1)),
+        1e-12);
 }
 
 TEST(Workset, RefusesWhatCannotBeFitted) {
@@ -115,6 +158,9 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
     RowMatrix cells = Table({{1, 2, 1, 1.2}, {2, 1, 4, 1.9}, {3, nan, 2, 3.4}, {4, 3, 6, 3.8}, {5, 7, 3, 5.6}});
     auto definition = Define(cells, 1, 2, 3);
     definition.xTerms[1].transformation = {TransformationKind::Power, 2, 1, 0.5};
+    definition.centringIdentifier = "site";
+    definition.centringGroups = {"north", "south"};
+    definition.xTerms.push_back({0, {}, ScalingKind::Centred, 1, 1, {}, {0, 1}});
     Fitted const fitted(cells, definition);
     auto const saved = fitted.model.Save();
     auto const loaded = FittedModel::Load(saved);

@@ -1,0 +1,77 @@
+#include "app/VariableOptions.h"
+
+#include "app/Failure.h"
+#include "platform/VqString.h"
+
+#include <algorithm>
+#include <sstream>
+
+std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
+    std::vector<std::string> names;
+    for (std::string const &list : lists) {
+        bool quoted = false;
+        std::string name;
+        for (char const letter : list + ',')
+            if (letter == '"') {
+                quoted = !quoted;
+            } else if (letter == ',' && !quoted) {
+                if (name.empty())
+                    throw UsageError("\"" + list + "\" holds an empty name");
+                names.push_back(std::move(name));
+                name.clear();
+            } else {
+                name += letter;
+            }
+        if (quoted)
+            throw UsageError("A quote in \"" + list + "\" is not closed");
+    }
+    return names;
+}
+
+namespace {
+
+std::pair<std::string, engine::VariableTransformation> TransformationIn(std::string const &text) {
+    using Transformation = engine::VariableTransformation;
+    static std::map<std::string, Transformation> const kinds = {
+        {"log", {Transformation::Log, 1, 0, 1}},       {"neglog", {Transformation::NegLog, 1, 0, 1}},
+        {"logit", {Transformation::Logit, 0, 1, 1}},   {"exp", {Transformation::Exponential, 1, 0, 1}},
+        {"power", {Transformation::Power, 1, 0, 0.5}}, {"none", {}}};
+    std::size_t const equals = text.rfind('=');
+    std::vector<std::string> parts;
+    std::istringstream stream(equals == std::string::npos ? std::string() : text.substr(equals + 1));
+    for (std::string part; std::getline(stream, part, ':');)
+        parts.push_back(part);
+    if (parts.empty() || !kinds.contains(parts[0]) || parts.size() > 4)
+        throw UsageError("\"" + text +
+                         "\" is no transformation such as ash=log, ash=logit:0:100 or ash=power:1:0:0.5; "
+                         "there are log, neglog, logit, exp and power");
+    Transformation transformation = kinds.at(parts[0]);
+    double *const constants[] = {&transformation.c1, &transformation.c2, &transformation.c3};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        char *end = nullptr;
+        *constants[i - 1] = VqString::vqstrtod(parts[i].c_str(), &end);
+        if (end == parts[i].c_str() || *end != '\0')
+            throw UsageError("\"" + parts[i] + "\" in \"" + text + "\" is no number");
+    }
+    return {text.substr(0, equals), transformation};
+}
+
+} // namespace
+
+std::map<std::string, engine::VariableTransformation> TransformationsIn(std::vector<std::string> const &texts) {
+    std::map<std::string, engine::VariableTransformation> transformations;
+    for (std::string const &text : texts)
+        if (!transformations.insert(TransformationIn(text)).second)
+            throw UsageError("The transformation in \"" + text + "\" is the second one of its variable");
+    return transformations;
+}
+
+std::vector<std::string> FactorsIn(std::string const &text) {
+    std::vector<std::string> factors;
+    std::istringstream stream(text + '*');
+    for (std::string factor; std::getline(stream, factor, '*');)
+        factors.push_back(factor);
+    if (factors.size() < 2 || std::ranges::find(factors, "") != factors.end())
+        throw UsageError("\"" + text + "\" is no product of variables such as width*width or width*length");
+    return factors;
+}

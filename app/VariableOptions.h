@@ -1,0 +1,18 @@
+#pragma once
+
+#include "engine/ModelRequest.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+// Options that name variables. A UsageError tells a text that can't be read.
+
+// The names in lists that are separated by commas. A name that holds a comma stands in double quotes.
+std::vector<std::string> NamesIn(std::vector<std::string> const &lists);
+
+// "ash=log", "ash=power:1:0:0.5": the name of a variable, a kind and its constants.
+std::map<std::string, engine::VariableTransformation> TransformationsIn(std::vector<std::string> const &texts);
+
+// "width*length", "width*width": the names of factors.
+std::vector<std::string> FactorsIn(std::string const &text);
