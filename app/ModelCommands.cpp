@@ -2,6 +2,7 @@
 #include "app/Failure.h"
 #include "app/Listing.h"
 #include "app/ProgressBar.h"
+#include "app/Summary.h"
 #include "app/VariableOptions.h"
 #include "engine/Project.h"
 
@@ -83,27 +84,8 @@ void Report(FitRequest const &request, engine::Project const &project, int model
         output << "Cross-validation finds no significant component. --components N takes N of them all the same.\n";
     else if (info->SizeComponents() < request.model.components)
         output << "The data has no more than these components.\n";
-
-    bool const isRegression = info->sizeYVariables > 0;
-    std::vector<std::string> headings = {"component", "R2X", "R2X(cum)"};
-    for (char const *const heading : {"R2Y", "R2Y(cum)"})
-        if (isRegression)
-            headings.push_back(heading);
-    for (char const *const heading : {"Q2", "Q2(cum)"})
-        if (info->crossValidated)
-            headings.push_back(heading);
-    Listing listing(headings);
-    int component = 0;
-    for (engine::ComponentSummary const &summary : project.Summary(model)) {
-        std::vector<Listing::Cell> row = {++component, summary.r2x, summary.r2xCum};
-        if (isRegression)
-            row.insert(row.end(), {summary.r2y, summary.r2yCum});
-        if (info->crossValidated)
-            row.insert(row.end(), {summary.q2, summary.q2Cum});
-        listing.Add(std::move(row));
-    }
-    if (component > 0)
-        listing.Write(output, Format::Text);
+    if (info->SizeComponents() > 0)
+        SummaryOf(project, model, false).Write(output, Format::Text);
     output.Finish();
 }
 

@@ -11,7 +11,6 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <set>
 #include <unordered_set>
@@ -320,27 +319,6 @@ int Project::AddPredictions(int model, ImportedTable const &table, Progress cons
 
 std::vector<DataSetRecord> Project::DataSets() const {
     return m_state->DataSets();
-}
-
-std::vector<ComponentSummary> Project::Summary(int model) const {
-    ModelView const *const view = m_state->Model(model);
-    if (!view)
-        return {};
-    FittedModel const &fit = view->Fit();
-    Matrix const none;
-    Matrix const &press = fit.crossValidation ? fit.crossValidation->press : none;
-    // What the sums of squares of a matrix lose from one column to another, as a part of those of a third.
-    auto const part = [](Matrix const &squares, Index from, Index to, Index of) {
-        double const whole = of < squares.cols() ? squares.col(of).sum() : 0.0;
-        bool const known = to < squares.cols() && whole > 0;
-        return known ? (squares.col(from).sum() - squares.col(to).sum()) / whole : std::nan("");
-    };
-    std::vector<ComponentSummary> summaries;
-    for (Index a = 1; a <= fit.components.All(); ++a)
-        summaries.push_back({part(fit.components.ssX, a - 1, a, 0), part(fit.components.ssX, 0, a, 0),
-                             part(fit.components.ssY, a - 1, a, 0), part(fit.components.ssY, 0, a, 0),
-                             part(press, a - 1, a, a - 1), part(press, 0, a, 0)});
-    return summaries;
 }
 
 StatisticSource const &Project::GetStatisticSource() const {

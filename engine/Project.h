@@ -14,12 +14,6 @@ namespace engine {
 
 struct ImportedTable;
 
-// How much of the variation of X and Y a component explains, alone and with those before it, and how much of X (without
-// Y) or Y cross-validation predicts. NaN where there is no such figure.
-struct ComponentSummary {
-    double r2x, r2xCum, r2y, r2yCum, q2, q2Cum;
-};
-
 // Which variables of a model a table lacks, and which it has beside them.
 struct VariableMatch {
     std::vector<std::string> missing; // of X: their cells are missing
@@ -58,8 +52,6 @@ public:
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
 
     std::vector<DataSetRecord> DataSets() const;
-    // One entry for each component. Nothing for a model that is not fitted; NCError when there is no such model.
-    std::vector<ComponentSummary> Summary(int model) const;
 
     StatisticSource const &GetStatisticSource() const override;
     int GetNumberOfModels() const override;

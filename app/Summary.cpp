@@ -1,0 +1,86 @@
+#include "app/Summary.h"
+
+#include "engine/Project.h"
+#include "platform/GetProjectData.h"
+#include "platform/Missing.h"
+
+#include <limits>
+
+namespace {
+
+// A statistic with one value for each component. Null tables are left out.
+struct Column {
+    std::string heading;
+    TablePtr table;
+    int row = 1;
+};
+
+Listing::Cell CellOf(Column const &column, int component) {
+    NCDataMatrix<float> const &matrix = column.table->GetMatrix();
+    float const value = component <= matrix.Columns() ? matrix(column.row, component, missingValue) : missingValue;
+    return IsMissing(value) ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(value);
+}
+
+std::vector<Column> ColumnsOf(engine::Project const &project, int model) {
+    GetProjectData const statistics(project);
+    std::vector<Column> columns;
+    auto const add = [&columns](char const *heading, TablePtr table) {
+        if (table)
+            columns.push_back({heading, std::move(table)});
+    };
+    add("R2X", statistics.GetR2X(model));
+    add("R2X(cum)", statistics.GetR2XCum(model));
+    add("Eigenvalue", statistics.GetEigenValues(model));
+    add("R2Y", statistics.GetR2Y(model));
+    add("R2Y(cum)", statistics.GetR2YCum(model));
+    add("Q2", statistics.GetQ2(model));
+    add("Q2(cum)", statistics.GetQ2Cum(model));
+    return columns;
+}
+
+// The errors of each response over the components: one column for each.
+void AddErrors(engine::Project const &project, int model, std::vector<Column> &columns) {
+    GetProjectData const statistics(project);
+    auto const object = project.GetModel(model);
+    int const responses = object ? object->GetYColumnTerms().Size() : 0;
+    auto const heading = [&](char const *name, int response) {
+        std::string const suffix =
+            responses == 1 ? ""
+                           : "(" + object->GetYColumnTerms()[response].GetPrimaryName(project.GetVariables()) + ")";
+        return name + suffix;
+    };
+    if (TablePtr const errors = statistics.GetRMSEE(model, nullptr))
+        for (int response = 1; response <= responses; ++response) {
+            NCDataMatrix<float> row(1, errors->Rows());
+            for (int component = 1; component <= errors->Rows(); ++component)
+                row(1, component) = errors->GetMatrix()(component, response, missingValue);
+            ColumnIDs::IntegerList numbers(errors->Rows());
+            columns.push_back(
+                {heading("RMSEE", response),
+                 std::make_unique<ProjectData>(RowIDs("RMSEE", project.shared_from_this()),
+                                               ColumnIDs(numbers, project.shared_from_this(), model), row)});
+        }
+    for (int response = 1; response <= responses; ++response)
+        if (TablePtr errors = statistics.GetRMSEcvPerComponent(model, nullptr))
+            columns.push_back({heading("RMSEcv", response), std::move(errors), response});
+}
+
+} // namespace
+
+Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
+    std::vector<Column> columns = ColumnsOf(project, model);
+    ColumnIDs const components = columns.empty() ? ColumnIDs() : columns.front().table->GetColumnIDs();
+    if (withErrors)
+        AddErrors(project, model, columns);
+    std::vector<std::string> headings = {"component"};
+    for (Column const &column : columns)
+        headings.push_back(column.heading);
+    Listing listing(headings);
+    for (int component = 1; component <= components.Size(); ++component) {
+        std::vector<Listing::Cell> row = {components.GetName(component)};
+        for (Column const &column : columns)
+            row.push_back(CellOf(column, component));
+        listing.Add(std::move(row));
+    }
+    return listing;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "app/Listing.h"
+
+namespace engine {
+class Project;
+}
+
+// What each component of a model explains and predicts; with the errors of the responses in their own units, fitted and
+// cross-validated.
+Listing SummaryOf(engine::Project const &project, int model, bool withErrors);
