@@ -330,6 +330,43 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
     EXPECT_THAT(Run("summary o.project --model 9").error, HasSubstr("There is no model 9."));
 }
 
+TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
+    Write("s.csv", "id,site,x,w,y\na,n,1,4,1\nb,n,3,1,2\nc,s,11,3,4\nd,s,13,2,3\n");
+    Write("centres.csv", "site,x\nn,2\ns,12\n");
+    Write("new.csv", "id,site,x,w\np,west,1,2\n");
+    Done("import s.project s.csv");
+    EXPECT_THAT(Done("centre s.project"), HasSubstr("no centre values"));
+    EXPECT_THAT(Done("centre s.project --by site --variables x,w --transform w=log"),
+                HasSubstr("2 variables in 2 groups of \"site\""));
+    Done("centre s.project --by site --values centres.csv");
+    EXPECT_THAT(Done("fit s.project --type pls --y y --components 1 --cv-groups 2 --product x*x --crosses"),
+                HasSubstr("centred       1 variables by site"));
+    EXPECT_EQ(Fields(Done("table s.project 'XVar M1,0,1,0,0,0' 'LocalCentering M1' --format csv"))[2],
+              (std::vector<std::string>{"b", "0.866025388", "2"}));
+    std::string names;
+    for (auto const &line : Fields(Done("table s.project 'Xavg M1' --format csv")))
+        names += line[0] + ' ';
+    EXPECT_EQ(names, "VarID x w x*x x*w ");
+    EXPECT_THAT(Done("predict s.project --model 1 new.csv"), HasSubstr("Groups without centre values"));
+    EXPECT_THAT(Done("centre s.project"), HasSubstr("\ns                            12\n"));
+    EXPECT_THAT(Done("centre s.project --none"), HasSubstr("no centre values"));
+    struct {
+        char const *line, *error;
+        int status;
+    } const wrong[] = {{"centre s.project --by where", "have no identifier \"where\"", 1},
+                       {"centre s.project --by site --variables u", "There is no variable \"u\"", 1},
+                       {"centre s.project --by site --variables x --transform w=log", "\"w\" to be transformed", 1},
+                       {"centre s.project --by site --values new.csv", "one of the 1 groups as its \"site\"", 1},
+                       {"centre s.project --variables x", "--by COLUMN", 2},
+                       {"fit s.project --type pca --product x*", "\"x*\" is no product", 2},
+                       {"fit s.project --type pca --product x*u", "\"u\", a factor of a square", 1}};
+    for (auto const &row : wrong) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+    }
+}
+
 TEST_F(Program, EndsCleanly) {
     std::string const many =
         "seq 300000 | awk 'BEGIN { print \"id,a,b\" } { print \"r\" $1 \",\" $1 % 7 \",\" $1 % 5 }' > a.csv; ";
