@@ -1,5 +1,7 @@
 // Every statistic of the registry on a fitted model of each kind.
 
+#include "tests/engine/RegistryWalk.h"
+#include "platform/Exception.h"
 #include "tests/engine/SmallProject.h"
 
 #include <algorithm>
@@ -12,98 +14,97 @@ namespace {
 
 using namespace small;
 
-// Identifiers are numbers, so that they are values too.
-char const *const rows = "id,10,20,30,40,50\n1.5,1,2,1,1.2,2.0\n2,2,1,4,1.9,5.1\n3,3,5,2,3.4,1.4\n4,4,3,6,3.8,4.4\n"
-                         "5,5,7,3,5.6,0.9\n6,6,4,8,5.9,6.2\n";
-char const *const predicted = "id,10,20,30,40,50\n7,3.5,2,5,3,2\n8,9,1,7,6.5,5\n";
+// Observations in groups, with dates and two responses; the same with missing cells. Identifiers are numbers, so that
+// they are values too.
+struct WalkData {
+    char const *name, *rows, *predicted;
+    bool isComplete;
 
-// Statistics, with their axis, that give no numbers on any of these models yet: what needs dates or local centring.
-std::set<std::string> const withoutNumbers = {"Date/Time Variables and scores", "Date/Time-PS Variables and scores",
-                                              "LocalCentering Variables and scores",
-                                              "LocalCenteringPS Variables and scores", "ProjectLocalCentering None"};
+    friend void PrintTo(WalkData const &data, std::ostream *out) { *out << data.name; }
+};
+
+WalkData const data[] = {{"complete",
+                          "id,site,60,10,20,30,40,50\n1.5,n,2024-01-01,1,2,1,1.2,2.0\n2,n,2024-01-02,2,1,4,1.9,5.1\n"
+                          "3,n,2024-01-03,3,5,2,3.4,1.4\n4,s,2024-01-04,4,3,6,3.8,4.4\n5,s,2024-01-05,5,7,3,5.6,0.9\n"
+                          "6,s,2024-01-06,6,4,8,5.9,6.2\n",
+                          "id,site,60,10,20,30,40,50\n7,n,2024-01-07,3.5,2,5,3,2\n8,s,2024-01-08,9,1,7,6.5,5\n", true},
+                         {"incomplete",
+                          "id,site,60,10,20,30,40,50\n1.5,n,2024-01-01,1,2,1,1.2,2.0\n2,n,,2,1,4,1.9,5.1\n"
+                          "3,n,2024-01-03,3,,2,3.4,\n4,s,2024-01-04,4,3,6,3.8,4.4\n5,s,2024-01-05,5,7,3,,0.9\n"
+                          "6,s,2024-01-06,,4,8,5.9,6.2\n8,s,2024-01-09,5,6,9,6.3,4.1\n",
+                          "id,site,60,10,20,30,40,50\n7,n,2024-01-07,3.5,,5,,2\n9,west,,9,1,7,6.5,5\n", false}};
+
+// Statistics, with their axis, that give no numbers on any of these models yet.
+std::set<std::string> const withoutNumbers;
 
 // Statistics over all components with cells that are missing by definition: components of the other side.
 std::set<std::string> const ofOneSide = {"SDt F(Component)", "SDu F(Component)"};
 
-// Whether the model has components of each kind that the vector is indexed by.
-bool HasComponents(ProjectVector const &vector, ModelInfo const &info) {
-    for (int const kind : {vector.HasOneComponent() ? vector.GetComponentType() : 0,
-                           int{vector.GetDoubleCompComponentType(1)}, int{vector.GetDoubleCompComponentType(2)}})
-        if (kind != 0 && ProjectVector::SelectMaxComponents(ProjectVector::ComponentType(kind), info) == 0)
-            return false;
-    return true;
-}
-
-// The first of each thing that the vector takes; pairs and ranges end at the last predictive component. New
-// observations come behind the six.
-std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *info) {
-    bool const newObservation = vector.GetNumberType() == ProjectVector::NumberObsOrVar &&
-                                vector.GetType() == Loadings && vector.GetObsPredType() == ProjectVector::Predicted;
-    bool const allKinds =
-        vector.GetComponentType() == (ProjectVector::ComponentPredictive | ProjectVector::ComponentXSideOrthogonal |
-                                      ProjectVector::ComponentYSideOrthogonal);
-    std::string text = info ? "M" + std::to_string(info->number)
-                       : (vector.GetDataType() & ProjectVector::DataTypeDataSet) != 0 ? "DS1"
-                                                                                      : "PS";
-    text += std::string(allKinds ? ",1,1,1," : ",1,") + (newObservation ? "7" : "1") + ",1";
-    if (vector.UseUnscalingTransform())
-        text += ",1,1";
-    return vector.UseNumberID2() ? text + "," + std::to_string(info ? info->predictiveComponents : 1) : text;
-}
-
-bool IsNumber(float value) {
-    return std::isfinite(value) && !IsMissing(value);
-}
-
-class Registry : public testing::Test {
+class Registry : public testing::TestWithParam<WalkData> {
 protected:
     Registry() : m_project(Project::Create(m_folder / "walk.dsp")) {
-        m_project->AddDataSet(Read(rows));
-        AddModel(*m_project, {ModelTypeE::PCA, {}, {"40", "50"}, 2}, predicted);
-        AddModel(*m_project, {ModelTypeE::PLS, {"40"}, {"50"}, 2}, predicted);
-        AddModel(*m_project, {ModelTypeE::OPLS, {"40"}, {"50"}, 1}, predicted);
-        AddModel(*m_project, {ModelTypeE::O2PLS, {"40", "50"}, {}, 1}, predicted);
+        m_project->AddDataSet(Read(GetParam().rows));
+        m_project->SetLocalCentring(m_project->MeansOfGroups({1, "site", {"20"}}));
+        AddModel(*m_project, {ModelTypeE::PCA, {}, {"40", "50"}, 2}, GetParam().predicted);
+        AddModel(*m_project, {ModelTypeE::PLS, {"40"}, {"50"}, 2}, GetParam().predicted);
+        AddModel(*m_project, {ModelTypeE::OPLS, {"40"}, {"50"}, 1}, GetParam().predicted);
+        AddModel(*m_project, {ModelTypeE::O2PLS, {"40", "50"}, {}, 1}, GetParam().predicted);
     }
 
-    // Whether there is a table, with numbers and the columns that the vector announces.
+    std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *info) const {
+        return walk::ArgumentsOf(vector, info, static_cast<int>(m_project->GetObservations().Size()));
+    }
+
+    // Whether there is a table, with the columns that the vector announces and numbers: in every cell where the data
+    // is complete, in some where it is not.
     bool Delivers(ProjectVector const &vector, std::string const &name, std::string const &args) const {
         TablePtr const table = vector.CreateVectorRaw(m_project, args.c_str());
         if (!table)
             return false;
         EXPECT_TRUE(table->GetColumnIDs() == vector.CreateColumnIDsRaw(m_project, args.c_str())) << name << ' ' << args;
         auto const values = table->GetMatrix().Values();
-        return ofOneSide.contains(name) ? std::any_of(values.begin(), values.end(), IsNumber)
-                                        : std::all_of(values.begin(), values.end(), IsNumber);
+        auto const isNumber = [](float value) { return !IsMissing(value); };
+        EXPECT_TRUE(std::ranges::all_of(values, [](float value) { return std::isfinite(value); }))
+            << name << ' ' << args;
+        return GetParam().isComplete && !ofOneSide.contains(name) ? std::ranges::all_of(values, isNumber)
+                                                                  : std::ranges::any_of(values, isNumber);
+    }
+
+    // What is asked by name of a model that has no such statistic is empty, or an error that tells why.
+    void ExpectNothing(ProjectVector const &vector, std::string const &name, ModelInfo const &info) const {
+        std::string const text = std::string(vector.GetName()) + ' ' + ArgumentsOf(vector, &info);
+        try {
+            EXPECT_EQ(ProjectDataUtilities::CreateProjectData(*m_project).GetProjectData(text, vector.GetType()),
+                      nullptr)
+                << name << ' ' << text;
+        } catch (NCError const &error) {
+            EXPECT_STRNE(error.what(), "") << name << ' ' << text;
+        }
     }
 
     TemporaryFolder m_folder;
     boost::shared_ptr<Project> m_project;
 };
 
-TEST_F(Registry, GivesNumbersWhereItsVectorsAreValid) {
+TEST_P(Registry, GivesNumbersWhereItsVectorsAreValid) {
     std::map<std::string, int> delivered;
     for (ProjectVector const *vector : *ProjectVectorHandler::Instance()) {
         std::string const name =
             std::string(vector->GetName()) + ' ' + ProjectVector::FromVectorTypeEnumGui(vector->GetType());
         int &count = delivered[name];
-        if (!vector->IsValidProject(m_project))
-            continue;
-        auto const ask = [&](ModelInfo const *info) {
+        walk::ForModels(*vector, m_project, [&](ModelInfo const *info) {
+            if (info && !walk::HasComponents(*vector, *info))
+                return ExpectNothing(*vector, name, *info);
             std::string const args = ArgumentsOf(*vector, info);
             bool const delivers = Delivers(*vector, name, args);
             count += delivers ? 1 : 0;
             EXPECT_TRUE(delivers || withoutNumbers.contains(name)) << name << ' ' << args;
-        };
-        if (!vector->UseModel())
-            ask(nullptr);
+        });
+        // Some have a form for each kind of model.
         for (int model = 1; vector->UseModel() && model <= 4; ++model)
-            if (auto const info = m_project->GetModelInfo(model);
-                (vector->GetModelType() & info->type) != 0 && vector->IsValidModel(*m_project, *info)) {
-                if (HasComponents(*vector, *info))
-                    ask(info.get());
-                else
-                    EXPECT_FALSE(Delivers(*vector, name, ArgumentsOf(*vector, info.get()))) << name << ' ' << model;
-            }
+            if (auto const info = m_project->GetModelInfo(model); !ProjectVectorHandler::Instance()->FindVector(
+                    vector->GetName(), vector->GetType(), ProjectVector::DataTypeModel, info.get()))
+                ExpectNothing(*vector, name, *info);
     }
     std::set<std::string> silent;
     for (auto const &[name, count] : delivered)
@@ -113,5 +114,7 @@ TEST_F(Registry, GivesNumbersWhereItsVectorsAreValid) {
         }
     EXPECT_EQ(silent, withoutNumbers);
 }
+
+INSTANTIATE_TEST_SUITE_P(Data, Registry, testing::ValuesIn(data), testing::PrintToStringParamName());
 
 } // namespace
