@@ -3,10 +3,22 @@
 #include "engine/models/Workset.h"
 
 #include <cmath>
+#include <random>
 #include <string>
 #include <utility>
 
 namespace engine {
+
+// `latent` hidden variables behind all columns, and noise.
+inline Matrix SimulateCells(Index rows, Index columns, Index latent, std::mt19937_64 &generator) {
+    std::normal_distribution<double> normal;
+    auto const draw = [&](Index n, Index k) { return Matrix::NullaryExpr(n, k, [&] { return normal(generator); }); };
+    Matrix const hidden = draw(rows, latent);
+    Matrix const pattern = draw(latent, columns);
+    Matrix cells = draw(rows, columns) * 2;
+    cells.noalias() += hidden * pattern;
+    return cells;
+}
 
 // A data set held as the engine holds one: a contiguous float column for each variable, NaN told as missing.
 class FloatColumns final : public SourceColumns {

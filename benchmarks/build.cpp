@@ -1,3 +1,4 @@
+#include "benchmarks/Timing.h"
 #include "building/ProjectDataBuilder.h"
 #include "selection/SelectDataSeriesData.h"
 #include "tests/support/ProbeVector.h"
@@ -7,9 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 #include <numeric>
 
@@ -53,33 +52,11 @@ void operator delete(void *block, std::size_t) noexcept {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using ProjectDataUtilities::ProjectDataBuilder;
 using namespace probes;
 
 constexpr int million = 1'000'000;
 constexpr int rowsOfATable = 20;
-
-double SecondsOf(auto const &work) {
-    auto const start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-// The median of some copies of so many bytes into fresh memory.
-double SecondsOfCopy(std::size_t bytes) {
-    std::vector<char> const from(bytes, 'x');
-    std::vector<double> seconds(5);
-    for (double &each : seconds)
-        each = SecondsOf([&] {
-            auto const to = std::make_unique_for_overwrite<char[]>(bytes);
-            std::memcpy(to.get(), from.data(), bytes);
-            benchmark::DoNotOptimize(to.get());
-            benchmark::ClobberMemory();
-        });
-    std::nth_element(seconds.begin(), seconds.begin() + 2, seconds.end());
-    return seconds[2];
-}
 
 // A table of `rows` by `columns` numbers; the items are `first`, `first` + `step`, ...
 ProjectData CannedTable(int rows, int columns, std::uint32_t first, std::uint32_t step, ProjectPtr const &project) {

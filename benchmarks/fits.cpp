@@ -14,16 +14,11 @@ constexpr Index rows = 2000;
 constexpr Index columns = 1000;
 constexpr int components = 5;
 
-// `latent` hidden variables behind all columns, and noise; a part of the cells missing. The same numbers always.
+// A part of the cells missing. The same numbers always.
 Matrix MakeData(int responses, int latent, double missing) {
     std::mt19937_64 generator(7);
-    std::normal_distribution<double> normal;
     std::bernoulli_distribution lost(missing);
-    auto const draw = [&](Index n, Index k) { return Matrix::NullaryExpr(n, k, [&] { return normal(generator); }); };
-    Matrix const hidden = draw(rows, latent);
-    Matrix const pattern = draw(latent, columns + responses);
-    Matrix cells = draw(rows, columns + responses) * 2;
-    cells.noalias() += hidden * pattern;
+    Matrix cells = SimulateCells(rows, columns + responses, latent, generator);
     if (missing > 0)
         for (auto &cell : cells.leftCols(columns).reshaped())
             if (lost(generator))
