@@ -171,14 +171,21 @@ void PutScores(Scores const &some, std::vector<Index> const &rows, Scores &all) 
             (all.*member).row(rows[i]).head((some.*member).cols()) = (some.*member).row(static_cast<Index>(i));
 }
 
-Matrix CrossValidatedY(CrossValidation const &validation, Index predictive) {
+Vector CrossValidatedY(CrossValidation const &validation, Index term, Index predictive) {
     auto const &t = validation.excluded.t;
-    Matrix predicted(t.rows(), validation.rounds.front().c.rows());
+    Vector predicted(t.rows());
     for (Index i = 0; i < t.rows(); ++i) {
         auto const &model = validation.rounds[validation.roundOfRow[i]];
         auto const count = std::min(predictive, model.Predictive());
-        predicted.row(i) = t.row(i).head(count) * model.c.leftCols(count).transpose();
+        predicted[i] = t.row(i).head(count).dot(model.c.row(term).head(count));
     }
+    return predicted;
+}
+
+Matrix CrossValidatedY(CrossValidation const &validation, Index predictive) {
+    Matrix predicted(validation.excluded.t.rows(), validation.rounds.front().c.rows());
+    for (Index term = 0; term < predicted.cols(); ++term)
+        predicted.col(term) = CrossValidatedY(validation, term, predictive);
     return predicted;
 }
 

@@ -60,6 +60,8 @@ void PutScores(Scores const &some, std::vector<Index> const &rows, Scores &all);
 // What cross-validation predicts for each row, from the round that left it out: rows by Y terms, by the first
 // `predictive` components.
 Matrix CrossValidatedY(CrossValidation const &validation, Index predictive);
+// Of one Y term.
+Vector CrossValidatedY(CrossValidation const &validation, Index term, Index predictive);
 
 // Standard errors over the rounds (Efron & Gong 1983) of the elements of a quantity.
 struct JackknifeError {

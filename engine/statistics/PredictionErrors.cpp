@@ -160,7 +160,7 @@ Vector ValidatedY(RowSet const &rows, Index term, Vector predicted, bool errors)
     return predicted;
 }
 Vector ValidatedY(RowSet const &rows, Index term, Index size, bool errors) {
-    return ValidatedY(rows, term, CrossValidatedY(*rows.Model().Fit().crossValidation, size).col(term), errors);
+    return ValidatedY(rows, term, CrossValidatedY(*rows.Model().Fit().crossValidation, term, size), errors);
 }
 
 TablePtr ValidatedRowsOf(ModelView const &model, char const *name, int component, ColumnTerms const *terms,
