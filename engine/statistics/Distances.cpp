@@ -29,10 +29,10 @@ Distances XDistances(RowSet const &rows, Index size, bool weighted) {
     Distances result;
     result.freedom1 = ColumnFreedom(fit, xSide);
     result.freedom2 = result.freedom1 * XRowFreedom(fit, xSide);
-    Vector const workset = model.XDistances(size, weighted);
-    result.pooled = Pooled(workset);
+    ModelView::RowDistances const &workset = model.XDistances(size, weighted);
+    result.pooled = workset.pooled;
     if (!rows.Predicted()) {
-        result.squares = rows.Of(workset);
+        result.squares = rows.Of(workset.squares);
         return result;
     }
     Vector const weights = weighted ? PowerWeights(fit, size) : Vector();
@@ -84,7 +84,9 @@ Distances CombinedDistances(RowSet const &rows, Index size, bool weighted) {
 double UpperTail(double f, double freedom1, double freedom2) {
     if (!(f >= 0) || !std::isfinite(f) || !(freedom1 > 0) || !(freedom2 > 0))
         return notComputable;
-    return boost::math::ibeta(freedom2 / 2, freedom1 / 2, freedom2 / (freedom2 + freedom1 * f));
+    // Not in long double: results are stored as float.
+    using AsGiven = boost::math::policies::policy<boost::math::policies::promote_double<false>>;
+    return boost::math::ibeta(freedom2 / 2, freedom1 / 2, freedom2 / (freedom2 + freedom1 * f), AsGiven());
 }
 
 // One row for each size; `values` turns the distances of that size into what is shown.

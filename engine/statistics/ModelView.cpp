@@ -133,19 +133,19 @@ PredictedRows ModelView::Predict(boost::shared_ptr<DataSet const> dataSet, Proje
     return predicted;
 }
 
-Vector const &ModelView::XRowSquares(Index size, bool weighted) const {
-    auto const [at, isNew] = m_xRowSquares.try_emplace({size, weighted});
-    if (isNew)
-        at->second = engine::XRowSquares(m_fit.components, Data().x, m_fit.scores, size,
-                                         weighted ? PowerWeights(m_fit, size) : Vector());
+ModelView::RowDistances const &ModelView::XDistances(Index size, bool weighted) const {
+    auto const [at, isNew] = m_xDistances.try_emplace({size, weighted});
+    if (isNew) {
+        Index const xSide = size + m_fit.components.XOrthogonal();
+        double const inflation = static_cast<double>(m_fit.Rows()) / XRowFreedom(m_fit, xSide);
+        Vector const residuals = XRowSquares(m_fit.components, Data().x, m_fit.scores, size,
+                                             weighted ? PowerWeights(m_fit, size) : Vector());
+        Vector squares =
+            SquaredDistances(residuals, m_fit.xObserved, m_xTerms.Size(), ColumnFreedom(m_fit, xSide), inflation);
+        double const pooled = Pooled(squares);
+        at->second = {std::move(squares), pooled};
+    }
     return at->second;
-}
-
-Vector ModelView::XDistances(Index size, bool weighted) const {
-    Index const xSide = size + m_fit.components.XOrthogonal();
-    double const inflation = static_cast<double>(m_fit.Rows()) / XRowFreedom(m_fit, xSide);
-    return SquaredDistances(XRowSquares(size, weighted), m_fit.xObserved, m_xTerms.Size(), ColumnFreedom(m_fit, xSide),
-                            inflation);
 }
 
 DefaultCenterValues ModelView::GetCenterValues() const {
@@ -167,7 +167,7 @@ float ModelView::GetDModXCrit(int component, float level, TriState::State normal
     double const critical = Sta::FFTest(columns, columns * XRowFreedom(m_fit, xSide), alpha);
     if (critical < 0)
         return missingValue;
-    return ToStored(std::sqrt(critical * (normalised == TriState::No ? PooledXDistance(*size, false) : 1.0)));
+    return ToStored(std::sqrt(critical * (normalised == TriState::No ? XDistances(*size, false).pooled : 1.0)));
 }
 
 double ModelView::GetCVStdDevDF(int component) const {

@@ -66,11 +66,13 @@ public:
     // "M1.t": what the label of a row begins with.
     std::string Label(std::string const &name) const { return "M" + std::to_string(m_number) + "." + name; }
 
-    // Residual sums of squares of the workset's rows after a model of that size, weighted by modelling power or not.
-    Vector const &XRowSquares(Index size, bool weighted) const;
-    // Their squared distances to the model, and the mean of these.
-    Vector XDistances(Index size, bool weighted) const;
-    double PooledXDistance(Index size, bool weighted) const { return Pooled(XDistances(size, weighted)); }
+    // Squared distances of the workset's rows to a model of that size, weighted by modelling power or not, and their
+    // mean.
+    struct RowDistances {
+        Vector squares;
+        double pooled = 0;
+    };
+    RowDistances const &XDistances(Index size, bool weighted) const;
 
     // The rows of a prediction set on this model.
     PredictedRows Predict(boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project) const;
@@ -99,7 +101,7 @@ private:
     std::vector<std::uint32_t> m_variables; // of X, then of Y
     ColumnIDs m_observationColumns, m_xColumns, m_yColumns, m_xyColumns, m_yxColumns;
     mutable std::optional<Workset> m_workset;
-    mutable std::map<std::pair<Index, bool>, Vector> m_xRowSquares;
+    mutable std::map<std::pair<Index, bool>, RowDistances> m_xDistances;
 };
 
 } // namespace engine

@@ -20,31 +20,23 @@ Vector ObservedCounts(std::vector<TermScale> const &scales) {
     return counts;
 }
 
-// Row after row in bands, so that no matrix of all residuals is built. `add` gets the number of the first row and the
-// residuals of a band, 0 where a cell is missing.
-template <typename Add>
-void ForBands(Block const &block, Index bandRows, Add add) {
-    for (Index first = 0; first < block.Rows(); first += bandRows) {
-        Index const count = std::min(bandRows, block.Rows() - first);
-        add(first, RowMatrix(block.Values().middleRows(first, count)));
-    }
-}
-
-// Calls `predict(first, count)` for the prediction of a band of rows.
+// Row after row in bands that stay in the nearest caches. `predict(first, band)` takes the prediction of the rows from
+// `first` on off their values.
 template <typename Predict>
 Vector RowSquares(Block const &block, Vector const &weights, Predict predict) {
-    constexpr Index bandRows = 128;
+    constexpr Index bandRows = 32;
     Vector squares(block.Rows());
-    ForBands(block, bandRows, [&](Index first, RowMatrix residuals) {
-        Index const count = residuals.rows();
-        residuals.noalias() -= predict(first, count);
-        for (Index i = 0; i < count; ++i)
+    RowMatrix band;
+    for (Index first = 0; first < block.Rows(); first += band.rows()) {
+        band = block.Values().middleRows(first, std::min(bandRows, block.Rows() - first));
+        predict(first, band);
+        for (Index i = 0; i < band.rows(); ++i)
             for (std::uint32_t const k : block.MissingIn(first + i))
-                residuals(i, k) = 0;
+                band(i, k) = 0;
         if (weights.size() > 0)
-            residuals.array().rowwise() *= weights.transpose().array();
-        squares.segment(first, count) = residuals.rowwise().squaredNorm();
-    });
+            band.array().rowwise() *= weights.transpose().array();
+        squares.segment(first, band.rows()) = band.rowwise().squaredNorm();
+    }
     return squares;
 }
 
@@ -160,18 +152,17 @@ Vector YVariancesOfSize(FittedModel const &model, Workset const &workset, Index 
 Vector XRowSquares(Components const &components, Block const &x, Scores const &scores, Index size,
                    Vector const &weights) {
     Matrix const loadings = components.p.leftCols(size).transpose();
-    return RowSquares(x, weights, [&](Index first, Index count) {
-        RowMatrix predicted = scores.t.middleRows(first, count).leftCols(size) * loadings;
+    return RowSquares(x, weights, [&](Index first, RowMatrix &band) {
+        band.noalias() -= scores.t.middleRows(first, band.rows()).leftCols(size) * loadings;
         if (components.XOrthogonal() > 0)
-            predicted.noalias() += scores.to.middleRows(first, count) * components.po.transpose();
-        return predicted;
+            band.noalias() -= scores.to.middleRows(first, band.rows()) * components.po.transpose();
     });
 }
 
 Vector YRowSquares(Components const &components, Block const &y, Scores const &scores, Index size) {
     Matrix const weights = components.c.leftCols(size).transpose();
-    return RowSquares(y, Vector(), [&](Index first, Index count) {
-        return RowMatrix(scores.t.middleRows(first, count).leftCols(size) * weights);
+    return RowSquares(y, Vector(), [&](Index first, RowMatrix &band) {
+        band.noalias() -= scores.t.middleRows(first, band.rows()).leftCols(size) * weights;
     });
 }
 
