@@ -34,7 +34,10 @@ TablePtr Rows(ModelView const &model, char const *name, ColumnIDs const &columns
 // them does not vary.
 Vector Correlations(Block const &block, Vector const &scores, Eigen::VectorXi const &observed) {
     Index const terms = block.Size();
-    Vector sumX = Vector::Zero(terms), sumXX = sumX, sumTX = sumX, sumT = sumX, sumTT = sumX, count = sumX;
+    Vector sumX = Vector::Zero(terms), sumXX = sumX, sumTX = sumX;
+    // Over all rows, and the part of each term's missing cells in it.
+    double allT = 0, allTT = 0, rows = 0;
+    Vector lostT = sumX, lostTT = sumX, lost = sumX;
     for (Index row = 0; row < block.Rows(); ++row) {
         if (observed[row] == 0)
             continue;
@@ -43,15 +46,16 @@ Vector Correlations(Block const &block, Vector const &scores, Eigen::VectorXi co
         sumX += x;
         sumXX += x.cwiseAbs2();
         sumTX += t * x;
-        sumT.array() += t;
-        sumTT.array() += t * t;
-        count.array() += 1;
+        allT += t;
+        allTT += t * t;
+        rows += 1;
         for (std::uint32_t const column : block.MissingIn(row)) {
-            sumT[column] -= t;
-            sumTT[column] -= t * t;
-            count[column] -= 1;
+            lostT[column] += t;
+            lostTT[column] += t * t;
+            lost[column] += 1;
         }
     }
+    Vector const sumT = allT - lostT.array(), sumTT = allTT - lostTT.array(), count = rows - lost.array();
     Vector const spreadX = sumXX.array() - sumX.array().square() / count.array();
     Vector const spreadT = sumTT.array() - sumT.array().square() / count.array();
     Vector const both = sumTX.array() - sumX.array() * sumT.array() / count.array();
