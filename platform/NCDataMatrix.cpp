@@ -60,6 +60,12 @@ void NCDataMatrix<T>::InsertRow(int at, std::span<T const> values) {
 }
 
 template <typename T>
+void NCDataMatrix<T>::AppendRow() {
+    std::ranges::fill(m_storage.OpenGap(m_storage.Size(), Width()), MissingMark);
+    ++m_rows;
+}
+
+template <typename T>
 void NCDataMatrix<T>::AppendRows(NCDataMatrix const &other) {
     if (m_rows == 0)
         m_columns = other.m_columns;

@@ -56,6 +56,8 @@ public:
     // Inserts before `at`; `Rows() + 1` appends.
     void InsertRow(int at, std::span<T const> values);
     void AppendRow(std::span<T const> values) { InsertRow(m_rows + 1, values); }
+    // Appends a row of missing values, of the present width.
+    void AppendRow();
     // Appends the rows of a table of the same width.
     void AppendRows(NCDataMatrix const &other);
 

@@ -10,7 +10,7 @@ Answer::Answer(ColumnIDs columns) : m_columns(std::move(columns)), m_matrix(0, m
 
 std::span<float> Answer::Add(std::string const &label) {
     m_labels.push_back(label);
-    m_matrix.AppendRow(NCDataVector<float>(m_columns.Size()));
+    m_matrix.AppendRow();
     return m_matrix.MutableRow(m_matrix.Rows());
 }
 
