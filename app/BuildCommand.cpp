@@ -191,7 +191,7 @@ void AddBuildCommand(CLI::App &program) {
     AddFormatOption(*command, request->format);
     command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
     command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
-    command->add_option("--title", request->style.title, "What stands above the picture");
+    AddPictureOptions(*command, request->style);
     command->footer(
         "A VECTOR is a name, what it is about, and its source: t, t:2, YPred:octane, XVar:1100nm@M2, "
         "VarDS:octane@DS1.\n"

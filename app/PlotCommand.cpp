@@ -7,8 +7,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
-
 namespace {
 
 struct PlotRequest {
@@ -16,14 +14,6 @@ struct PlotRequest {
     std::filesystem::path file;
     PlotStyle style;
 };
-
-void SetSize(PlotStyle &style, std::string const &text) {
-    int end = 0;
-    int const read = std::sscanf(text.c_str(), "%4dx%4d%n", &style.width, &style.height, &end);
-    constexpr int smallest = 100;
-    if (read != 2 || static_cast<std::size_t>(end) != text.size() || style.width < smallest || style.height < smallest)
-        throw UsageError("\"" + text + "\" is no size: give width and height in pixels, from 100x100 to 9999x9999");
-}
 
 void Plot(PlotRequest request) {
     std::string const kind = request.file.extension().string();
@@ -50,11 +40,7 @@ void AddPlotCommand(CLI::App &program) {
     AddSeriesOptions(*command, request->series);
     command->add_option("-o,--output", request->file, "The picture: a file named .svg or .png")->required();
     command->add_flag("--xy", request->style.isScatter, "Points: the second series against the first");
-    command->add_option("--title", request->style.title, "What stands above");
-    command
-        ->add_option_function<std::string>(
-            "--size", [request](std::string const &text) { SetSize(request->style, text); }, "In pixels (900x600)")
-        ->type_name("WxH");
+    AddPictureOptions(*command, request->style);
     command->footer(
         "Series of variables, components and batches are bars (a curve when there are more than 100), others\n"
         "are lines. Of points that lie close together not all are labelled.\n"

@@ -5,10 +5,13 @@
 #include "app/VectorSearch.h"
 #include "platform/Missing.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
+#include <cstdio>
 #include <numeric>
 
 namespace {
@@ -306,7 +309,24 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
     }
 }
 
+void SetSize(PlotStyle &style, std::string const &text) {
+    int end = 0;
+    int const read = std::sscanf(text.c_str(), "%4dx%4d%n", &style.width, &style.height, &end);
+    constexpr int smallest = 100;
+    if (read != 2 || static_cast<std::size_t>(end) != text.size() || style.width < smallest || style.height < smallest)
+        throw UsageError("\"" + text + "\" is no size: give width and height in pixels, from 100x100 to 9999x9999");
+}
+
 } // namespace
+
+void AddPictureOptions(CLI::App &command, PlotStyle &style) {
+    command.add_option("--title", style.title, "What stands above the picture");
+    command
+        .add_option_function<std::string>(
+            "--size", [&style](std::string const &text) { SetSize(style, text); },
+            "Of the picture, in pixels (900x600)")
+        ->type_name("WxH");
+}
 
 std::string PlotScript(ProjectData const &table, Axis axis, PlotStyle const &style) {
     auto const hasShown = [&](int item) {

@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 struct PlotStyle {
     bool isPng = false;
     bool isScatter = false; // the second series against the first
@@ -20,6 +24,9 @@ struct PlotStyle {
     int width = 900;
     int height = 600;
 };
+
+// Adds --title and --size.
+void AddPictureOptions(CLI::App &command, PlotStyle &style);
 
 // The script that makes gnuplot draw a table on its standard output: bars for what has one value for each variable,
 // component or batch, else lines. Missing values are gaps. No label is read as anything but text. Throws NCError when

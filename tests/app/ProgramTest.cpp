@@ -263,7 +263,8 @@ TEST_F(Program, BuildsSelections) {
     EXPECT_NEAR(low, -1, 1e-6);
     EXPECT_NEAR(high, 1, 1e-6);
 
-    Done("build b.project --x t:1@M1 --y t:2@M1 --plot scores.svg");
+    Done("build b.project --x t:1@M1 --y t:2@M1 --plot scores.svg --size 640x480");
+    EXPECT_THAT(Contents(folder / "scores.svg"), HasSubstr("viewBox=\"0 0 640 480\""));
     EXPECT_THAT(Contents(folder / "scores.svg"), HasSubstr("M1.t[Comp. 2]"));
 
     // What a second run finds.
