@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -419,6 +420,24 @@ TEST_F(Program, ListsTheCatalogue) {
         auto const [first, last] = rows.equal_range(row[0]);
         EXPECT_TRUE(std::any_of(first, last, [&](auto const &entry) { return entry.second == row; })) << line;
     }
+}
+
+// Every name in back quotes in the middle column of the table.
+TEST_F(Program, HasTheStatisticsThatTheReadmeLists) {
+    std::set<std::string> listed, known;
+    std::istringstream readme(Contents(SOURCE_DIR "/README.md"));
+    for (std::string line; std::getline(readme, line);) {
+        if (!line.starts_with("| **"))
+            continue;
+        std::size_t const first = line.find(" | ");
+        std::istringstream names(line.substr(first + 3, line.find(" | ", first + 3) - first - 3));
+        for (std::string name; names >> name;)
+            EXPECT_TRUE(listed.insert(name.substr(1, name.size() - 2)).second) << name << " stands twice";
+    }
+    for (auto const &row : Fields(Done("catalogue --format csv")))
+        known.insert(row.front());
+    known.erase("name");
+    EXPECT_EQ(listed, known);
 }
 
 TEST(Readme, QuotesTheExampleThatIsBuilt) {
