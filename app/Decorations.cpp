@@ -85,18 +85,19 @@ std::string ErrorsOf(std::string const &name) {
     return std::ranges::find(names, name) != names.end() ? name + "cvSE" : std::string();
 }
 
-void AddErrorBars(NCProject const &project, ProjectUtilities::DefaultSelection const &defaults,
-                  ProjectVectorData const &data, ProjectData const &table, PlotStyle &style) {
+// Jack-knife intervals about the values of a series; empty where there are none.
+std::vector<double> IntervalsOf(NCProject const &project, ProjectUtilities::DefaultSelection const &defaults,
+                                ProjectVectorData const &data, ProjectData const &table) {
     ModelInfo const *const model = data.GetModelInfo();
     std::string const name = ErrorsOf(data.GetProjectVector()->GetName());
     if (!model || !model->crossValidated || name.empty())
-        return;
+        return {};
     ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
     auto const found =
         handler.Find(name.c_str(), data.GetProjectVector()->GetType(), ProjectVector::DataTypeModel, model);
     auto const object = boost::dynamic_pointer_cast<ProjectionModel const>(project.GetModel(model->number));
     if (found == handler.end() || !object)
-        return;
+        return {};
     ProjectVectorData errors(data);
     errors.SetProjectVector(*found);
     TablePtr const row = ProjectDataUtilities::CreateProjectData(project).GetProjectData(
@@ -104,10 +105,12 @@ void AddErrorBars(NCProject const &project, ProjectUtilities::DefaultSelection c
     TablePtr const shown = row ? row->UseOnly(table.GetColumnIDs()) : nullptr;
     double const freedom = object->GetCVStdDevDF((*found)->HasOneComponent() ? errors.GetComponent(true) : -1);
     if (!shown || shown->Columns() != table.Columns() || freedom < 1)
-        return;
+        return {};
     double const quantile = std::sqrt(Sta::FFTest(1, freedom, significance));
+    std::vector<double> intervals;
     for (float const error : shown->GetMatrix().Row(1))
-        style.errors.push_back(IsMissing(error) ? -1 : quantile * static_cast<double>(error));
+        intervals.push_back(IsMissing(error) ? -1 : quantile * static_cast<double>(error));
+    return intervals;
 }
 
 } // namespace
@@ -123,6 +126,8 @@ void Decorate(SelectDataSeriesData const &selection, ProjectData const &table, P
             (StartsWith(x, "YVar") && StartsWith(y, "YPred")) || (StartsWith(x, "YPred") && StartsWith(y, "YVar"));
     } else {
         AddLimit(*project, *vectors.front(), selection.GetExtraOptions().significance, style);
-        AddErrorBars(*project, *selection.GetDefaultSelection(), *vectors.front(), table, style);
+        if (vectors.size() == static_cast<std::size_t>(table.Rows()))
+            for (ProjectVectorData const *const vector : vectors)
+                style.errors.push_back(IntervalsOf(*project, *selection.GetDefaultSelection(), *vector, table));
     }
 }

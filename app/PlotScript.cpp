@@ -91,7 +91,8 @@ private:
     void WriteSeries();
     void WriteLimit();
     void WriteBars();
-    std::string WriteErrorBars(double shift);
+    bool HasErrors(std::size_t row) const { return row < m_style.errors.size() && !m_style.errors[row].empty(); }
+    std::string WriteErrors(std::size_t row, double shift);
     void WriteLines();
     void WriteItemTics(bool isBars);
     void WriteScatter();
@@ -180,7 +181,7 @@ void Script::WriteItemTics(bool isBars) {
 
 void Script::WriteBars() {
     double const width = 0.8 / static_cast<double>(m_rows.size());
-    std::string plots;
+    std::string plots, errors;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
         double const shift = (static_cast<double>(row) - 0.5 * static_cast<double>(m_rows.size() - 1)) * width;
@@ -190,29 +191,34 @@ void Script::WriteBars() {
                 m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + "\n";
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
+        if (HasErrors(row))
+            errors +=
+                ", " + WriteErrors(row, shift) +
+                " using 1:($2-$3):(0):(2*$3) with vectors heads size screen 0.005,90 lc rgb '#303030' lw 1.1 notitle";
     }
-    if (!m_style.errors.empty())
-        plots += WriteErrorBars(-0.5 * static_cast<double>(m_rows.size() - 1) * width);
     m_text +=
         "set boxwidth " + Number(0.92 * width) +
         "\nset yrange [*<0:0<*]\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " +
-        plots + "\n";
+        plots + errors + "\n";
 }
 
-// Bars of error on the first series; the part of the plot command that draws them.
-std::string Script::WriteErrorBars(double shift) {
-    m_text += "$e << EOD\n";
-    for (std::size_t item = 0; item < m_style.errors.size() && item < m_rows[0].size(); ++item)
-        if (IsShown(m_rows[0][item]) && m_style.errors[item] >= 0)
-            m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[0][item]) + " " +
-                      Number(m_style.errors[item]) + "\n";
+// Place, value and error of each item of a series, an empty line where there is none; answers the block's name.
+std::string Script::WriteErrors(std::size_t row, double shift) {
+    std::string const block = "$e" + std::to_string(row);
+    std::vector<double> const &errors = m_style.errors[row];
+    m_text += block + " << EOD\n";
+    for (std::size_t item = 0; item < errors.size() && item < m_rows[row].size(); ++item)
+        m_text += IsShown(m_rows[row][item]) && errors[item] >= 0
+                      ? Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + " " +
+                            Number(errors[item]) + "\n"
+                      : "\n";
     m_text += "EOD\n";
-    return ", $e using 1:($2-$3):(0):(2*$3) with vectors heads size screen 0.005,90 lc rgb '#303030' lw 1.1 notitle";
+    return block;
 }
 
 void Script::WriteLines() {
     bool const showsPoints = m_table.Columns() <= 250;
-    std::string plots;
+    std::string plots, bands;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
         m_text += block + " << EOD\n";
@@ -228,8 +234,12 @@ void Script::WriteLines() {
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
                  (showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4" : "lines lw 1.2") + Style(row) + Key(row);
+        if (HasErrors(row))
+            bands += WriteErrors(row, 0) +
+                     " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
+                     " notitle, ";
     }
-    m_text += "plot " + plots + "\n";
+    m_text += "plot " + bands + plots + "\n";
 }
 
 void Script::SetRange(char const *name, std::span<float const> values, double reach, double &low, double &high) {

@@ -20,7 +20,9 @@ struct PlotStyle {
     bool hasDiagonal = false;    // y = x, for points
     std::optional<double> limit; // a line across, with its label
     std::string limitLabel;
-    std::vector<double> errors; // half lengths of error bars on the first series, for bars
+    // For each series, or none of them: half lengths of intervals about its values, below 0 where there is none; empty
+    // for a series without. Bars bear error bars, curves a band.
+    std::vector<std::vector<double>> errors;
     int width = 900;
     int height = 600;
 };

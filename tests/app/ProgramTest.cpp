@@ -148,6 +148,16 @@ TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
         EXPECT_THAT(picture, EndsWith("</svg>\n\n"));
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "boom"));
+    // Many variables are curves, each in the band of its jack-knife interval.
+    ASSERT_EQ(Shell("awk 'BEGIN { srand(1); for (i = 0; i < 9; ++i) { for (k = 0; k <= 120; ++k) printf \"%s%s\", "
+                    "i ? rand() : \"v\" k, k < 120 ? \",\" : \"\\n\" } }' > wide.csv")
+                  .status,
+              0);
+    Done("import wide.project wide.csv --id-columns 0");
+    Done("fit wide.project --type pls --y v0 --components 2 --cv-groups 4");
+    Done("build wide.project --series w:1 --series w:2 --plot x.svg");
+    std::string const bands = Contents(folder / "x.svg");
+    EXPECT_NE(bands.find("fill-opacity = '0.25"), bands.rfind("fill-opacity = '0.25"));
     Done("plot a.project 't M1,1,0,0' -o x.png");
     EXPECT_THAT(Contents(folder / "x.png"), StartsWith("\x89PNG"));
     EXPECT_THAT(Shell("mkdir bin; printf '#!/bin/sh\\necho first >&2; echo \"out of ink\" >&2; exit 3' > bin/gnuplot; "
