@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
 // What stands in data sets and prediction sets, and the identifiers of observations and variables.
 
@@ -75,6 +76,40 @@ TablePtr OneRow(std::string const &label, ColumnIDs columns, std::span<float con
     return std::make_unique<ProjectData>(std::move(rows), std::move(columns), std::move(matrix));
 }
 
+// The items that a text names, in the current prediction set: one row for each that the set has, nothing without any.
+// `rowOf` gives label and values of an item.
+template <typename RowOf>
+TablePtr PredictionRows(ProjectVector const &vector, ProjectPtr const &project, char const *args,
+                        ColumnIDs::Source kind, RowOf rowOf) {
+    ProjectVector::Arguments arguments;
+    auto const set = CurrentPredictionSet(*project);
+    if (!set || !vector.ReadArguments(args, arguments))
+        return nullptr;
+    ColumnIDs columns = PredictionColumns(project, kind);
+    NCStringVector labels;
+    NCDataMatrix<float> matrix;
+    for (int const number : ProjectVector::NamedNumbers(arguments)) {
+        auto const [label, values] = rowOf(*set, static_cast<std::uint32_t>(number));
+        if (values.Size() == 0)
+            continue;
+        labels.push_back("PS." + label);
+        matrix.AppendRow(values.Values());
+    }
+    if (labels.Size() == 0)
+        return nullptr;
+    RowIDs rows(labels, project);
+    return std::make_unique<ProjectData>(std::move(rows), std::move(columns), std::move(matrix));
+}
+
+// The numbers that a text about a data set names, and the set; nothing for another source.
+std::optional<std::pair<int, IntList>> NumbersInDataSet(ProjectVector const &vector, ProjectPtr const &project,
+                                                        char const *args) {
+    ProjectVector::Arguments arguments;
+    vector.ReadArguments(args, arguments);
+    int const dataSet = LoadedDataSet(project, arguments.source.c_str());
+    return dataSet == -1 ? std::nullopt : std::optional(std::pair(dataSet, ProjectVector::NamedNumbers(arguments)));
+}
+
 // The numbers in an identifier column; nothing when there is no such column.
 TablePtr IdentifierRow(std::string const &prefix, ColumnIDs columns, AliasAccess const &aliases, unsigned long alias) {
     int const number = static_cast<int>(alias);
@@ -119,10 +154,9 @@ public:
                          "They are as they were read. In the units of the data set.");
     }
     bool SupportDateTime() const override { return true; }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int, unsigned long number, int) const override {
-        int const dataSet = LoadedDataSet(project, source);
-        IntList const observations{static_cast<int>(number)};
-        return dataSet == -1 ? nullptr : GetProjectData(*project).GetObsDS(dataSet, &observations);
+    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
+        auto const asked = NumbersInDataSet(*this, project, args);
+        return asked ? GetProjectData(*project).GetObsDS(asked->first, &asked->second) : nullptr;
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
         return DataSetVariables(project, source);
@@ -140,10 +174,9 @@ public:
                          "They are as they were read. In the units of the data set.");
     }
     bool SupportDateTime() const override { return true; }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int, unsigned long number, int) const override {
-        int const dataSet = LoadedDataSet(project, source);
-        IntList const variables{static_cast<int>(number)};
-        return dataSet == -1 ? nullptr : GetProjectData(*project).GetVarDS(dataSet, &variables, AllBatches, AllPhases);
+    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
+        auto const asked = NumbersInDataSet(*this, project, args);
+        return asked ? GetProjectData(*project).GetVarDS(asked->first, &asked->second, AllBatches, AllPhases) : nullptr;
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
         return DataSetObservations(project, source);
@@ -161,13 +194,10 @@ public:
                          "They are as they were read. In the units of the data.");
     }
 
-    TablePtr CreateVector(ProjectPtr project, char const *, int, unsigned long number, int) const override {
-        auto const set = CurrentPredictionSet(*project);
-        if (!set)
-            return nullptr;
-        auto const item = static_cast<std::uint32_t>(number);
-        return OneRow("PS." + set->GetObservationAliases().GetAlias(1, ObservationInfo(item)),
-                      PredictionColumns(project, ColumnIDs::Variables), set->GetObservation(item).Values());
+    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
+        return PredictionRows(*this, project, args, ColumnIDs::Variables, [](NCDataSet const &set, std::uint32_t item) {
+            return std::pair(set.GetObservationAliases().GetAlias(1, ObservationInfo(item)), set.GetObservation(item));
+        });
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *, int, unsigned long) const override {
         return PredictionColumns(project, ColumnIDs::Variables);
@@ -185,13 +215,11 @@ public:
                          "They are as they were read. In the units of the data.");
     }
     bool SupportDateTime() const override { return true; }
-    TablePtr CreateVector(ProjectPtr project, char const *, int, unsigned long number, int) const override {
-        auto const set = CurrentPredictionSet(*project);
-        if (!set)
-            return nullptr;
-        auto const item = static_cast<std::uint32_t>(number);
-        return OneRow("PS." + set->GetVariableAliases().GetAlias(1, VariableInfo(item)),
-                      PredictionColumns(project, ColumnIDs::Observations), set->GetVariable(item).Values());
+    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
+        return PredictionRows(
+            *this, project, args, ColumnIDs::Observations, [](NCDataSet const &set, std::uint32_t item) {
+                return std::pair(set.GetVariableAliases().GetAlias(1, VariableInfo(item)), set.GetVariable(item));
+            });
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *, int, unsigned long) const override {
         return PredictionColumns(project, ColumnIDs::Observations);

@@ -109,7 +109,8 @@ struct ValueQuestion {
             items = vector.NamedTerms(*project, asked, arguments);
             model = items.Size() == 0 ? -1 : asked;
         } else {
-            items.emplace_back(static_cast<std::uint32_t>(arguments.number));
+            for (int const number : ProjectVector::NamedNumbers(arguments))
+                items.emplace_back(static_cast<std::uint32_t>(number));
             model = asked;
         }
     }

@@ -225,17 +225,21 @@ ColumnTerms ProjectVector::GetYColumnTerm(NCProject const &project, int model, u
     return ColumnTerms({terms[static_cast<int>(index)]});
 }
 
-ColumnTerms ProjectVector::NamedTerms(NCProject const &project, int model, Arguments const &arguments) const {
-    if (IsYVector())
-        return GetYColumnTerm(project, model, static_cast<unsigned int>(arguments.number));
+std::list<int> ProjectVector::NamedNumbers(Arguments const &arguments) {
     std::list<int> numbers;
     if (arguments.number == noSingleItem)
         ParseIntegerList(arguments.rest ? arguments.rest : "", numbers);
     else
         numbers.push_back(static_cast<int>(arguments.number));
+    return numbers;
+}
+
+ColumnTerms ProjectVector::NamedTerms(NCProject const &project, int model, Arguments const &arguments) const {
+    if (IsYVector())
+        return GetYColumnTerm(project, model, static_cast<unsigned int>(arguments.number));
     ColumnTerms named;
     boost::shared_ptr<NCModel const> const object = project.GetModel(model);
-    for (int const number : numbers)
+    for (int const number : NamedNumbers(arguments))
         if (object && number >= 1 && number <= object->GetXColumnTerms().Size())
             named.AppendTerm(object->GetXColumnTerms()[number]);
     return named;

@@ -177,6 +177,8 @@ public:
     // there is no such term. For others it is the X term with the number or, when the number stands for no single item,
     // those of the list behind the arguments; numbers that no term has are left out.
     ColumnTerms NamedTerms(NCProject const &project, int model, Arguments const &arguments) const;
+    // The number of the text, or the list that trails it where that is the largest one.
+    static std::list<int> NamedNumbers(Arguments const &arguments);
 
     // The number in a source text: "M12" is model 12, "DS3" data set 3; -1 when the text is no such source.
     static int GetModelNumber(ProjectPtr const &project, char const *source);

@@ -170,6 +170,24 @@ TEST_F(SmallProject, ReadsDataSetsAndWhatModelsKeep) {
                                {"Xws M3,0,0,0", Loadings, {0.534522, 0.434372, 0.383482}},
                                {"Yavg M1,0,0,0", Loadings, {3.633333}},
                                {"Yws M1,0,0,0", Loadings, {0.526851}}});
+    // Several of one vector, as a selection joins them. Items that are not there are left out.
+    struct {
+        char const *text;
+        ProjectVector::VectorTypeEnum type;
+        std::vector<double> second;
+    } const lists[] = {{"VarDS DS1,0,-1,0,3,2", Scores, {2, 1, 5, 3, 7, 4}},
+                       {"ObsDS DS1,0,-1,0,1,99,3", Loadings, {3, 5, 2, 3.4}},
+                       {"VarPS PS,0,-1,0,3,1", Scores, {3.5, 9, 3.5}},
+                       {"ObsPS PS,0,-1,0,99,7,8", Loadings, {7, 1, 9, 1, 6.5}},
+                       {"XObs M1,0,-1,0,1,1,1,3", Loadings, {3, 5, 2}}};
+    for (auto const &row : lists) {
+        TablePtr const table = Table(row.text, row.type);
+        ASSERT_TRUE(table && table->Rows() == 2) << row.text;
+        auto const values = table->GetMatrix().Row(2);
+        EXPECT_EQ(std::vector<float>(values.begin(), values.end()),
+                  std::vector<float>(row.second.begin(), row.second.end()))
+            << row.text;
+    }
     EXPECT_THROW(Table("VarDS DS9,0,1,0", Scores), NCError);
     EXPECT_EQ(Table("VarDS DS1,0,99,0", Scores), nullptr);
     EXPECT_EQ(Table("ObsID M1,0,9,0", Scores), nullptr);
