@@ -342,8 +342,10 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
     info->name = record->name;
     info->dataSets = record->dataSets;
     boost::shared_ptr<ModelView const> const view = m_state->View(model);
-    ModelDefinition const definition =
-        view ? view->Fit().definition : ModelDefinition::Load(AsText(m_state->File().Definition(model)));
+    ModelDefinition stored;
+    if (!view)
+        stored = ModelDefinition::Load(AsText(m_state->File().Definition(model)));
+    ModelDefinition const &definition = view ? view->Fit().definition : stored;
     info->hasDateTime = HasDates(record->dataSets.front());
     info->type = static_cast<ModelTypeE::Model>(definition.kind);
     info->sizeXVariables = static_cast<int>(definition.xTerms.size());
