@@ -69,6 +69,10 @@ BENCHMARK_CAPTURE(MeasureOrthogonalFit, pls_3_cross_validated, ModelKind::Pls, 0
 BENCHMARK_CAPTURE(MeasureOrthogonalFit, opls_1_2_cross_validated, ModelKind::Opls, 0, 7)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MeasureOrthogonalFit, pls_3_missing, ModelKind::Pls, 0.05, 0)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MeasureOrthogonalFit, opls_1_2_missing, ModelKind::Opls, 0.05, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MeasureOrthogonalFit, opls_1_2_missing_cross_validated, ModelKind::Opls, 0.05, 7)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MeasureFit, pca_5_percent_missing_cross_validated, 0, 6, 0.05, 7)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MeasureFit, pls_5_percent_missing_cross_validated, 1, 6, 0.05, 7)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MeasureFit, pls_5_percent_missing, 1, 6, 0.05, 0)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MeasureFit, pca_5_percent_missing, 0, 6, 0.05, 0)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MeasureFit, pls_cross_validated, 1, 6, 0, 7)->Unit(benchmark::kMillisecond);
