@@ -127,7 +127,13 @@ void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, Pr
     PlotStyle style = request.style;
     style.isPng = request.picture.extension() == ".png";
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
-    Decorate(selection, table, style);
+    std::vector<DrawnSeries> drawn;
+    for (ProjectVectorData const *const data : selection.VectorsInUse()) {
+        std::string const text = data->ToStdString(selection.GetDefaultSelection().get());
+        drawn.push_back({data->GetProjectVector(), text.substr(std::min(text.find(' '), text.size() - 1) + 1)});
+    }
+    Decorate(*selection.GetProject(), drawn, selection.GetVectorType(), selection.GetExtraOptions().significance, table,
+             style);
     std::string const script = PlotScript(table, selection.GetVectorType(), style);
     DraftFile file(request.picture);
     RunGnuplot(script, file.Descriptor());

@@ -1,40 +1,51 @@
 #include "app/Decorations.h"
 
 #include "building/CreateProjectData.h"
-#include "catalogue/ProjectVectorHandler.h"
 #include "platform/GetProjectData.h"
 #include "platform/Missing.h"
 #include "platform/NCProject.h"
 #include "platform/Sta.h"
-#include "utilities/DefaultSelection.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 
 namespace {
 
 constexpr double significance = 0.05;
 
-bool StartsWith(ProjectVectorData const &data, char const *name) {
-    return std::string_view(data.GetProjectVector()->GetName()).starts_with(name);
-}
+// A series of a model, and what its arguments say. No model for any other series.
+struct ModelSeries {
+    DrawnSeries const &drawn;
+    ProjectVector::Arguments arguments;
+    boost::shared_ptr<ModelInfo const> model;
 
-bool IsScore(ProjectVectorData const &data) {
-    return data.GetProjectVector()->GetScoreLoadingType() == ProjectVector::Score &&
-           data.GetProjectVector()->HasOneComponent();
-}
+    ModelSeries(NCProject const &project, DrawnSeries const &series) : drawn(series) {
+        if (!series.vector || !series.vector->UseModel() ||
+            !series.vector->ReadArguments(series.arguments.c_str(), arguments))
+            return;
+        model =
+            project.GetModelInfo(ProjectVector::GetModelNumber(project.shared_from_this(), arguments.source.c_str()));
+    }
 
-// The standard deviation of a workset's scores on the component of a specification; 0 when there is none.
-double ScoreDeviation(NCProject const &project, ProjectVectorData const &data) {
-    IntList const components{data.GetComponent(true)};
-    int const model = data.GetModelInfo()->number;
+    std::string_view Name() const { return model ? drawn.vector->GetName() : ""; }
+    bool StartsWith(char const *name) const { return Name().starts_with(name); }
+    bool IsScore() const {
+        return model && drawn.vector->GetScoreLoadingType() == ProjectVector::Score && drawn.vector->HasOneComponent();
+    }
+    int Component() const { return drawn.vector->HasOneComponent() ? arguments.component : -1; }
+};
+
+// The standard deviation of a workset's scores on the component of a series; 0 when there is none.
+double ScoreDeviation(NCProject const &project, ModelSeries const &series) {
+    IntList const components{series.Component()};
     GetProjectData const statistics(project);
-    bool const orthogonal = data.GetProjectVector()->GetComponentType() == ProjectVector::ComponentXSideOrthogonal;
-    TablePtr const scores =
-        orthogonal ? statistics.GetTo(model, &components, -1) : statistics.GetT(model, &components, -1);
+    bool const orthogonal = series.drawn.vector->GetComponentType() == ProjectVector::ComponentXSideOrthogonal;
+    TablePtr const scores = orthogonal ? statistics.GetTo(series.model->number, &components, -1)
+                                       : statistics.GetT(series.model->number, &components, -1);
     if (!scores)
         return 0;
     NCDataVector<float> const row = scores->GetMatrix()[1];
@@ -44,38 +55,48 @@ double ScoreDeviation(NCProject const &project, ProjectVectorData const &data) {
     return observed > 1 ? std::sqrt(row.GetSS() / (observed - 1)) : 0;
 }
 
-// The ellipse that a new observation leaves with a probability of 5 % (Tracy et al. 1992).
-void AddEllipse(NCProject const &project, ProjectVectorData const &x, ProjectVectorData const &y, PlotStyle &style) {
-    bool const sameModel = x.GetModelInfo() && y.GetModelInfo() && x.GetModelInfo()->number == y.GetModelInfo()->number;
-    bool const ofX = !StartsWith(x, "u") && !StartsWith(y, "u");
-    if (!sameModel || !ofX || !IsScore(x) || !IsScore(y))
-        return;
-    double const rows = x.GetModelInfo()->sizeObservations;
-    constexpr double components = 2;
-    if (rows <= components)
-        return;
-    double const critical = components * (rows * rows - 1) / (rows * (rows - components)) *
-                            Sta::FFTest(components, rows - components, significance);
-    style.ellipseX = std::sqrt(critical) * ScoreDeviation(project, x);
-    style.ellipseY = std::sqrt(critical) * ScoreDeviation(project, y);
+// What T2 of a new observation exceeds with a probability of 5 % (Tracy et al. 1992); nothing for too few rows.
+std::optional<double> T2Limit(ModelInfo const &model, int components) {
+    double const n = model.sizeObservations;
+    double const a = components;
+    if (a < 1 || n <= a)
+        return {};
+    return a * (n * n - 1) / (n * (n - a)) * Sta::FFTest(a, n - a, significance);
 }
 
-// The distance that an observation of the model exceeds with the model's significance level.
-void AddLimit(NCProject const &project, ProjectVectorData const &data, float significanceOverride, PlotStyle &style) {
-    if (!StartsWith(data, "DModX") || !data.GetModelInfo())
+void AddEllipse(NCProject const &project, ModelSeries const &x, ModelSeries const &y, PlotStyle &style) {
+    bool const ofX = !x.StartsWith("u") && !y.StartsWith("u");
+    if (!x.IsScore() || !y.IsScore() || !ofX || x.model->number != y.model->number)
         return;
-    auto const model =
-        boost::dynamic_pointer_cast<ProjectionModel const>(project.GetModel(data.GetModelInfo()->number));
-    if (!model)
-        return;
-    int const component = data.GetProjectVector()->HasOneComponent() ? data.GetComponent(true) : -1;
-    float const limit = model->GetDModXCrit(component, significanceOverride, TriState::Undefined);
-    if (IsMissing(limit))
-        return;
-    char label[32];
-    std::snprintf(label, sizeof label, "D-Crit %.3g", static_cast<double>(limit));
+    if (std::optional<double> const limit = T2Limit(*x.model, 2)) {
+        style.ellipseX = std::sqrt(*limit) * ScoreDeviation(project, x);
+        style.ellipseY = std::sqrt(*limit) * ScoreDeviation(project, y);
+    }
+}
+
+void SetLimit(PlotStyle &style, char const *name, double limit) {
+    std::array<char, 48> label{};
+    std::snprintf(label.data(), label.size(), "%s %.3g", name, limit);
     style.limit = limit;
-    style.limitLabel = label;
+    style.limitLabel = label.data();
+}
+
+// The distance, or the T2, that an observation of the model exceeds with a small probability.
+void AddLimit(NCProject const &project, ModelSeries const &series, float asked, PlotStyle &style) {
+    if (series.StartsWith("DModX")) {
+        auto const model = boost::dynamic_pointer_cast<ProjectionModel const>(project.GetModel(series.model->number));
+        float const limit = model ? model->GetDModXCrit(series.Component(), asked, TriState::Undefined) : missingValue;
+        if (!IsMissing(limit))
+            SetLimit(style, "D-Crit", limit);
+    } else if (series.StartsWith("T2Range")) {
+        // As the statistic reads its range.
+        int const all = series.model->predictiveComponents + series.model->xSideOrthogonalComponents;
+        auto const last = static_cast<int>(series.arguments.number2);
+        auto const first = static_cast<int>(series.arguments.number);
+        int const end = last < 1 || last > all ? all : last;
+        if (auto const limit = T2Limit(*series.model, std::abs(end - std::max(first, 1)) + 1))
+            SetLimit(style, "T2-Crit", *limit);
+    }
 }
 
 // The vector that holds the jack-knife standard errors of another one; empty when there is none.
@@ -86,24 +107,16 @@ std::string ErrorsOf(std::string const &name) {
 }
 
 // Jack-knife intervals about the values of a series; empty where there are none.
-std::vector<double> IntervalsOf(NCProject const &project, ProjectUtilities::DefaultSelection const &defaults,
-                                ProjectVectorData const &data, ProjectData const &table) {
-    ModelInfo const *const model = data.GetModelInfo();
-    std::string const name = ErrorsOf(data.GetProjectVector()->GetName());
-    if (!model || !model->crossValidated || name.empty())
+std::vector<double> IntervalsOf(NCProject const &project, ModelSeries const &series, ProjectVector::VectorTypeEnum axis,
+                                ProjectData const &table) {
+    std::string const name = ErrorsOf(std::string(series.Name()));
+    if (name.empty() || !series.model->crossValidated)
         return {};
-    ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-    auto const found =
-        handler.Find(name.c_str(), data.GetProjectVector()->GetType(), ProjectVector::DataTypeModel, model);
-    auto const object = boost::dynamic_pointer_cast<ProjectionModel const>(project.GetModel(model->number));
-    if (found == handler.end() || !object)
-        return {};
-    ProjectVectorData errors(data);
-    errors.SetProjectVector(*found);
-    TablePtr const row = ProjectDataUtilities::CreateProjectData(project).GetProjectData(
-        errors.ToStdString(&defaults), data.GetProjectVector()->GetType());
+    auto const object = boost::dynamic_pointer_cast<ProjectionModel const>(project.GetModel(series.model->number));
+    TablePtr const row =
+        ProjectDataUtilities::CreateProjectData(project).GetProjectData(name + ' ' + series.drawn.arguments, axis);
     TablePtr const shown = row ? row->UseOnly(table.GetColumnIDs()) : nullptr;
-    double const freedom = object->GetCVStdDevDF((*found)->HasOneComponent() ? errors.GetComponent(true) : -1);
+    double const freedom = object ? object->GetCVStdDevDF(series.Component()) : 0;
     if (!shown || shown->Columns() != table.Columns() || freedom < 1)
         return {};
     double const quantile = std::sqrt(Sta::FFTest(1, freedom, significance));
@@ -115,19 +128,22 @@ std::vector<double> IntervalsOf(NCProject const &project, ProjectUtilities::Defa
 
 } // namespace
 
-void Decorate(SelectDataSeriesData const &selection, ProjectData const &table, PlotStyle &style) {
-    boost::shared_ptr<NCProject> const project = selection.GetProject();
-    std::vector<ProjectVectorData const *> const vectors = selection.VectorsInUse();
+void Decorate(NCProject const &project, std::vector<DrawnSeries> const &drawn, ProjectVector::VectorTypeEnum axis,
+              float significanceAsked, ProjectData const &table, PlotStyle &style) {
+    std::vector<ModelSeries> series;
+    for (DrawnSeries const &each : drawn)
+        series.emplace_back(project, each);
+    if (series.size() != static_cast<std::size_t>(table.Rows()))
+        return;
     if (style.isScatter) {
-        ProjectVectorData const &x = *vectors[0];
-        ProjectVectorData const &y = *vectors[1];
-        AddEllipse(*project, x, y, style);
+        ModelSeries const &x = series[0];
+        ModelSeries const &y = series[1];
+        AddEllipse(project, x, y, style);
         style.hasDiagonal =
-            (StartsWith(x, "YVar") && StartsWith(y, "YPred")) || (StartsWith(x, "YPred") && StartsWith(y, "YVar"));
+            (x.StartsWith("YVar") && y.StartsWith("YPred")) || (x.StartsWith("YPred") && y.StartsWith("YVar"));
     } else {
-        AddLimit(*project, *vectors.front(), selection.GetExtraOptions().significance, style);
-        if (vectors.size() == static_cast<std::size_t>(table.Rows()))
-            for (ProjectVectorData const *const vector : vectors)
-                style.errors.push_back(IntervalsOf(*project, *selection.GetDefaultSelection(), *vector, table));
+        AddLimit(project, series.front(), significanceAsked, style);
+        for (ModelSeries const &each : series)
+            style.errors.push_back(IntervalsOf(project, each, axis, table));
     }
 }

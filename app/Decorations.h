@@ -1,9 +1,20 @@
 #pragma once
 
 #include "app/PlotScript.h"
-#include "selection/SelectDataSeriesData.h"
+#include "catalogue/ProjectVector.h"
 
-// What an analyst expects on the picture of a selection: the ellipse of Hotelling's T2 on a plot of two scores, the
-// critical distance on distances to the model, the diagonal on predicted against observed values, jack-knife error bars
-// on cross-validated loadings, weights and coefficients. `table` is what the selection was built into.
-void Decorate(SelectDataSeriesData const &selection, ProjectData const &table, PlotStyle &style);
+#include <string>
+#include <vector>
+
+// What a row of a table was asked by.
+struct DrawnSeries {
+    ProjectVector const *vector = nullptr; // null for a placeholder
+    std::string arguments;                 // "M1,1,0,0"
+};
+
+// What an analyst expects on a picture: the ellipse of Hotelling's T2 on a plot of two scores, the critical value on
+// distances to the model and on T2, the diagonal on predicted against observed values, jack-knife intervals on
+// cross-validated loadings, weights and coefficients. `series` has one entry for each row of the table; otherwise
+// nothing is added. `significance` is that of the critical distance, -1.0 the model's own.
+void Decorate(NCProject const &project, std::vector<DrawnSeries> const &series, ProjectVector::VectorTypeEnum axis,
+              float significance, ProjectData const &table, PlotStyle &style);

@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr float significanceOfModel = -1;
+
 struct PlotRequest {
     SeriesRequest series;
     std::filesystem::path file;
@@ -26,6 +28,7 @@ void Plot(PlotRequest request) {
         throw Problem(
             ExceptionMessage::translate("--xy draws the second of two series against the first; here are {1}.") %
             series.table->Rows());
+    Decorate(*project, series.series, series.axis, significanceOfModel, *series.table, request.style);
     std::string const script = PlotScript(*series.table, series.axis, request.style);
     DraftFile file(request.file);
     RunGnuplot(script, file.Descriptor());
@@ -43,7 +46,8 @@ void AddPlotCommand(CLI::App &program) {
     AddPictureOptions(*command, request->style);
     command->footer(
         "Series of variables, components and batches are bars (a curve when there are more than 100), others\n"
-        "are lines. Of points that lie close together not all are labelled.\n"
+        "are lines. Of points that lie close together not all are labelled. Scores, distances, loadings and\n"
+        "coefficients come with their limits and intervals of 95 %.\n"
         "Example: dataseries plot wine.project \"t M1,1,0,0\" \"t M1,2,0,0\" --xy -o scores.png\n"
         "         dataseries plot wine.project \"p M1,1,0,0\" -o loadings.svg --title \"First component\"");
     command->callback([request] { Plot(*request); });

@@ -89,7 +89,7 @@ public:
 private:
     void Begin();
     void WriteSeries();
-    void WriteLimit();
+    std::string WriteLimit();
     void WriteBars();
     bool HasErrors(std::size_t row) const { return row < m_style.errors.size() && !m_style.errors[row].empty(); }
     std::string WriteErrors(std::size_t row, double shift);
@@ -145,19 +145,20 @@ void Script::WriteSeries() {
     double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
     m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
     WriteItemTics(isBars);
-    if (m_style.limit)
-        WriteLimit();
     if (isBars)
         WriteBars();
     else
         WriteLines();
 }
 
-void Script::WriteLimit() {
+// The label of the limit; answers the part of the plot command that draws it, so that it is within the picture.
+std::string Script::WriteLimit() {
+    if (!m_style.limit)
+        return {};
     std::string const at = Number(*m_style.limit);
-    m_text += "set arrow from graph 0,first " + at + " to graph 1,first " + at +
-              " nohead lc rgb '#c0392b' lw 1.2 dt 2\nset label " + Quoted(m_style.limitLabel) +
-              " at graph 0.995,first " + at + " right offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
+    m_text += "set yrange [0:*]\nset label " + Quoted(m_style.limitLabel) + " at graph 0.995,first " + at +
+              " right offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
+    return ", " + at + " with lines lc rgb '#c0392b' lw 1.2 dt 2 notitle";
 }
 
 // Labels of items below the axis: all of them, turned where they need it, or as many as have room side by side.
@@ -239,6 +240,7 @@ void Script::WriteLines() {
                      " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
                      " notitle, ";
     }
+    plots += WriteLimit();
     m_text += "plot " + bands + plots + "\n";
 }
 

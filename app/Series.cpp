@@ -100,7 +100,7 @@ std::string HintForNothing(engine::Project const &project, ProjectVector const &
 
 // One series. The placeholders ("Num", "Missing") run over what the other series have in common.
 TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creator, SeriesRequest const &request,
-                 std::string const &text, Axis axis) {
+                 std::string const &text, Axis axis, DrawnSeries &drawn) {
     if (CreateProjectData::IsNum(text) || CreateProjectData::IsMissing(text)) {
         std::list<std::string> const all(request.texts.begin(), request.texts.end());
         TablePtr table = CreateProjectData::IsNum(text) ? creator.CreateNumProjectData(all, axis)
@@ -120,6 +120,7 @@ TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creato
     if (!table || table->Rows() == 0 || table->Columns() == 0)
         throw Problem(ExceptionMessage::translate("\"{1}\" gives no data. {2}") % text %
                       HintForNothing(project, *vector, source, split));
+    drawn = {vector, text.substr(split.name.size() + 1)};
     return table;
 }
 
@@ -152,8 +153,9 @@ Series ReadSeries(engine::Project const &project, SeriesRequest const &request) 
     CreateProjectData const creator(project);
     Axis const axis = ChooseAxis(project, request);
     TablePtr joined;
+    std::vector<DrawnSeries> drawn;
     for (std::string const &text : request.texts) {
-        TablePtr table = ReadOne(project, creator, request, text, axis);
+        TablePtr table = ReadOne(project, creator, request, text, axis, drawn.emplace_back());
         if (!joined) {
             joined = std::move(table);
             joined->Reserve(static_cast<int>(request.texts.size()));
@@ -162,5 +164,5 @@ Series ReadSeries(engine::Project const &project, SeriesRequest const &request) 
                           text % ItemOf(axis));
         }
     }
-    return {std::move(joined), axis};
+    return {std::move(joined), axis, std::move(drawn)};
 }

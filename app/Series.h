@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Decorations.h"
 #include "catalogue/ProjectVector.h"
 #include "engine/Project.h"
 
@@ -27,5 +28,6 @@ void AddSeriesOptions(CLI::App &command, SeriesRequest &request);
 struct Series {
     TablePtr table;
     ProjectVector::VectorTypeEnum axis;
+    std::vector<DrawnSeries> series;
 };
 Series ReadSeries(engine::Project const &project, SeriesRequest const &request);
