@@ -119,7 +119,8 @@ TablePtr IdentifierRow(std::string const &prefix, ColumnIDs columns, AliasAccess
     std::vector<std::uint32_t> items;
     items.reserve(static_cast<std::size_t>(columns.Size()));
     for (int column = 1; column <= columns.Size(); ++column)
-        items.push_back(columns.GetColumnID(column));
+        // A product of variables has none of their identifiers.
+        items.push_back(columns.GetColumnTerm(column).Size() > 1 ? 0 : columns.GetColumnID(column));
     NCDataVector<float> const values = aliases.GetNumeralValues(number, items);
     return OneRow(prefix + "(" + aliases.GetRawAliasName(number) + ")", std::move(columns), values.Values());
 }

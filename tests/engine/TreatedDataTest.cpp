@@ -168,6 +168,7 @@ TEST_F(TreatedData, IsCentredByGroups) {
 // Scaled x1 is (-1, 0, 1), scaled x2 (0, 1, -1); their product is (0, 0, -1), the square of x1 (1, 0, 1).
 TEST_F(TreatedData, HasSquareAndCrossTerms) {
     m_project->AddDataSet(Read("id,x1,x2,y\na,1,20,1\nb,2,30,4\nc,3,10,2\n"));
+    m_project->AddDataSet(Read("id,7.5,8,y\na,1,20,1\nb,2,30,4\nc,3,10,2\n"));
     ModelRequest request;
     request.type = ModelTypeE::PLS;
     request.responses = {"y"};
@@ -197,6 +198,14 @@ TEST_F(TreatedData, HasSquareAndCrossTerms) {
         names += weights->GetColumnName(column) + " ";
     EXPECT_EQ(names, "x1 x2 x1*x2 x1*x1 x2*x2 ");
 
+    // A product has no identifier, even of numbers.
+    request.dataSet = 2;
+    request.products = {{"7.5", "8"}};
+    request.squares = request.crosses = false;
+    m_project->AddModel(request);
+    ExpectFigures(*m_project, {{"VarID M3,0,1,0", Loadings, {7.5, 8, -99, -99}}});
+
+    request.dataSet = 1;
     request.products = {{"x1", "y"}};
     ExpectError(request, "\"y\", a factor of a square or cross term, is no X variable");
     request.products = {{"x1"}};
