@@ -91,8 +91,14 @@ private:
     void WriteSeries();
     std::string WriteLimit();
     void WriteBars();
+    std::vector<std::size_t> AllItems() const {
+        std::vector<std::size_t> items(static_cast<std::size_t>(m_table.Columns()));
+        std::iota(items.begin(), items.end(), 0);
+        return items;
+    }
     bool HasErrors(std::size_t row) const { return row < m_style.errors.size() && !m_style.errors[row].empty(); }
-    std::string WriteErrors(std::size_t row, double shift);
+    std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
+    std::vector<std::size_t> ItemsOfCurve(std::size_t row) const;
     void WriteLines();
     void WriteItemTics(bool isBars);
     void WriteScatter();
@@ -157,7 +163,7 @@ std::string Script::WriteLimit() {
         return {};
     std::string const at = Number(*m_style.limit);
     m_text += "set yrange [0:*]\nset label " + Quoted(m_style.limitLabel) + " at graph 0.995,first " + at +
-              " right offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
+              " right front offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
     return ", " + at + " with lines lc rgb '#c0392b' lw 1.2 dt 2 notitle";
 }
 
@@ -194,7 +200,7 @@ void Script::WriteBars() {
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
         if (HasErrors(row))
             errors +=
-                ", " + WriteErrors(row, shift) +
+                ", " + WriteErrors(row, AllItems(), shift) +
                 " using 1:($2-$3):(0):(2*$3) with vectors heads size screen 0.005,90 lc rgb '#303030' lw 1.1 notitle";
     }
     m_text +=
@@ -203,18 +209,44 @@ void Script::WriteBars() {
         plots + errors + "\n";
 }
 
-// Place, value and error of each item of a series, an empty line where there is none; answers the block's name.
-std::string Script::WriteErrors(std::size_t row, double shift) {
+// Place, value and error of items of a series, an empty line where there is none; answers the block's name.
+std::string Script::WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift) {
     std::string const block = "$e" + std::to_string(row);
     std::vector<double> const &errors = m_style.errors[row];
     m_text += block + " << EOD\n";
-    for (std::size_t item = 0; item < errors.size() && item < m_rows[row].size(); ++item)
+    for (std::size_t const item : items)
         m_text += IsShown(m_rows[row][item]) && errors[item] >= 0
                       ? Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + " " +
                             Number(errors[item]) + "\n"
                       : "\n";
     m_text += "EOD\n";
     return block;
+}
+
+// The items that a curve is drawn through: all of them, or where many share a column of pixels, the least and the
+// greatest among these, or one where the curve has a gap.
+std::vector<std::size_t> Script::ItemsOfCurve(std::size_t row) const {
+    std::span<float const> const values = m_rows[row];
+    std::size_t const each = values.size() / (2 * static_cast<std::size_t>(m_style.width));
+    if (each < 2)
+        return AllItems();
+    std::vector<std::size_t> items;
+    for (std::size_t first = 0; first < values.size(); first += each) {
+        std::size_t low = first;
+        std::size_t high = first;
+        for (std::size_t item = first; item < std::min(first + each, values.size()); ++item) {
+            if (!IsShown(values[item]))
+                continue;
+            if (!IsShown(values[low]) || values[item] < values[low])
+                low = item;
+            if (!IsShown(values[high]) || values[item] > values[high])
+                high = item;
+        }
+        items.push_back(std::min(low, high));
+        if (low != high)
+            items.push_back(std::max(low, high));
+    }
+    return items;
 }
 
 void Script::WriteLines() {
@@ -224,7 +256,8 @@ void Script::WriteLines() {
         std::string const block = "$s" + std::to_string(row);
         m_text += block + " << EOD\n";
         bool hasPoint = false;
-        for (std::size_t item = 0; item < m_rows[row].size(); ++item) {
+        std::vector<std::size_t> const items = ItemsOfCurve(row);
+        for (std::size_t const item : items) {
             bool const isShown = IsShown(m_rows[row][item]);
             if (isShown)
                 m_text += std::to_string(item + 1) + " " + Number(m_rows[row][item]) + "\n";
@@ -236,7 +269,7 @@ void Script::WriteLines() {
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
                  (showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4" : "lines lw 1.2") + Style(row) + Key(row);
         if (HasErrors(row))
-            bands += WriteErrors(row, 0) +
+            bands += WriteErrors(row, items, 0) +
                      " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
                      " notitle, ";
     }
@@ -269,17 +302,28 @@ void Script::WriteScatter() {
     std::string guides;
     if (m_style.ellipseX > 0) {
         m_text += "set parametric\nset trange [0:2*pi]\nset samples 400\n";
-        guides = Number(m_style.ellipseX) + "*cos(t)," + Number(m_style.ellipseY) +
-                 "*sin(t) with lines lc rgb '#808080' lw 1 notitle, ";
+        guides = ", " + Number(m_style.ellipseX) + "*cos(t)," + Number(m_style.ellipseY) +
+                 "*sin(t) with lines lc rgb '#808080' lw 1 notitle";
     } else if (m_style.hasDiagonal) {
-        guides = "x with lines lc rgb '#808080' lw 1 notitle, ";
+        guides = ", x with lines lc rgb '#808080' lw 1 notitle";
     }
     m_text += "$s << EOD\n";
-    for (std::size_t item = 0; item < m_rows[0].size(); ++item)
-        if (IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]))
-            m_text += Number(m_rows[0][item]) + " " + Number(m_rows[1][item]) + "\n";
-    m_text += "EOD\nplot " + guides + std::string("$s using 1:2 with points pt 7 ps ") +
-              (m_table.Columns() > 2000 ? "0.3" : "0.8") + Style(0) + " notitle\n";
+    // Of points on the same pixel one is enough.
+    std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height));
+    for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
+        float const x = m_rows[0][item];
+        float const y = m_rows[1][item];
+        if (!IsShown(x) || !IsShown(y))
+            continue;
+        auto const column = static_cast<std::size_t>((x - x0) / (x1 - x0) * (m_style.width - 1));
+        auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
+        std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
+        if (!taken[pixel])
+            m_text += Number(x) + " " + Number(y) + "\n";
+        taken[pixel] = true;
+    }
+    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
+              Style(0) + " notitle" + guides + "\n";
 }
 
 // Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.

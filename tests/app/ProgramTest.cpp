@@ -170,6 +170,23 @@ TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
     EXPECT_THAT(Contents(folder / "x.png"), StartsWith("\x89PNG")) << "the old picture stays";
 }
 
+// Of many items those are drawn that make a difference: a single peak does, and a gap.
+TEST_F(Program, DrawsManyItems) {
+    ASSERT_EQ(Shell("seq 100000 | awk 'BEGIN { print \"id,a,b\" } { print \"r\" $1 \",\" ($1 == 50001 ? 1000 : $1 % 7) "
+                    "\",\" ($1 > 20000 && $1 < 30000 ? \"\" : $1 % 5) }' > m.csv")
+                  .status,
+              0);
+    Done("import m.project m.csv");
+    for (auto const &[arguments, mark] :
+         {std::pair("'VarDS DS1,0,1,0'", " 1000<"), std::pair("'VarDS DS1,0,2,0'", " 4<"),
+          std::pair("'VarDS DS1,0,1,0' 'VarDS DS1,0,2,0' --xy", " 1000<")}) {
+        Done(std::string("plot m.project -o m.svg ") + arguments);
+        std::string const picture = Contents(folder / "m.svg");
+        EXPECT_LT(picture.size(), 300000u) << arguments;
+        EXPECT_NE(picture.find(mark), picture.npos) << arguments;
+    }
+}
+
 TEST_F(Program, TellsInOneLineWhatIsWrong) {
     MakeProject();
     Write("ragged.csv", "id,a,b\nx,1,2\ny,1\n");
