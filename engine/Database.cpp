@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <new>
 #include <utility>
 
@@ -14,16 +15,21 @@ namespace {
 // How long to wait for what another program holds for moments only: a checkpoint, the recovery after a crash.
 constexpr int busyMilliseconds = 5000;
 
+// Who only reads opens for writing too, where that is allowed: the last one to close a file can then take away what
+// stands beside it while it is open.
 int Flags(Database::Mode mode) {
-    switch (mode) {
-    case Database::Mode::Create:
-        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case Database::Mode::ReadWrite:
-        return SQLITE_OPEN_READWRITE;
-    case Database::Mode::ReadOnly:
-        break;
-    }
-    return SQLITE_OPEN_READONLY;
+    return mode == Database::Mode::Create ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READWRITE;
+}
+
+// A path within a URI.
+std::string Encoded(std::string const &path) {
+    std::string encoded;
+    for (char const letter : path)
+        if (letter == '%' || letter == '?' || letter == '#')
+            encoded += letter == '%' ? "%25" : letter == '?' ? "%3F" : "%23";
+        else
+            encoded += letter;
+    return encoded;
 }
 
 } // namespace
@@ -33,8 +39,24 @@ void Database::Closer::operator()(sqlite3 *handle) const {
 }
 
 Database::Database(std::string const &path, std::string name, Mode mode) : m_name(std::move(name)) {
+    Open(path, Flags(mode));
+    if (mode != Mode::ReadOnly)
+        return;
+    // In a folder where nothing can be written, nobody else can have the file open for writing either.
+    if (!CanRead() && !std::filesystem::exists(path + "-wal"))
+        Open("file:" + Encoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    Execute("PRAGMA query_only = ON;");
+}
+
+bool Database::CanRead() const {
+    int const code =
+        sqlite3_exec(m_handle.get(), "SELECT 1 FROM sqlite_schema LIMIT 1", nullptr, nullptr, nullptr) & 0xFF;
+    return code != SQLITE_READONLY && code != SQLITE_CANTOPEN;
+}
+
+void Database::Open(std::string const &file, int flags) {
     sqlite3 *handle = nullptr;
-    int const code = sqlite3_open_v2(path.c_str(), &handle, Flags(mode), nullptr);
+    int const code = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
     m_handle.reset(handle);
     if (!handle)
         throw std::bad_alloc();

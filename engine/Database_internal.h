@@ -12,7 +12,8 @@ struct sqlite3_stmt;
 
 namespace engine {
 
-// A connection to an SQLite file. All failures are NCError and name the file.
+// A connection to an SQLite file. All failures are NCError and name the file. To read a file needs no right to write it
+// or in its folder.
 class Database {
 public:
     enum class Mode { Create, ReadWrite, ReadOnly };
@@ -36,6 +37,9 @@ private:
     struct Closer {
         void operator()(sqlite3 *handle) const;
     };
+
+    void Open(std::string const &file, int flags);
+    bool CanRead() const;
 
     std::string m_name;
     std::unique_ptr<sqlite3, Closer> m_handle;

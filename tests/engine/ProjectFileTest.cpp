@@ -116,8 +116,9 @@ TEST_F(ProjectFileTest, KeepsEverything) {
         Fill(file);
         written = Content(file);
     }
+    EXPECT_EQ(Content(ProjectFile::OpenToRead(path)), written);
+    EXPECT_FALSE(std::filesystem::exists(path.string() + "-wal") || std::filesystem::exists(path.string() + "-shm"));
     ProjectFile const file = ProjectFile::OpenToRead(path);
-    EXPECT_EQ(Content(file), written);
     EXPECT_EQ(file.ObservationIdentifiers(1), table.observations);
     EXPECT_EQ(file.VariableIdentifiers(1), table.variables);
     EXPECT_EQ(file.Column(1, 2), table.columns[1]);
@@ -331,6 +332,29 @@ TEST_F(ProjectFileTest, OneProcessWritesWhileOthersRead) {
     EXPECT_EQ(verdict, 1);
     writer.SetSection("a", "c");
     EXPECT_EQ(ProjectFile::OpenToRead(path).Section("a"), "c");
+}
+
+TEST_F(ProjectFileTest, IsReadWhereNothingCanBeWritten) {
+    using std::filesystem::perms;
+    auto const odd = folder / "50%?#.project";
+    std::string written;
+    {
+        ProjectFile file = ProjectFile::Create(odd);
+        Fill(file);
+        written = Content(file);
+    }
+    perms const before = std::filesystem::status(folder).permissions();
+    std::filesystem::permissions(folder, perms(0555));
+    int const verdict = KillDuring(
+        [&](int pipe) {
+            constexpr uid_t nobody = 65534; // nothing is forbidden to root
+            bool const isReader = geteuid() != 0 || setuid(nobody) == 0;
+            Report(pipe, isReader && Content(ProjectFile::OpenToRead(odd)) == written ? 1 : 2);
+            pause();
+        },
+        1, 0);
+    std::filesystem::permissions(folder, before);
+    EXPECT_EQ(verdict, 1);
 }
 
 std::string ReadFile(std::filesystem::path const &path) {
