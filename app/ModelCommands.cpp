@@ -189,9 +189,14 @@ void AddModelCommands(CLI::App &program) {
             "--components", [request](std::string const &text) { SetComponents(request->model, text); },
             "How many components (those that are significant); of opls and o2pls also the orthogonal ones")
         ->type_name("N[,X[,Y]]");
-    command->add_option("--cv-groups", model.crossValidationGroups, "Groups of cross-validation (7); 0: none")
-        ->type_name("N")
-        ->check(CLI::Range(0, 1000000));
+    CLI::Option *const groups =
+        command->add_option("--cv-groups", model.crossValidationGroups, "Groups of cross-validation (7); 0: none");
+    groups->type_name("N")->check(CLI::Range(0, 1000000));
+    command
+        ->add_option("--cv-by", model.crossValidationIdentifier,
+                     "Leave out together what has the same text in this identifier column")
+        ->type_name("COLUMN")
+        ->excludes(groups);
     command->footer(
         "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"

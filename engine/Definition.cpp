@@ -36,6 +36,8 @@ public:
         SetComponents();
         AddResponses();
         LeaveOut();
+        if (!m_request.crossValidationIdentifier.empty())
+            GroupRows();
         AddFactors();
         Transform();
         if (m_request.localCentring)
@@ -101,6 +103,23 @@ private:
         for (int row = 0; row < static_cast<int>(m_record.observations); ++row)
             if (!leftOut.contains(row))
                 m_definition.rows.push_back(row);
+    }
+
+    // Rows with the same text are left out together.
+    void GroupRows() {
+        PackedTexts const texts = IdentifierNamed(m_file, m_record, m_request.crossValidationIdentifier).texts;
+        std::unordered_map<std::string, int> groups;
+        for (int const row : m_definition.rows) {
+            int const next = static_cast<int>(groups.size()) + 1;
+            std::string const text(texts[static_cast<std::size_t>(row)]);
+            m_definition.givenGroups.push_back(groups.try_emplace(text, next).first->second);
+        }
+        if (groups.size() < 2)
+            throw NCError(
+                ExceptionMessage::translate("Cross-validation needs two groups at least; the observations have "
+                                            "one and the same \"{1}\".") %
+                    m_request.crossValidationIdentifier,
+                NCError::Error);
     }
 
     // All variables that are left. Dates are no measurements: they are among them only when they are transformed, which
@@ -222,6 +241,15 @@ Transformation TransformationOf(VariableTransformation const &transformation) {
     using enum TransformationKind;
     static constexpr TransformationKind kinds[] = {None, Log, NegLog, Logit, Exponential, Power};
     return {kinds[transformation.kind], transformation.c1, transformation.c2, transformation.c3};
+}
+
+TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading) {
+    for (TextColumn &column : file.ObservationIdentifiers(record.number))
+        if (column.name == heading)
+            return std::move(column);
+    throw NCError(ExceptionMessage::translate("The observations of data set {1} ({2}) have no identifier \"{3}\".") %
+                      record.number % record.name % heading,
+                  NCError::Error);
 }
 
 ModelDefinition DefinitionOf(ModelRequest const &request, ProjectFile const &file) {

@@ -20,6 +20,9 @@ private:
     std::unordered_map<std::string, std::vector<int>> m_places;
 };
 
+// The texts of a data set's observations in the identifier column with that heading. NCError when it has none.
+TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading);
+
 Transformation TransformationOf(VariableTransformation const &transformation);
 
 // Puts the names of a request into columns and rows of its data set. NCError for a name that is not there.

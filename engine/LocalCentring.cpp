@@ -48,16 +48,6 @@ LocalCentring::Variable Read(ConfigurationSection const &section, std::size_t gr
     return variable;
 }
 
-// The texts of the identifier column with that heading.
-TextColumn ColumnNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading) {
-    for (TextColumn &column : file.ObservationIdentifiers(record.number))
-        if (column.name == heading)
-            return std::move(column);
-    throw NCError(ExceptionMessage::translate("The observations of data set {1} ({2}) have no identifier \"{3}\".") %
-                      record.number % record.name % heading,
-                  NCError::Error);
-}
-
 // Which variables have a mean taken, from 0.
 std::vector<int> ChosenColumns(ProjectFile const &file, DataSetRecord const &record, PackedTexts const &names,
                                std::vector<std::string> const &chosen) {
@@ -133,7 +123,7 @@ void StoreCentring(ProjectFile &file, LocalCentring const &centring) {
 
 LocalCentring GroupMeans(ProjectFile const &file, GroupMeansRequest const &request) {
     DataSetRecord const record = file.DataSet(request.dataSet);
-    PackedTexts const texts = ColumnNamed(file, record, request.identifier).texts;
+    PackedTexts const texts = IdentifierNamed(file, record, request.identifier).texts;
     LocalCentring centring{request.identifier, {}, {}};
     std::unordered_map<std::string, int> groups;
     std::vector<int> groupOf;

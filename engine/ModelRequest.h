@@ -45,7 +45,9 @@ struct ModelRequest {
     int xOrthogonal = -1;
     int yOrthogonal = -1;
     int crossValidationGroups = 7; // 0: no cross-validation
-    double alpha = 0.05;           // significance level of limits and intervals
+    // The heading of an identifier column: observations with the same text there make a group. Empty: row after row.
+    std::string crossValidationIdentifier = {};
+    double alpha = 0.05; // significance level of limits and intervals
 };
 
 } // namespace engine

@@ -382,6 +382,8 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
     EXPECT_THAT(Done("predict s.project --model 1 new.csv"), HasSubstr("Groups without centre values"));
     EXPECT_THAT(Done("centre s.project"), HasSubstr("\ns                            12\n"));
     EXPECT_THAT(Done("centre s.project --none"), HasSubstr("no centre values"));
+    Done("fit s.project --type pls --y y --components 1 --cv-by site --exclude a");
+    EXPECT_EQ(Fields(Done("table s.project 'CVGroups M2' --format csv")), Fields("id,M2.CVGroups\nb,1\nc,2\nd,2\n"));
     struct {
         char const *line, *error;
         int status;
@@ -389,6 +391,8 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
                        {"centre s.project --by site --variables u", "There is no variable \"u\"", 1},
                        {"centre s.project --by site --variables x --transform w=log", "\"w\" to be transformed", 1},
                        {"centre s.project --by site --values new.csv", "one of the 1 groups as its \"site\"", 1},
+                       {"fit s.project --type pca --cv-by where", "have no identifier \"where\"", 1},
+                       {"fit s.project --type pca --cv-by site --exclude a,b", "two groups at least", 1},
                        {"centre s.project --variables x", "--by COLUMN", 2},
                        {"fit s.project --type pca --product x*", "\"x*\" is no product", 2},
                        {"fit s.project --type pca --product x*u", "\"u\", a factor of a square", 1}};
