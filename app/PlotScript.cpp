@@ -103,8 +103,9 @@ private:
     void WriteItemTics(bool isBars);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
-    // Over the values, and as far as `reach` to both sides of 0.
-    void SetRange(char const *name, std::span<float const> values, double reach, double &low, double &high);
+    // Over the points, along the axis that has a row's values, and as far as `reach` to both sides of 0.
+    void SetRange(char const *name, std::size_t row, double reach, double &low, double &high);
+    bool IsPoint(std::size_t item) const { return IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]); }
     void SetLabel(char const *axis, std::string const &text) {
         m_text += std::string("set ") + axis + "label " + Quoted(text) + "\n";
     }
@@ -277,13 +278,13 @@ void Script::WriteLines() {
     m_text += "plot " + bands + plots + "\n";
 }
 
-void Script::SetRange(char const *name, std::span<float const> values, double reach, double &low, double &high) {
+void Script::SetRange(char const *name, std::size_t row, double reach, double &low, double &high) {
     low = reach > 0 ? -reach : HUGE_VAL;
     high = reach > 0 ? reach : -HUGE_VAL;
-    for (float const value : values)
-        if (IsShown(value)) {
-            low = std::min<double>(low, value);
-            high = std::max<double>(high, value);
+    for (std::size_t item = 0; item < m_rows[row].size(); ++item)
+        if (IsPoint(item)) {
+            low = std::min<double>(low, m_rows[row][item]);
+            high = std::max<double>(high, m_rows[row][item]);
         }
     double const margin = high > low ? 0.06 * (high - low) : 1.0;
     low -= margin;
@@ -293,8 +294,8 @@ void Script::SetRange(char const *name, std::span<float const> values, double re
 
 void Script::WriteScatter() {
     double x0, x1, y0, y1;
-    SetRange("x", m_rows[0], m_style.ellipseX, x0, x1);
-    SetRange("y", m_rows[1], m_style.ellipseY, y0, y1);
+    SetRange("x", 0, m_style.ellipseX, x0, x1);
+    SetRange("y", 1, m_style.ellipseY, y0, y1);
     SetLabel("x", Name(0));
     SetLabel("y", Name(1));
     m_text += "set yzeroaxis lt 1 lc rgb '#909090' lw 1\n";
@@ -311,10 +312,10 @@ void Script::WriteScatter() {
     // Of points on the same pixel one is enough.
     std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height));
     for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
+        if (!IsPoint(item))
+            continue;
         float const x = m_rows[0][item];
         float const y = m_rows[1][item];
-        if (!IsShown(x) || !IsShown(y))
-            continue;
         auto const column = static_cast<std::size_t>((x - x0) / (x1 - x0) * (m_style.width - 1));
         auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
         std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
@@ -340,7 +341,7 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
     auto const y = [&](std::size_t item) { return (m_rows[1][item] - 0.5 * (y0 + y1)) * yScale; };
     std::vector<std::size_t> order(m_rows[0].size());
     std::iota(order.begin(), order.end(), std::size_t(0));
-    std::erase_if(order, [&](std::size_t item) { return !IsShown(m_rows[0][item]) || !IsShown(m_rows[1][item]); });
+    std::erase_if(order, [&](std::size_t item) { return !IsPoint(item); });
     if (order.size() > mostLabelledPoints)
         return;
     std::stable_sort(order.begin(), order.end(), [&](std::size_t one, std::size_t other) {
