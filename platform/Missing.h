@@ -19,6 +19,8 @@ inline double KeepOffMissing(double value) {
 
 // The same, rounded to the float that is stored. A number beyond the range of float becomes the missing mark.
 inline float ToStored(double value) {
-    float const stored = static_cast<float>(KeepOffMissing(value));
-    return std::isfinite(stored) ? stored : missingValue;
+    float const stored = static_cast<float>(value);
+    if (!std::isfinite(stored))
+        return missingValue;
+    return stored == missingValue ? static_cast<float>(KeepOffMissing(value)) : stored;
 }

@@ -37,11 +37,17 @@ inline Units UnitsOf(TriState::State unscaled, TriState::State backTransformed) 
 class TermCells {
 public:
     TermCells(RowSet const &rows, Side const &side, Index term)
-        : m_rows(rows), m_values(side.terms, side.scales, term, rows.Source()) {}
+        : m_rows(rows), m_values(side.terms, side.scales, term, rows.Source()),
+          m_plainCells(m_values.IsPlain() ? m_values.Cells() : std::span<float const>()),
+          m_scale(side.scales[static_cast<std::size_t>(term)]) {}
 
     Index Size() const { return m_rows.Size(); }
     double Observed(Index row, Units units) const {
         std::size_t const place = m_rows.SourceRow(row);
+        if (place < m_plainCells.size() && !IsMissing(m_plainCells[place])) {
+            double const cell = m_plainCells[place];
+            return units == Units::Scaled ? (cell - m_scale.offset) * m_scale.weight : cell;
+        }
         double const transformed = m_values.Transformed(place);
         if (units == Units::Scaled)
             return m_values.Scaled(place);
@@ -52,6 +58,8 @@ public:
     double InUnits(Index row, double scaled, Units units) const {
         if (units == Units::Scaled)
             return scaled;
+        if (!m_plainCells.empty())
+            return m_scale.Unscale(scaled);
         std::size_t const place = m_rows.SourceRow(row);
         return units == Units::Transformed ? m_values.Unscale(place, scaled) : m_values.ToSource(place, scaled);
     }
@@ -64,6 +72,9 @@ public:
 private:
     RowSet const &m_rows;
     TermValues m_values;
+    // The short way of a term that is neither transformed nor centred locally nor a product; else empty.
+    std::span<float const> m_plainCells;
+    TermScale const &m_scale;
 };
 
 // What a model predicts for one term in workset scale; NaN for a row without observed X.
