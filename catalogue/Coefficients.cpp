@@ -55,7 +55,7 @@ TablePtr DeliverError(Question const &question, unsigned long number) {
                      .GetCoefficientsCenterdScaledcvSE(model, question.component, terms[1], TriState::Undefined);
 }
 
-class ProjectCoeffVector final : public ProjectVector {
+class ProjectCoeffVector : public ProjectVector {
 public:
     ProjectCoeffVector() {
         Init("Coeff", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -76,31 +76,16 @@ public:
     }
 } const coeffVector;
 
-class ProjectO2PLSCoeffVector final : public ProjectVector {
+class ProjectO2PLSCoeffVector final : public WholeModel<ProjectCoeffVector> {
 public:
-    ProjectO2PLSCoeffVector() {
-        Init("Coeff", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate("Coeff: OPLS regression coefficients corresponding to\n"
                          "the X variables in their own units, for one response, with the constant first. Use them to\n"
                          "compute predictions outside of this program. In units of Y for one unit of X.");
     }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetCoefficients,
-                           TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsColumnIDs, TriState::Undefined);
-    }
 } const o2PLSCoeffVector;
 
-class ProjectCoeffCenterdVector final : public ProjectVector {
+class ProjectCoeffCenterdVector : public ProjectVector {
 public:
     ProjectCoeffCenterdVector() {
         Init("CoeffC", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -122,32 +107,17 @@ public:
     }
 } const coeffCenterdVector;
 
-class ProjectO2PLSCoeffCenterdVector final : public ProjectVector {
+class ProjectO2PLSCoeffCenterdVector final : public WholeModel<ProjectCoeffCenterdVector> {
 public:
-    ProjectO2PLSCoeffCenterdVector() {
-        Init("CoeffC", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffC: OPLS regression coefficients corresponding to\n"
             "the centred X variables in their own units, for one response; the constant is the mean of the\n"
             "response. In units of Y for one unit of X.");
     }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetCoefficientsCenterd,
-                           TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsCenterdColumnIDs, TriState::Undefined);
-    }
 } const o2PLSCoeffCenterdVector;
 
-class ProjectCoeffCenterScaledVector final : public ProjectVector {
+class ProjectCoeffCenterScaledVector : public ProjectVector {
 public:
     ProjectCoeffCenterScaledVector() {
         Init("CoeffCS", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -169,32 +139,17 @@ public:
     }
 } const coeffCenterScaledVector;
 
-class ProjectCoeffCSO2PLSVector final : public ProjectVector {
+class ProjectCoeffCSO2PLSVector final : public WholeModel<ProjectCoeffCenterScaledVector> {
 public:
-    ProjectCoeffCSO2PLSVector() {
-        Init("CoeffCS", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffCS: OPLS regression coefficients corresponding to\n"
             "the centred and scaled X variables and the scaled response. Compare their sizes to see which\n"
             "variables drive the response, and their standard errors to see which are certain. Without unit.");
     }
-    bool HasResolvableCoefficients() const override { return true; }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverResolved(*this, project, args);
-    }
-
-    ColumnIDs CreateColumnIDsRaw(ProjectPtr project, char const *args) const override {
-        return ResolvedLabels(*this, project, args);
-    }
 } const coeffCSO2PLSVector;
 
-class ProjectCoeffCenterScaledcvVector final : public ProjectVector {
+class ProjectCoeffCenterScaledcvVector : public ProjectVector {
 public:
     ProjectCoeffCenterScaledcvVector() {
         Init("CoeffCScv", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -218,35 +173,17 @@ public:
     }
 } const coeffCenterScaledcvVector;
 
-class ProjectO2PLSCoeffCenterScaledcvVector final : public ProjectVector {
+class ProjectO2PLSCoeffCenterScaledcvVector final : public WholeModel<ProjectCoeffCenterScaledcvVector> {
 public:
-    ProjectO2PLSCoeffCenterScaledcvVector() {
-        Init("CoeffCScv", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed,
-             Displayable);
-        m_needsValidationRounds = true;
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffCScv: OPLS regression coefficients of one cross-validation round corresponding to\n"
             "the centred and scaled X variables and the scaled response. Coefficients that change much from\n"
             "round to round are not to be relied on. Without unit.");
     }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int round) const override {
-        return DeliverRound({*this, project, source, component, round}, number);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsCenterdScaledColumnIDs, TriState::Undefined,
-                      TriState::Undefined);
-    }
 } const o2PLSCoeffCenterScaledcvVector;
 
-class ProjectCoeffCenterScaledcvSEVector final : public ProjectVector {
+class ProjectCoeffCenterScaledcvSEVector : public ProjectVector {
 public:
     ProjectCoeffCenterScaledcvSEVector() {
         Init("CoeffCScvSE", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed,
@@ -270,34 +207,17 @@ public:
     }
 } const coeffCenterScaledcvSEVector;
 
-class ProjectO2PLSCoeffCenterScaledcvSEVector final : public ProjectVector {
+class ProjectO2PLSCoeffCenterScaledcvSEVector final : public WholeModel<ProjectCoeffCenterScaledcvSEVector> {
 public:
-    ProjectO2PLSCoeffCenterScaledcvSEVector() {
-        Init("CoeffCScvSE", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed,
-             Displayable);
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffCScvSE: Jack-knife standard error of the OPLS regression coefficients corresponding to\n"
             "the centred and scaled X variables. A coefficient smaller than about twice its standard error\n"
             "does not differ clearly from 0. Without unit.");
     }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverError({*this, project, source, component}, number);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsCenterdScaledColumnIDs, TriState::Undefined,
-                      TriState::Undefined);
-    }
 } const o2PLSCoeffCenterScaledcvSEVector;
 
-class ProjectCoeffMLRVector final : public ProjectVector {
+class ProjectCoeffMLRVector : public ProjectVector {
 public:
     ProjectCoeffMLRVector() {
         Init("CoeffMLR", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -319,32 +239,17 @@ public:
     }
 } const coeffMLRVector;
 
-class ProjectO2PLSCoeffMLRVector final : public ProjectVector {
+class ProjectO2PLSCoeffMLRVector final : public WholeModel<ProjectCoeffMLRVector> {
 public:
-    ProjectO2PLSCoeffMLRVector() {
-        Init("CoeffMLR", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffMLR: OPLS regression coefficients corresponding to\n"
             "the centred and scaled X variables, for the response in its own units, as in multiple linear\n"
             "regression. Use them to compare variables in terms of their effect. In units of Y.");
     }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetCoefficientsMLR,
-                           TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsMLRColumnIDs, TriState::Undefined);
-    }
 } const o2PLSCoeffMLRVector;
 
-class ProjectCoeffRotatedVector final : public ProjectVector {
+class ProjectCoeffRotatedVector : public ProjectVector {
 public:
     ProjectCoeffRotatedVector() {
         Init("CoeffRot", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -365,27 +270,13 @@ public:
     }
 } const coeffRotatedVector;
 
-class ProjectO2PLSCoeffRotatedVector final : public ProjectVector {
+class ProjectO2PLSCoeffRotatedVector final : public WholeModel<ProjectCoeffRotatedVector> {
 public:
-    ProjectO2PLSCoeffRotatedVector() {
-        Init("CoeffRot", Loadings, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-    }
     std::string GetHelpString() const override {
         return translate(
             "CoeffRot: OPLS regression coefficients rotated to\n"
             "the direction in which the X variables vary together with the prediction. Variables that do not\n"
             "tell of the response come near 0; for spectra they resemble the pure spectrum. Without unit.");
-    }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetCoefficientsRotated,
-                           TriState::Undefined, PredictiveModel::CenteredScaled);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetCoefficientsRotatedColumnIDs, TriState::Undefined);
     }
 } const o2PLSCoeffRotatedVector;
 

@@ -28,14 +28,7 @@ TablePtr DeliverAll(Question const &question, RangeOperation operation) {
     return model == -1 ? nullptr : (GetProjectData(*question.project).*operation)(model, 0, 0, AllBatches);
 }
 
-std::string DModXHelp() {
-    return translate(
-        "DModX: Distance of each observation of the workset to the model in X.\n"
-        "It is the residual standard deviation of the observation. Values above the critical distance\n"
-        "mark observations that the model does not describe. In units of the pooled distance, or absolute.");
-}
-
-class ProjectDModXVector final : public ProjectVector {
+class ProjectDModXVector : public ProjectVector {
 public:
     ProjectDModXVector() {
         Init("DModX", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
@@ -43,7 +36,12 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return DModXHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "DModX: Distance of each observation of the workset to the model in X.\n"
+            "It is the residual standard deviation of the observation. Values above the critical distance\n"
+            "mark observations that the model does not describe. In units of the pooled distance, or absolute.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetDModX, TriState::Undefined,
                        TriState::Undefined, AllBatches);
@@ -53,31 +51,10 @@ public:
     }
 } const dModXVector;
 
-class ProjectDModXO2PLSVector final : public ProjectVector {
-public:
-    ProjectDModXO2PLSVector() {
-        Init("DModX", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return DModXHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetDModX, TriState::Undefined,
-                       TriState::Undefined, AllBatches);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetDModXColumnIDs, AllBatches);
-    }
+class ProjectDModXO2PLSVector final : public WholeModel<ProjectDModXVector> {
 } const dModXO2PLSVector;
 
-std::string DModXPSHelp() {
-    return translate("DModXPS: Distance of each observation of the prediction set to the model in X.\n"
-                     "A value above the critical distance tells that the observation is of another kind than those\n"
-                     "of the workset. In units of the pooled distance, or absolute.");
-}
-
-class ProjectDModXPSVector final : public ProjectVector {
+class ProjectDModXPSVector : public ProjectVector {
 public:
     ProjectDModXPSVector() {
         Init("DModXPS", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -85,7 +62,12 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return DModXPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "DModXPS: Distance of each observation of the prediction set to the model in X.\n"
+            "A value above the critical distance tells that the observation is of another kind than those\n"
+            "of the workset. In units of the pooled distance, or absolute.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetDModXPS, TriState::Undefined,
                        TriState::Undefined, AllBatches);
@@ -95,32 +77,10 @@ public:
     }
 } const dModXPSVector;
 
-class ProjectO2PLSDModXPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSDModXPSVector() {
-        Init("DModXPS", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return DModXPSHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetDModXPS, TriState::Undefined,
-                       TriState::Undefined, AllBatches);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetDModXPSColumnIDs, AllBatches);
-    }
+class ProjectO2PLSDModXPSVector final : public WholeModel<ProjectDModXPSVector> {
 } const o2PLSDModXPSVector;
 
-std::string DModXPSPlusHelp() {
-    return translate(
-        "DModXPS+: Distance of each observation of the prediction set to the model in X and to its scores.\n"
-        "To DModXPS it adds how far the scores lie outside the range of the workset, so that it also\n"
-        "shows extrapolation. In units of the pooled distance, or absolute.");
-}
-
-class ProjectDModXPSCombinedVector final : public ProjectVector {
+class ProjectDModXPSCombinedVector : public ProjectVector {
 public:
     ProjectDModXPSCombinedVector() {
         Init("DModXPS+", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -128,7 +88,12 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return DModXPSPlusHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "DModXPS+: Distance of each observation of the prediction set to the model in X and to its scores.\n"
+            "To DModXPS it adds how far the scores lie outside the range of the workset, so that it also\n"
+            "shows extrapolation. In units of the pooled distance, or absolute.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetDModXPSCombined, TriState::Undefined,
                        TriState::Undefined);
@@ -138,31 +103,10 @@ public:
     }
 } const dModXPSCombinedVector;
 
-class ProjectO2PLSDModXPSCombinedVector final : public ProjectVector {
-public:
-    ProjectO2PLSDModXPSCombinedVector() {
-        Init("DModXPS+", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return DModXPSPlusHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetDModXPSCombined, TriState::Undefined,
-                       TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetDModXPSCombinedColumnIDs);
-    }
+class ProjectO2PLSDModXPSCombinedVector final : public WholeModel<ProjectDModXPSCombinedVector> {
 } const o2PLSDModXPSCombinedVector;
 
-std::string DModYHelp() {
-    return translate("DModY: Distance of each observation of the workset to the model in Y.\n"
-                     "Large values mark observations whose responses the model does not fit.\n"
-                     "In units of the pooled distance, or absolute.");
-}
-
-class ProjectDModYVector final : public ProjectVector {
+class ProjectDModYVector : public ProjectVector {
 public:
     ProjectDModYVector() {
         Init("DModY", Scores, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
@@ -170,7 +114,11 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return DModYHelp(); }
+    std::string GetHelpString() const override {
+        return translate("DModY: Distance of each observation of the workset to the model in Y.\n"
+                         "Large values mark observations whose responses the model does not fit.\n"
+                         "In units of the pooled distance, or absolute.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetDModY, TriState::Undefined);
     }
@@ -179,30 +127,10 @@ public:
     }
 } const dModYVector;
 
-class ProjectO2PLSDModYVector final : public ProjectVector {
-public:
-    ProjectO2PLSDModYVector() {
-        Init("DModY", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-        m_contributionSource = YDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return DModYHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetDModY, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetDModYColumnIDs);
-    }
+class ProjectO2PLSDModYVector final : public WholeModel<ProjectDModYVector> {
 } const o2PLSDModYVector;
 
-std::string DModYPSHelp() {
-    return translate("DModYPS: Distance of each observation of the prediction set to the model in Y.\n"
-                     "It needs known responses, and shows which of them are predicted badly.\n"
-                     "In units of the pooled distance, or absolute.");
-}
-
-class ProjectDModYPSVector final : public ProjectVector {
+class ProjectDModYPSVector : public ProjectVector {
 public:
     ProjectDModYPSVector() {
         Init("DModYPS", Scores, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -210,7 +138,11 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return DModYPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("DModYPS: Distance of each observation of the prediction set to the model in Y.\n"
+                         "It needs known responses, and shows which of them are predicted badly.\n"
+                         "In units of the pooled distance, or absolute.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetDModYPS, TriState::Undefined);
     }
@@ -219,31 +151,10 @@ public:
     }
 } const dModYPSVector;
 
-class ProjectO2PLSDModYPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSDModYPSVector() {
-        Init("DModYPS", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = YDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return DModYPSHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetDModYPS, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetDModYPSColumnIDs);
-    }
+class ProjectO2PLSDModYPSVector final : public WholeModel<ProjectDModYPSVector> {
 } const o2PLSDModYPSVector;
 
-std::string PModXHelp() {
-    return translate(
-        "PModX: Probability that an observation of the workset belongs to the model, by its distance in X.\n"
-        "Values below the significance level go with a DModX above the critical distance.\n"
-        "Between 0 and 1.");
-}
-
-class ProjectPModXVector final : public ProjectVector {
+class ProjectPModXVector : public ProjectVector {
 public:
     ProjectPModXVector() {
         Init("PModX", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
@@ -251,7 +162,12 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return PModXHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "PModX: Probability that an observation of the workset belongs to the model, by its distance in X.\n"
+            "Values below the significance level go with a DModX above the critical distance.\n"
+            "Between 0 and 1.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetPModX);
     }
@@ -260,29 +176,12 @@ public:
     }
 } const pModXVector;
 
-class ProjectO2PLSPModXVector final : public ProjectVector {
+class ProjectO2PLSPModXVector final : public WholeModel<ProjectPModXVector> {
 public:
-    ProjectO2PLSPModXVector() {
-        Init("PModX", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-    }
-    std::string GetHelpString() const override { return PModXHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetPModX);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetPModXColumnIDs);
-    }
+    ProjectO2PLSPModXVector() { m_predictiveComponentDefaultsToLast = false; }
 } const o2PLSPModXVector;
 
-std::string PModXPSHelp() {
-    return translate(
-        "PModXPS: Probability that an observation of the prediction set belongs to the model, by its distance in X.\n"
-        "Use it to assign new observations to one of several class models. Between 0 and 1.");
-}
-
-class ProjectPModXPSVector final : public ProjectVector {
+class ProjectPModXPSVector : public ProjectVector {
 public:
     ProjectPModXPSVector() {
         Init("PModXPS", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -290,7 +189,11 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return PModXPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("PModXPS: Probability that an observation of the prediction set belongs to the model, by its "
+                         "distance in X.\n"
+                         "Use it to assign new observations to one of several class models. Between 0 and 1.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetPModXPS);
     }
@@ -299,31 +202,10 @@ public:
     }
 } const pModXPSVector;
 
-class ProjectO2PLSPModXPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSPModXPSVector() {
-        Init("PModXPS", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return PModXPSHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetPModXPS);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetPModXPSColumnIDs);
-    }
+class ProjectO2PLSPModXPSVector final : public WholeModel<ProjectPModXPSVector> {
 } const o2PLSPModXPSVector;
 
-std::string PModXPSPlusHelp() {
-    return translate(
-        "PModXPS+: Probability that an observation of the prediction set belongs to the model, by DModXPS+.\n"
-        "Use it to assign new observations to one of several class models when scores outside the range\n"
-        "of the workset are to count against a class. Between 0 and 1.");
-}
-
-class ProjectPModXPSCombinedVector final : public ProjectVector {
+class ProjectPModXPSCombinedVector : public ProjectVector {
 public:
     ProjectPModXPSCombinedVector() {
         Init("PModXPS+", Scores, Model, WithoutOPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -331,7 +213,12 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return PModXPSPlusHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "PModXPS+: Probability that an observation of the prediction set belongs to the model, by DModXPS+.\n"
+            "Use it to assign new observations to one of several class models when scores outside the range\n"
+            "of the workset are to count against a class. Between 0 and 1.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetPModXPSCombined);
     }
@@ -340,30 +227,10 @@ public:
     }
 } const pModXPSCombinedVector;
 
-class ProjectO2PLSPModXPSCombinedVector final : public ProjectVector {
-public:
-    ProjectO2PLSPModXPSCombinedVector() {
-        Init("PModXPS+", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = XDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return PModXPSPlusHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetPModXPSCombined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetPModXPSCombinedColumnIDs);
-    }
+class ProjectO2PLSPModXPSCombinedVector final : public WholeModel<ProjectPModXPSCombinedVector> {
 } const o2PLSPModXPSCombinedVector;
 
-std::string PModYHelp() {
-    return translate(
-        "PModY: Probability that an observation of the workset belongs to the model, by its distance in Y.\n"
-        "Values below the significance level go with a large DModY. Between 0 and 1.");
-}
-
-class ProjectPModYVector final : public ProjectVector {
+class ProjectPModYVector : public ProjectVector {
 public:
     ProjectPModYVector() {
         Init("PModY", Scores, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
@@ -371,7 +238,11 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return PModYHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "PModY: Probability that an observation of the workset belongs to the model, by its distance in Y.\n"
+            "Values below the significance level go with a large DModY. Between 0 and 1.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetPModY);
     }
@@ -380,30 +251,10 @@ public:
     }
 } const pModYVector;
 
-class ProjectO2PLSPModYVector final : public ProjectVector {
-public:
-    ProjectO2PLSPModYVector() {
-        Init("PModY", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-        m_contributionSource = YDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return PModYHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetPModY);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetPModYColumnIDs);
-    }
+class ProjectO2PLSPModYVector final : public WholeModel<ProjectPModYVector> {
 } const o2PLSPModYVector;
 
-std::string PModYPSHelp() {
-    return translate(
-        "PModYPS: Probability that an observation of the prediction set belongs to the model, by its distance in Y.\n"
-        "It needs known responses. Between 0 and 1.");
-}
-
-class ProjectPModYPSVector final : public ProjectVector {
+class ProjectPModYPSVector : public ProjectVector {
 public:
     ProjectPModYPSVector() {
         Init("PModYPS", Scores, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
@@ -411,7 +262,11 @@ public:
         m_firstComponent = ComponentZero;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return PModYPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("PModYPS: Probability that an observation of the prediction set belongs to the model, by its "
+                         "distance in Y.\n"
+                         "It needs known responses. Between 0 and 1.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetPModYPS);
     }
@@ -420,21 +275,7 @@ public:
     }
 } const pModYPSVector;
 
-class ProjectO2PLSPModYPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSPModYPSVector() {
-        Init("PModYPS", Scores, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_contributionSource = YDistanceContribution;
-        m_firstComponent = ComponentZero;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return PModYPSHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetPModYPS);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetPModYPSColumnIDs);
-    }
+class ProjectO2PLSPModYPSVector final : public WholeModel<ProjectPModYPSVector> {
 } const o2PLSPModYPSVector;
 
 class ProjectOLevXVector final : public ProjectVector {

@@ -8,18 +8,16 @@ namespace {
 
 using namespace rows;
 
-std::string RMSEEHelp() {
-    return translate(
-        "RMSEE: Root mean square error of the fit, for each response.\n"
-        "It is corrected for the degrees of freedom that the components take. In the units of the response.");
-}
-
-class ProjectRMSEEVector final : public ProjectVector {
+class ProjectRMSEEVector : public ProjectVector {
 public:
     ProjectRMSEEVector() {
         Init("RMSEE", Loadings, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
     }
-    std::string GetHelpString() const override { return RMSEEHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "RMSEE: Root mean square error of the fit, for each response.\n"
+            "It is corrected for the degrees of freedom that the components take. In the units of the response.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEE);
     }
@@ -28,36 +26,20 @@ public:
     }
 } const rMSEEVector;
 
-class ProjectO2PLSRMSEEVector final : public ProjectVector {
-public:
-    ProjectO2PLSRMSEEVector() {
-        Init("RMSEE", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-    }
-    std::string GetHelpString() const override { return RMSEEHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEE);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetRMSEEColumnIDs);
-    }
+class ProjectO2PLSRMSEEVector final : public WholeModel<ProjectRMSEEVector> {
 } const o2PLSRMSEEVector;
 
-std::string RMSEPHelp() {
-    return translate("RMSEP: Root mean square error of prediction, for each response.\n"
-                     "It needs a prediction set with known responses, and is the honest measure of the predictive\n"
-                     "power. In the units of the response.");
-}
-
-class ProjectRMSEPVector final : public ProjectVector {
+class ProjectRMSEPVector : public ProjectVector {
 public:
     ProjectRMSEPVector() {
         Init("RMSEP", Loadings, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Predicted, Displayable);
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return RMSEPHelp(); }
+    std::string GetHelpString() const override {
+        return translate("RMSEP: Root mean square error of prediction, for each response.\n"
+                         "It needs a prediction set with known responses, and is the honest measure of the predictive\n"
+                         "power. In the units of the response.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEP);
     }
@@ -66,22 +48,7 @@ public:
     }
 } const rMSEPVector;
 
-class ProjectO2PLSRMSEPVector final : public ProjectVector {
-public:
-    ProjectO2PLSRMSEPVector() {
-        Init("RMSEP", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Predicted, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return RMSEPHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEP);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetRMSEPColumnIDs);
-    }
+class ProjectO2PLSRMSEPVector final : public WholeModel<ProjectRMSEPVector> {
 } const o2PLSRMSEPVector;
 
 class ProjectRMSEPPerComponentVector final : public ProjectVector {
@@ -122,18 +89,17 @@ public:
     }
 } const rMSEPLastComponentVector;
 
-std::string RMSEcvHelp() {
-    return translate("RMSEcv: Root mean square error of cross-validation, for each response.\n"
-                     "It tells how well observations are predicted that the model has not seen. Compare with RMSEE:\n"
-                     "a much larger value warns of overfit. In the units of the response.");
-}
-
-class ProjectRMSEcvVector final : public ProjectVector {
+class ProjectRMSEcvVector : public ProjectVector {
 public:
     ProjectRMSEcvVector() {
         Init("RMSEcv", Loadings, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
     }
-    std::string GetHelpString() const override { return RMSEcvHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "RMSEcv: Root mean square error of cross-validation, for each response.\n"
+            "It tells how well observations are predicted that the model has not seen. Compare with RMSEE:\n"
+            "a much larger value warns of overfit. In the units of the response.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEcv);
     }
@@ -142,21 +108,7 @@ public:
     }
 } const rMSEcvVector;
 
-class ProjectO2PLSRMSEcvVector final : public ProjectVector {
-public:
-    ProjectO2PLSRMSEcvVector() {
-        Init("RMSEcv", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-    }
-    std::string GetHelpString() const override { return RMSEcvHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
-        return Deliver({*this, project, source, component}, &GetProjectData::GetRMSEcv);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetRMSEcvColumnIDs);
-    }
+class ProjectO2PLSRMSEcvVector final : public WholeModel<ProjectRMSEcvVector> {
 } const o2PLSRMSEcvVector;
 
 class ProjectRMSEcvPerComponentVector final : public ProjectVector {

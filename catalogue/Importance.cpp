@@ -91,12 +91,7 @@ public:
     }
 } const oPLSVIPOrthVector;
 
-std::string VIPcvHelp() {
-    return translate("VIPcv: Importance of each X variable for the model of one cross-validation round.\n"
-                     "Compare rounds to see which importances are stable. Without unit.");
-}
-
-class ProjectVIPcvVector final : public ProjectVector {
+class ProjectVIPcvVector : public ProjectVector {
 public:
     ProjectVIPcvVector() {
         Init("VIPcv", Loadings, Model, AnyPLS, Predictive, NumberNone, NoScoreLoading, Observed, Displayable);
@@ -104,7 +99,10 @@ public:
         m_onlyCrossValidated = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return VIPcvHelp(); }
+    std::string GetHelpString() const override {
+        return translate("VIPcv: Importance of each X variable for the model of one cross-validation round.\n"
+                         "Compare rounds to see which importances are stable. Without unit.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long,
                           int round) const override {
         return Deliver({*this, project, source, component, round}, &GetProjectData::GetVIPcv, TriState::Undefined);
@@ -114,24 +112,9 @@ public:
     }
 } const vIPcvVector;
 
-class ProjectO2PLSVIPcvVector final : public ProjectVector {
+class ProjectO2PLSVIPcvVector final : public WholeModel<ProjectVIPcvVector> {
 public:
-    ProjectO2PLSVIPcvVector() {
-        Init("VIPcv", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
-        m_needsValidationRounds = true;
-        m_onlyCrossValidated = true;
-    }
-    std::string GetHelpString() const override { return VIPcvHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long,
-                          int round) const override {
-        return Deliver({*this, project, source, component, round}, &GetProjectData::GetVIPcv, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetVIPcvColumnIDs, TriState::Undefined);
-    }
+    ProjectO2PLSVIPcvVector() { m_predictiveComponentDefaultsToLast = false; }
 } const o2PLSVIPcvVector;
 
 std::string VIPcvSEHelp() {

@@ -19,19 +19,17 @@ TablePtr DeliverRound(ProjectVector const &vector, ProjectPtr const &project, ch
                                                  static_cast<TriState::State>(arguments.backTransformed), &components);
 }
 
-std::string SerrLHelp() {
-    return translate("SerrL: Lower limit of the fitted response by its standard error, for the workset.\n"
-                     "The error grows with the leverage of the observation. Plot with YPred and SerrU.\n"
-                     "In the units of the data set.");
-}
-
-class ProjectSerrLVector final : public ProjectVector {
+class ProjectSerrLVector : public ProjectVector {
 public:
     ProjectSerrLVector() {
         Init("SerrL", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return SerrLHelp(); }
+    std::string GetHelpString() const override {
+        return translate("SerrL: Lower limit of the fitted response by its standard error, for the workset.\n"
+                         "The error grows with the leverage of the observation. Plot with YPred and SerrU.\n"
+                         "In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrL);
@@ -41,38 +39,20 @@ public:
     }
 } const serrLVector;
 
-class ProjectO2PLSSerrLVector final : public ProjectVector {
-public:
-    ProjectO2PLSSerrLVector() {
-        Init("SerrL", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return SerrLHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrL);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetSerrLColumnIDs);
-    }
+class ProjectO2PLSSerrLVector final : public WholeModel<ProjectSerrLVector> {
 } const o2PLSSerrLVector;
 
-std::string SerrUHelp() {
-    return translate("SerrU: Upper limit of the fitted response by its standard error, for the workset.\n"
-                     "The error grows with the leverage of the observation. Plot with YPred and SerrL.\n"
-                     "In the units of the data set.");
-}
-
-class ProjectSerrUVector final : public ProjectVector {
+class ProjectSerrUVector : public ProjectVector {
 public:
     ProjectSerrUVector() {
         Init("SerrU", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return SerrUHelp(); }
+    std::string GetHelpString() const override {
+        return translate("SerrU: Upper limit of the fitted response by its standard error, for the workset.\n"
+                         "The error grows with the leverage of the observation. Plot with YPred and SerrL.\n"
+                         "In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrU);
@@ -82,38 +62,21 @@ public:
     }
 } const serrUVector;
 
-class ProjectO2PLSSerrUVector final : public ProjectVector {
-public:
-    ProjectO2PLSSerrUVector() {
-        Init("SerrU", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return SerrUHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrU);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetSerrUColumnIDs);
-    }
+class ProjectO2PLSSerrUVector final : public WholeModel<ProjectSerrUVector> {
 } const o2PLSSerrUVector;
 
-std::string SerrLPSHelp() {
-    return translate("SerrLPS: Lower limit of the predicted response by its standard error, for the prediction set.\n"
-                     "It takes in the scatter of a single new observation. Plot with YPredPS and SerrUPS.\n"
-                     "In the units of the data set.");
-}
-
-class ProjectSerrLPSVector final : public ProjectVector {
+class ProjectSerrLPSVector : public ProjectVector {
 public:
     ProjectSerrLPSVector() {
         Init("SerrLPS", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return SerrLPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "SerrLPS: Lower limit of the predicted response by its standard error, for the prediction set.\n"
+            "It takes in the scatter of a single new observation. Plot with YPredPS and SerrUPS.\n"
+            "In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrLPS,
@@ -124,39 +87,21 @@ public:
     }
 } const serrLPSVector;
 
-class ProjectO2PLSSerrLPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSSerrLPSVector() {
-        Init("SerrLPS", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return SerrLPSHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrLPS,
-                           TriState::Undefined, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetSerrLPSColumnIDs);
-    }
+class ProjectO2PLSSerrLPSVector final : public WholeModel<ProjectSerrLPSVector> {
 } const o2PLSSerrLPSVector;
 
-std::string SerrUPSHelp() {
-    return translate("SerrUPS: Upper limit of the predicted response by its standard error, for the prediction set.\n"
-                     "It takes in the scatter of a single new observation. Plot with YPredPS and SerrLPS.\n"
-                     "In the units of the data set.");
-}
-
-class ProjectSerrUPSVector final : public ProjectVector {
+class ProjectSerrUPSVector : public ProjectVector {
 public:
     ProjectSerrUPSVector() {
         Init("SerrUPS", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return SerrUPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "SerrUPS: Upper limit of the predicted response by its standard error, for the prediction set.\n"
+            "It takes in the scatter of a single new observation. Plot with YPredPS and SerrLPS.\n"
+            "In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrUPS,
@@ -167,33 +112,10 @@ public:
     }
 } const serrUPSVector;
 
-class ProjectO2PLSSerrUPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSSerrUPSVector() {
-        Init("SerrUPS", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted, Displayable);
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return SerrUPSHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetSerrUPS,
-                           TriState::Undefined, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetSerrUPSColumnIDs);
-    }
+class ProjectO2PLSSerrUPSVector final : public WholeModel<ProjectSerrUPSVector> {
 } const o2PLSSerrUPSVector;
 
-std::string YPredPSConfIntPlusHelp() {
-    return translate("YPredPSConfInt+: Upper limit of the confidence interval of the predicted response.\n"
-                     "It rests on the spread of the predictions over the cross-validation rounds. A wide interval\n"
-                     "tells that the model does not hold for the observation. In the units of YPredPS.");
-}
-
-class ProjectYPredPSConfIntPlusVector final : public ProjectVector {
+class ProjectYPredPSConfIntPlusVector : public ProjectVector {
 public:
     ProjectYPredPSConfIntPlusVector() {
         Init("YPredPSConfInt+", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted,
@@ -203,7 +125,11 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredPSConfIntPlusHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YPredPSConfInt+: Upper limit of the confidence interval of the predicted response.\n"
+                         "It rests on the spread of the predictions over the cross-validation rounds. A wide interval\n"
+                         "tells that the model does not hold for the observation. In the units of YPredPS.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYPredPSCVConfIntPlus, LevelOfModel);
     }
@@ -212,32 +138,10 @@ public:
     }
 } const yPredPSConfIntPlusVector;
 
-class ProjectO2PLSYPredPSConfIntPlusVector final : public ProjectVector {
-public:
-    ProjectO2PLSYPredPSConfIntPlusVector() {
-        Init("YPredPSConfInt+", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted,
-             Displayable);
-        m_contributionSource = ResponseContribution;
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredPSConfIntPlusHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYPredPSCVConfIntPlus, LevelOfModel);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredPSColumnIDs, AllBatches);
-    }
+class ProjectO2PLSYPredPSConfIntPlusVector final : public WholeModel<ProjectYPredPSConfIntPlusVector> {
 } const o2PLSYPredPSConfIntPlusVector;
 
-std::string YPredPSConfIntMinusHelp() {
-    return translate("YPredPSConfInt-: Lower limit of the confidence interval of the predicted response.\n"
-                     "It rests on the spread of the predictions over the cross-validation rounds. A wide interval\n"
-                     "tells that the model does not hold for the observation. In the units of YPredPS.");
-}
-
-class ProjectYPredPSConfIntMinusVector final : public ProjectVector {
+class ProjectYPredPSConfIntMinusVector : public ProjectVector {
 public:
     ProjectYPredPSConfIntMinusVector() {
         Init("YPredPSConfInt-", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted,
@@ -247,7 +151,11 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredPSConfIntMinusHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YPredPSConfInt-: Lower limit of the confidence interval of the predicted response.\n"
+                         "It rests on the spread of the predictions over the cross-validation rounds. A wide interval\n"
+                         "tells that the model does not hold for the observation. In the units of YPredPS.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYPredPSCVConfIntMinus, LevelOfModel);
     }
@@ -256,39 +164,22 @@ public:
     }
 } const yPredPSConfIntMinusVector;
 
-class ProjectO2PLSYPredPSConfIntMinusVector final : public ProjectVector {
-public:
-    ProjectO2PLSYPredPSConfIntMinusVector() {
-        Init("YPredPSConfInt-", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted,
-             Displayable);
-        m_contributionSource = ResponseContribution;
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredPSConfIntMinusHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYPredPSCVConfIntMinus, LevelOfModel);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredPSColumnIDs, AllBatches);
-    }
+class ProjectO2PLSYPredPSConfIntMinusVector final : public WholeModel<ProjectYPredPSConfIntMinusVector> {
 } const o2PLSYPredPSConfIntMinusVector;
 
-std::string YPredcvHelp() {
-    return translate("YPredcv: Cross-validated predictions of a response, for the observations of the workset.\n"
-                     "Each is predicted by the round that left the observation out. Plot YVar against them to see the\n"
-                     "predictive power of the model. In the units of the data set.");
-}
-
-class ProjectYPredCVVector final : public ProjectVector {
+class ProjectYPredCVVector : public ProjectVector {
 public:
     ProjectYPredCVVector() {
         Init("YPredcv", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
         m_onlyCrossValidated = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredcvHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "YPredcv: Cross-validated predictions of a response, for the observations of the workset.\n"
+            "Each is predicted by the round that left the observation out. Plot YVar against them to see the\n"
+            "predictive power of the model. In the units of the data set.");
+    }
     bool SupportDateTime() const override { return true; }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -299,41 +190,21 @@ public:
     }
 } const yPredCVVector;
 
-class ProjectO2PLSYPredCVVector final : public ProjectVector {
-public:
-    ProjectO2PLSYPredCVVector() {
-        Init("YPredcv", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredcvHelp(); }
-    bool SupportDateTime() const override { return true; }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetYPredCV);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredCVColumnIDs);
-    }
+class ProjectO2PLSYPredCVVector final : public WholeModel<ProjectYPredCVVector> {
 } const o2PLSYPredCVVector;
 
-std::string YPredErrcvHelp() {
-    return translate(
-        "YPredErrcv: Cross-validated errors of a response: observed minus predicted with the observation left out.\n"
-        "Look for observations that the others do not predict. In the units of the data set.");
-}
-
-class ProjectYPredCVErrVector final : public ProjectVector {
+class ProjectYPredCVErrVector : public ProjectVector {
 public:
     ProjectYPredCVErrVector() {
         Init("YPredErrcv", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
         m_onlyCrossValidated = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredErrcvHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YPredErrcv: Cross-validated errors of a response: observed minus predicted with the "
+                         "observation left out.\n"
+                         "Look for observations that the others do not predict. In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetYPredCVErr);
@@ -343,22 +214,9 @@ public:
     }
 } const yPredCVErrVector;
 
-class ProjectO2PLSYPredCVErrVector final : public ProjectVector {
+class ProjectO2PLSYPredCVErrVector final : public WholeModel<ProjectYPredCVErrVector> {
 public:
-    ProjectO2PLSYPredCVErrVector() {
-        Init("YPredErrcv", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_firstComponent = ComponentZero;
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredErrcvHelp(); }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetYPredCVErr);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredCVErrColumnIDs);
-    }
+    ProjectO2PLSYPredCVErrVector() { m_firstComponent = ComponentZero; }
 } const o2PLSYPredCVErrVector;
 
 class ProjectYPredCVErrSE final : public ProjectVector {
@@ -384,13 +242,7 @@ public:
     }
 } const yPredCVErrSEVector;
 
-std::string YPredPScvHelp() {
-    return translate("YPredPScv: Predicted response of the prediction set by the model of one cross-validation round.\n"
-                     "Rounds that differ much tell that the prediction hangs on few observations.\n"
-                     "In the units of YPredPS.");
-}
-
-class ProjectYPredPSCVVector final : public ProjectVector {
+class ProjectYPredPSCVVector : public ProjectVector {
 public:
     ProjectYPredPSCVVector() {
         Init("YPredPScv", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
@@ -399,7 +251,12 @@ public:
         m_onlyCrossValidated = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredPScvHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "YPredPScv: Predicted response of the prediction set by the model of one cross-validation round.\n"
+            "Rounds that differ much tell that the prediction hangs on few observations.\n"
+            "In the units of YPredPS.");
+    }
     bool SupportDateTime() const override { return true; }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverRound(*this, project, args);
@@ -409,41 +266,20 @@ public:
     }
 } const yPredPSCVVector;
 
-class ProjectO2PLSYPredPSCVVector final : public ProjectVector {
-public:
-    ProjectO2PLSYPredPSCVVector() {
-        Init("YPredPScv", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted, Displayable);
-        m_useUnscalingTransform = true;
-        m_needsValidationRounds = true;
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredPScvHelp(); }
-    bool SupportDateTime() const override { return true; }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverRound(*this, project, args);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredPSCVColumnIDs);
-    }
+class ProjectO2PLSYPredPSCVVector final : public WholeModel<ProjectYPredPSCVVector> {
 } const o2PLSYPredPSCVVector;
 
-std::string YPredPScvSEHelp() {
-    return translate("YPredPScvSE: Jack-knife standard error of the predicted response of the prediction set.\n"
-                     "It is computed from all cross-validation rounds. In the units of the data set.");
-}
-
-class ProjectYPredPScvSEVector final : public ProjectVector {
+class ProjectYPredPScvSEVector : public ProjectVector {
 public:
     ProjectYPredPScvSEVector() {
         Init("YPredPScvSE", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
         m_onlyCrossValidated = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YPredPScvSEHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YPredPScvSE: Jack-knife standard error of the predicted response of the prediction set.\n"
+                         "It is computed from all cross-validation rounds. In the units of the data set.");
+    }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
         return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetYPredPScvSE);
@@ -453,25 +289,7 @@ public:
     }
 } const yPredPScvSEVector;
 
-class ProjectO2PLSYPredPScvSEVector final : public ProjectVector {
-public:
-    ProjectO2PLSYPredPScvSEVector() {
-        Init("YPredPScvSE", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted,
-             Displayable);
-        m_onlyCrossValidated = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YPredPScvSEHelp(); }
-    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
-        return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
-    }
-    TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
-                          int) const override {
-        return DeliverTerm({*this, project, source, component}, number, &GetProjectData::GetYPredPScvSE);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYPredPScvSEColumnIDs);
-    }
+class ProjectO2PLSYPredPScvSEVector final : public WholeModel<ProjectYPredPScvSEVector> {
 } const o2PLSYPredPScvSEVector;
 
 } // namespace

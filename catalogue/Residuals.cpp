@@ -71,13 +71,7 @@ public:
     }
 } const xVarResO2PLSVector;
 
-std::string XVarResPSHelp() {
-    return translate("XVarResPS: Residuals of an X variable for the observations of the prediction set.\n"
-                     "Look at them to find the variables in which a new observation departs from the model.\n"
-                     "In the units of XVarPS.");
-}
-
-class ProjectXVarResPSVector final : public ProjectVector {
+class ProjectXVarResPSVector : public ProjectVector {
 public:
     ProjectXVarResPSVector() {
         Init("XVarResPS", Scores, Model, WithoutOPLS, Predictive, NumberXVariable, NoScoreLoading, Predicted,
@@ -86,7 +80,11 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return XVarResPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("XVarResPS: Residuals of an X variable for the observations of the prediction set.\n"
+                         "Look at them to find the variables in which a new observation departs from the model.\n"
+                         "In the units of XVarPS.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetXVarResPS, TriState::Undefined);
     }
@@ -95,30 +93,10 @@ public:
     }
 } const xVarResPSVector;
 
-class ProjectO2PLSXVarResPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSXVarResPSVector() {
-        Init("XVarResPS", Scores, Model, AnyOPLS, NoComponent, NumberXVariable, NoScoreLoading, Predicted, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return XVarResPSHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetXVarResPS, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetXVarResPSColumnIDs);
-    }
+class ProjectO2PLSXVarResPSVector final : public WholeModel<ProjectXVarResPSVector> {
 } const o2PLSXVarResPSVector;
 
-std::string XVarResStHelp() {
-    return translate("XVarResSt: Standardised residuals of an X variable for the observations of the workset.\n"
-                     "They are divided by the residual standard deviation of the variable: values beyond 3 or so are\n"
-                     "rare. Without unit.");
-}
-
-class ProjectXVarResSTVector final : public ProjectVector {
+class ProjectXVarResSTVector : public ProjectVector {
 public:
     ProjectXVarResSTVector() {
         Init("XVarResSt", Scores, Model, AnyPLS, Predictive, NumberXVariable, NoScoreLoading, Observed, Displayable);
@@ -126,7 +104,12 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return XVarResStHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "XVarResSt: Standardised residuals of an X variable for the observations of the workset.\n"
+            "They are divided by the residual standard deviation of the variable: values beyond 3 or so are\n"
+            "rare. Without unit.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetXVarRes, TriState::Yes);
     }
@@ -135,30 +118,10 @@ public:
     }
 } const xVarResSTVector;
 
-class ProjectO2PLSXVarResSTVector final : public ProjectVector {
-public:
-    ProjectO2PLSXVarResSTVector() {
-        Init("XVarResSt", Scores, Model, AnyOPLS, NoComponent, NumberXVariable, NoScoreLoading, Observed, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return XVarResStHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetXVarRes, TriState::Yes);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetXVarResColumnIDs);
-    }
+class ProjectO2PLSXVarResSTVector final : public WholeModel<ProjectXVarResSTVector> {
 } const o2PLSXVarResSTVector;
 
-std::string XVarResPSStHelp() {
-    return translate(
-        "XVarResPSSt: Standardised residuals of an X variable for the observations of the prediction set.\n"
-        "They are divided by the residual standard deviation of the variable in the workset. Without unit.");
-}
-
-class ProjectXVarResPSSTVector final : public ProjectVector {
+class ProjectXVarResPSSTVector : public ProjectVector {
 public:
     ProjectXVarResPSSTVector() {
         Init("XVarResPSSt", Scores, Model, WithoutOPLS, Predictive, NumberXVariable, NoScoreLoading, Predicted,
@@ -167,7 +130,11 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return XVarResPSStHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "XVarResPSSt: Standardised residuals of an X variable for the observations of the prediction set.\n"
+            "They are divided by the residual standard deviation of the variable in the workset. Without unit.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetXVarResPS, TriState::Yes);
     }
@@ -176,22 +143,7 @@ public:
     }
 } const xVarResPSSTVector;
 
-class ProjectO2PLSXVarResPSSTVector final : public ProjectVector {
-public:
-    ProjectO2PLSXVarResPSSTVector() {
-        Init("XVarResPSSt", Scores, Model, AnyOPLS, NoComponent, NumberXVariable, NoScoreLoading, Predicted,
-             Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return XVarResPSStHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetXVarResPS, TriState::Yes);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetXVarResPSColumnIDs);
-    }
+class ProjectO2PLSXVarResPSSTVector final : public WholeModel<ProjectXVarResPSSTVector> {
 } const o2PLSXVarResPSSTVector;
 
 class ProjectXVarResYRelatedO2PLSVector final : public ProjectVector {
@@ -217,20 +169,18 @@ public:
     }
 } const xVarResYRelatedO2PLSVector;
 
-std::string XObsResHelp() {
-    return translate("XObsRes: Residuals of all X variables of one observation of the workset.\n"
-                     "Look at them when DModX of the observation is large, to see which variables cause it.\n"
-                     "In the units of XObs.");
-}
-
-class ProjectXObsResVector final : public ProjectVector {
+class ProjectXObsResVector : public ProjectVector {
 public:
     ProjectXObsResVector() {
         Init("XObsRes", Loadings, Model, WithoutOPLS, Predictive, NumberObsOrVar, NoScoreLoading, Observed,
              Displayable);
         m_useUnscalingTransform = true;
     }
-    std::string GetHelpString() const override { return XObsResHelp(); }
+    std::string GetHelpString() const override {
+        return translate("XObsRes: Residuals of all X variables of one observation of the workset.\n"
+                         "Look at them when DModX of the observation is large, to see which variables cause it.\n"
+                         "In the units of XObs.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetXObsRes, TriState::Undefined);
     }
@@ -239,35 +189,22 @@ public:
     }
 } const xObsResVector;
 
-class ProjectO2PLSXObsResVector final : public ProjectVector {
+class ProjectO2PLSXObsResVector final : public WholeModel<ProjectXObsResVector> {
 public:
-    ProjectO2PLSXObsResVector() {
-        Init("XObsRes", Loadings, Model, AnyOPLS, NoComponent, NumberObsOrVar, NoScoreLoading, Observed, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-    }
-    std::string GetHelpString() const override { return XObsResHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetXObsRes, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetXObsResColumnIDs, TriState::Undefined);
-    }
+    ProjectO2PLSXObsResVector() { m_firstComponent = ComponentZero; }
 } const o2PLSXObsResVector;
 
-std::string XObsResPSHelp() {
-    return translate("XObsResPS: Residuals of all X variables of one observation of the prediction set.\n"
-                     "Look at them when DModXPS of the observation is large, to see which variables cause it.\n"
-                     "In the units of XObs.");
-}
-
-class ProjectXObsResPSVector final : public ProjectVector {
+class ProjectXObsResPSVector : public ProjectVector {
 public:
     ProjectXObsResPSVector() {
         Init("XObsResPS", Loadings, Model, AnyPLS, Predictive, NumberObsOrVar, NoScoreLoading, Predicted, Displayable);
         m_useUnscalingTransform = true;
     }
-    std::string GetHelpString() const override { return XObsResPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("XObsResPS: Residuals of all X variables of one observation of the prediction set.\n"
+                         "Look at them when DModXPS of the observation is large, to see which variables cause it.\n"
+                         "In the units of XObs.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetXObsResPS, TriState::Undefined);
     }
@@ -276,30 +213,12 @@ public:
     }
 } const xObsResPSVector;
 
-class ProjectO2PLSXObsResPSVector final : public ProjectVector {
+class ProjectO2PLSXObsResPSVector final : public WholeModel<ProjectXObsResPSVector> {
 public:
-    ProjectO2PLSXObsResPSVector() {
-        Init("XObsResPS", Loadings, Model, AnyOPLS, NoComponent, NumberObsOrVar, NoScoreLoading, Predicted,
-             Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-    }
-    std::string GetHelpString() const override { return XObsResPSHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetXObsResPS, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetXObsResPSColumnIDs, TriState::Undefined);
-    }
+    ProjectO2PLSXObsResPSVector() { m_firstComponent = ComponentZero; }
 } const o2PLSXObsResPSVector;
 
-std::string YVarResHelp() {
-    return translate("YVarRes: Residuals of a response for the observations of the workset: observed minus fitted.\n"
-                     "Plot them against time, or any variable, to find what the model does not tell.\n"
-                     "In the units of YVar.");
-}
-
-class ProjectYVarResVector final : public ProjectVector {
+class ProjectYVarResVector : public ProjectVector {
 public:
     ProjectYVarResVector() {
         Init("YVarRes", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
@@ -307,7 +226,12 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YVarResHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "YVarRes: Residuals of a response for the observations of the workset: observed minus fitted.\n"
+            "Plot them against time, or any variable, to find what the model does not tell.\n"
+            "In the units of YVar.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYVarRes, TriState::Undefined);
     }
@@ -316,29 +240,10 @@ public:
     }
 } const yVarResVector;
 
-class ProjectO2PLSYVarResVector final : public ProjectVector {
-public:
-    ProjectO2PLSYVarResVector() {
-        Init("YVarRes", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Observed, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YVarResHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYVarRes, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYVarResColumnIDs);
-    }
+class ProjectO2PLSYVarResVector final : public WholeModel<ProjectYVarResVector> {
 } const o2PLSYVarResVector;
 
-std::string YVarResPSHelp() {
-    return translate("YVarResPS: Residuals of a response for the prediction set: observed minus predicted.\n"
-                     "Where the response is known they show how well the model predicts. In the units of YVarPS.");
-}
-
-class ProjectYVarResPSVector final : public ProjectVector {
+class ProjectYVarResPSVector : public ProjectVector {
 public:
     ProjectYVarResPSVector() {
         Init("YVarResPS", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
@@ -346,7 +251,10 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YVarResPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YVarResPS: Residuals of a response for the prediction set: observed minus predicted.\n"
+                         "Where the response is known they show how well the model predicts. In the units of YVarPS.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYVarResPS, TriState::Undefined);
     }
@@ -355,21 +263,7 @@ public:
     }
 } const yVarResPSVector;
 
-class ProjectO2PLSYVarResPSVector final : public ProjectVector {
-public:
-    ProjectO2PLSYVarResPSVector() {
-        Init("YVarResPS", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YVarResPSHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYVarResPS, TriState::Undefined);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYVarResPSColumnIDs);
-    }
+class ProjectO2PLSYVarResPSVector final : public WholeModel<ProjectYVarResPSVector> {
 } const o2PLSYVarResPSVector;
 
 class ProjectYVarResSTVector final : public ProjectVector {
@@ -394,13 +288,7 @@ public:
     }
 } const yVarResSTVector;
 
-std::string YVarResPSStHelp() {
-    return translate(
-        "YVarResPSSt: Standardised residuals of a response for the observations of the prediction set.\n"
-        "They are divided by the residual standard deviation of the response in the workset. Without unit.");
-}
-
-class ProjectYVarResPSSTVector final : public ProjectVector {
+class ProjectYVarResPSSTVector : public ProjectVector {
 public:
     ProjectYVarResPSSTVector() {
         Init("YVarResPSSt", Scores, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Predicted, Displayable);
@@ -408,7 +296,11 @@ public:
         m_useUnscalingTransform = true;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return YVarResPSStHelp(); }
+    std::string GetHelpString() const override {
+        return translate(
+            "YVarResPSSt: Standardised residuals of a response for the observations of the prediction set.\n"
+            "They are divided by the residual standard deviation of the response in the workset. Without unit.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYVarResPS, TriState::Yes);
     }
@@ -417,22 +309,7 @@ public:
     }
 } const yVarResPSSTVector;
 
-class ProjectO2PLSYVarResPSSTVector final : public ProjectVector {
-public:
-    ProjectO2PLSYVarResPSSTVector() {
-        Init("YVarResPSSt", Scores, Model, AnyOPLS, NoComponent, NumberYVariable, NoScoreLoading, Predicted,
-             Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-        m_predictiveComponentDefaultsToLast = true;
-    }
-    std::string GetHelpString() const override { return YVarResPSStHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYVarResPS, TriState::Yes);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYVarResPSColumnIDs);
-    }
+class ProjectO2PLSYVarResPSSTVector final : public WholeModel<ProjectYVarResPSSTVector> {
 } const o2PLSYVarResPSSTVector;
 
 class ProjectYObsResVector final : public ProjectVector {

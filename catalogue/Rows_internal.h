@@ -47,4 +47,18 @@ constexpr int AllBatches = -1;
 // The significance level that the model has.
 constexpr float LevelOfModel = -1.0f;
 
+// The form for OPLS and O2PLS of a statistic that takes a component with other models: it is one of the whole model, so
+// that no component is asked for, and needs components unless that of none at all is a statistic too.
+template <typename Form>
+class WholeModel : public Form {
+public:
+    WholeModel() {
+        this->m_modelType = AnyOPLS;
+        this->m_componentType = NoComponent;
+    }
+    bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
+        return Form::IsValidModel(project, model) && (this->GetFirstComponent() < 1 || model.SizeComponents() > 0);
+    }
+};
+
 } // namespace rows
