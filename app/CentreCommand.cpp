@@ -6,7 +6,7 @@
 #include "app/VariableOptions.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/GetProjectData.h"
+#include "platform/project/GetProjectData.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,10 +1,10 @@
 #include "app/Decorations.h"
 
 #include "building/CreateProjectData.h"
-#include "platform/GetProjectData.h"
-#include "platform/Missing.h"
-#include "platform/NCProject.h"
-#include "platform/Sta.h"
+#include "platform/containers/Missing.h"
+#include "platform/numerics/Sta.h"
+#include "platform/project/GetProjectData.h"
+#include "platform/project/NCProject.h"
 
 #include <algorithm>
 #include <array>

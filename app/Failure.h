@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <stdexcept>
 

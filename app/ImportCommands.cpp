@@ -4,7 +4,7 @@
 #include "app/ProgressBar.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <CLI/CLI.hpp>
 

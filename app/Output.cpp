@@ -1,7 +1,7 @@
 #include "app/Output.h"
 
 #include "app/Failure.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <nlohmann/json.hpp>
 

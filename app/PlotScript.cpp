@@ -3,7 +3,7 @@
 #include "app/Failure.h"
 #include "app/Output.h"
 #include "app/VectorSearch.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <CLI/CLI.hpp>
 

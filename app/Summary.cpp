@@ -1,8 +1,8 @@
 #include "app/Summary.h"
 
 #include "engine/Project.h"
-#include "platform/GetProjectData.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
+#include "platform/project/GetProjectData.h"
 
 #include <limits>
 

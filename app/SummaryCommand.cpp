@@ -4,7 +4,7 @@
 #include "app/PlotScript.h"
 #include "app/Summary.h"
 #include "engine/Project.h"
-#include "platform/GetProjectData.h"
+#include "platform/project/GetProjectData.h"
 
 #include <CLI/CLI.hpp>
 

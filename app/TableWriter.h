@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Listing.h"
-#include "platform/ProjectData.h"
+#include "platform/identity/ProjectData.h"
 
 // Writes a table with one line for each item and one column for each series. csv and json have nine significant digits;
 // a missing value is an empty field, and null in json.

@@ -1,7 +1,7 @@
 #include "app/VariableOptions.h"
 
 #include "app/Failure.h"
-#include "platform/VqString.h"
+#include "platform/text/VqString.h"
 
 #include <algorithm>
 #include <sstream>

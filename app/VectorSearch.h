@@ -1,7 +1,7 @@
 #pragma once
 
 #include "catalogue/ProjectVector.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <optional>
 #include <string>

@@ -1,9 +1,9 @@
 #include "building/CreateProjectData.h"
 
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/Exception.h"
-#include "platform/Missing.h"
-#include "platform/NCProject.h"
+#include "platform/containers/Missing.h"
+#include "platform/project/NCProject.h"
+#include "platform/text/Exception.h"
 
 #include <cstdlib>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "catalogue/ProjectVector.h"
-#include "platform/NCStringVector.h"
+#include "platform/containers/NCStringVector.h"
 #include "platform/forward.h"
 
 #include <list>

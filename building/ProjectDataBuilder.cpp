@@ -4,9 +4,9 @@
 #include "building/TolerantCompare_internal.h"
 #include "building/TransformationData.h"
 #include "navigation/DataSeriesUtilities.h"
-#include "platform/ColumnTerm.h"
-#include "platform/Missing.h"
-#include "platform/NCProject.h"
+#include "platform/containers/Missing.h"
+#include "platform/identity/ColumnTerm.h"
+#include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 #include "utilities/DefaultSelection.h"
 

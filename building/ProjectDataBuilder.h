@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/ColumnIDs.h"
-#include "platform/Exception.h"
-#include "platform/NCDataVector.h"
-#include "platform/ProjectData.h"
+#include "platform/containers/NCDataVector.h"
 #include "platform/export.h"
+#include "platform/identity/ColumnIDs.h"
+#include "platform/identity/ProjectData.h"
+#include "platform/text/Exception.h"
 #include "specification/ProjectVectorData.h"
 
 #include <memory>

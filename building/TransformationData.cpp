@@ -1,6 +1,6 @@
 #include "building/TransformationData.h"
 
-#include "platform/Translate.h"
+#include "platform/text/Translate.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/BoolVector.h"
-#include "platform/FFT.h"
-#include "platform/WaveletOptions.h"
+#include "platform/containers/BoolVector.h"
 #include "platform/export.h"
+#include "platform/numerics/FFT.h"
+#include "platform/numerics/WaveletOptions.h"
 #include "specification/ProjectVectorData.h"
 
 #include <string>

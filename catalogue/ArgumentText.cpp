@@ -1,5 +1,5 @@
 #include "catalogue/ProjectVector.h"
-#include "platform/VqString.h"
+#include "platform/text/VqString.h"
 
 #include <cerrno>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "catalogue/Delegates_internal.h"
 #include "catalogue/Rows_internal.h"
-#include "platform/AliasAccess.h"
-#include "platform/Exception.h"
-#include "platform/Translate.h"
+#include "platform/identity/AliasAccess.h"
+#include "platform/text/Exception.h"
+#include "platform/text/Translate.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "catalogue/ProjectVector.h"
-#include "platform/GetProjectData.h"
-#include "platform/NCProject.h"
+#include "platform/project/GetProjectData.h"
+#include "platform/project/NCProject.h"
 
 // How most vectors get their numbers: the source text becomes a model number, the component is checked, and one
 // operation of GetProjectData is called. Bad source or component gives nothing, without an error.

@@ -1,6 +1,6 @@
 #include "catalogue/Placeholders_internal.h"
 
-#include "platform/Translate.h"
+#include "platform/text/Translate.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "catalogue/Delegates_internal.h"
 #include "catalogue/Rows_internal.h"
-#include "platform/Translate.h"
+#include "platform/text/Translate.h"
 
 // What the model makes of the data, by variable and by observation.
 

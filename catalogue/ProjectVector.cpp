@@ -1,9 +1,9 @@
 #include "catalogue/ProjectVector.h"
 
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/Exception.h"
-#include "platform/NCProject.h"
-#include "platform/Translate.h"
+#include "platform/project/NCProject.h"
+#include "platform/text/Exception.h"
+#include "platform/text/Translate.h"
 
 #include <algorithm>
 #include <cstdio>

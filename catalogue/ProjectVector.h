@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/ColumnIDs.h"
-#include "platform/ModelInfo.h"
-#include "platform/ProjectData.h"
-#include "platform/WeightTypeE.h"
 #include "platform/export.h"
 #include "platform/forward.h"
+#include "platform/identity/ColumnIDs.h"
+#include "platform/identity/ProjectData.h"
+#include "platform/project/ModelInfo.h"
+#include "platform/project/WeightTypeE.h"
 
 #include <list>
 #include <string>

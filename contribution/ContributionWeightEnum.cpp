@@ -1,6 +1,6 @@
 #include "contribution/ContributionWeightEnum.h"
 
-#include "platform/ModelInfo.h"
+#include "platform/project/ModelInfo.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/WeightTypeE.h"
 #include "platform/export.h"
 #include "platform/forward.h"
+#include "platform/project/WeightTypeE.h"
 
 #include <string>
 #include <vector>

@@ -1,10 +1,10 @@
 #include "engine/LocalCentring.h"
 
-#include "engine/DataSet_internal.h"
-#include "engine/Definition_internal.h"
 #include "engine/TableReader.h"
-#include "platform/Exception.h"
-#include "platform/Missing.h"
+#include "engine/data/DataSet_internal.h"
+#include "engine/models/Definition_internal.h"
+#include "platform/containers/Missing.h"
+#include "platform/text/Exception.h"
 
 #include <algorithm>
 

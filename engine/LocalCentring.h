@@ -7,7 +7,7 @@ namespace engine {
 
 struct ImportedTable;
 
-// Centre values for groups of observations (platform/LocalCentering.h), by names.
+// Centre values for groups of observations (platform/project/LocalCentering.h), by names.
 struct LocalCentring {
     struct Variable {
         std::string name;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ModelTypeE.h"
+#include "platform/project/ModelTypeE.h"
 
 #include <map>
 #include <string>

@@ -1,6 +1,6 @@
 #include "engine/PackedTexts.h"
 
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <algorithm>
 #include <bit>

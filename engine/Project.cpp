@@ -1,12 +1,12 @@
 #include "engine/Project.h"
 
-#include "engine/DataSet_internal.h"
-#include "engine/Definition_internal.h"
 #include "engine/TableReader.h"
+#include "engine/data/DataSet_internal.h"
+#include "engine/models/Definition_internal.h"
 #include "engine/models/Fit.h"
 #include "engine/statistics/Handlers.h"
-#include "platform/Exception.h"
-#include "platform/XercesXMLSection.h"
+#include "platform/storage/XercesXMLSection.h"
+#include "platform/text/Exception.h"
 
 #include <boost/make_shared.hpp>
 

@@ -3,7 +3,7 @@
 #include "engine/LocalCentring.h"
 #include "engine/Progress.h"
 #include "engine/ProjectFile.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "engine/ProjectFile.h"
 
-#include "engine/ProjectFile_internal.h"
+#include "engine/storage/ProjectFile_internal.h"
 
 #include <algorithm>
 #include <utility>

@@ -4,7 +4,7 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
 #include <cstdio>

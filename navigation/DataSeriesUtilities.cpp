@@ -1,6 +1,6 @@
 #include "navigation/DataSeriesUtilities.h"
 
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/BoolVector.h"
+#include "platform/containers/BoolVector.h"
 #include "platform/export.h"
 #include "platform/forward.h"
 

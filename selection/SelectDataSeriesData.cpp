@@ -2,8 +2,8 @@
 
 #include "building/CreateProjectData.h"
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/Exception.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
+#include "platform/text/Exception.h"
 #include "utilities/DefaultSelection.h"
 #include "utilities/KestaProjectHandlerBase.h"
 

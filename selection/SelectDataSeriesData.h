@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/BoolVector.h"
-#include "platform/ColumnIDs.h"
+#include "platform/containers/BoolVector.h"
+#include "platform/identity/ColumnIDs.h"
 #include "selection/SelectDataSeriesSubject.h"
 #include "specification/ProjectVectorData.h"
 

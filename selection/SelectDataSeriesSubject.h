@@ -2,8 +2,8 @@
 
 #include "building/TransformationData.h"
 #include "catalogue/ProjectVector.h"
-#include "platform/ControlChartData.h"
 #include "platform/export.h"
+#include "platform/numerics/ControlChartData.h"
 
 #include <boost/signals2/connection.hpp>
 

@@ -1,5 +1,5 @@
 #include "navigation/DataSeriesUtilities.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
 #include <algorithm>

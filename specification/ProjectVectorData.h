@@ -2,10 +2,10 @@
 
 #include "catalogue/ProjectVector.h"
 #include "contribution/ContributionWeightEnum.h"
-#include "platform/AliasAccess.h"
-#include "platform/NCDataSet.h"
-#include "platform/ProjectData.h"
 #include "platform/forward.h"
+#include "platform/identity/AliasAccess.h"
+#include "platform/identity/ProjectData.h"
+#include "platform/project/NCDataSet.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/ModelUtilities.h"
-#include "platform/NCProject.h"
+#include "platform/project/ModelUtilities.h"
+#include "platform/project/NCProject.h"
 #include "specification/ProjectVectorData.h"
 #include "utilities/DefaultSelection.h"
 

@@ -1,6 +1,6 @@
-#include "platform/Exception.h"
-#include "platform/ModelUtilities.h"
-#include "platform/NCProject.h"
+#include "platform/project/ModelUtilities.h"
+#include "platform/project/NCProject.h"
+#include "platform/text/Exception.h"
 #include "specification/ProjectVectorData.h"
 
 #include <algorithm>

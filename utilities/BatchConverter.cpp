@@ -1,7 +1,7 @@
 #include "utilities/BatchConverter.h"
 
-#include "platform/Exception.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
+#include "platform/text/Exception.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/BatchUtilities.h"
-#include "platform/NCDataSet.h"
-#include "platform/NCModel.h"
 #include "platform/forward.h"
+#include "platform/identity/BatchUtilities.h"
+#include "platform/project/NCDataSet.h"
+#include "platform/project/NCModel.h"
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #include "utilities/DefaultSelection.h"
 
-#include "platform/ConfigurationSection.h"
-#include "platform/Exception.h"
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
+#include "platform/storage/ConfigurationSection.h"
+#include "platform/text/Exception.h"
 #include "utilities/KestaProjectHandlerBase.h"
 
 #include <boost/archive/polymorphic_iarchive.hpp>

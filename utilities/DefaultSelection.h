@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/ColumnTerm.h"
 #include "platform/export.h"
 #include "platform/forward.h"
+#include "platform/identity/ColumnTerm.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "utilities/KestaProjectHandlerBase.h"
 
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NCProjectHandler.h"
+#include "platform/project/NCProjectHandler.h"
 
 // The library's hold on the application: the project handler that also knows the active project. An application derives
 // from it and makes one object, which stays for the life of the process.

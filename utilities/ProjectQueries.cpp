@@ -1,7 +1,7 @@
 #include "utilities/ProjectQueries.h"
 
-#include "platform/ModelUtilities.h"
-#include "platform/NCProject.h"
+#include "platform/project/ModelUtilities.h"
+#include "platform/project/NCProject.h"
 
 #include <algorithm>
 #include <sstream>

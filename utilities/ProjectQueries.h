@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/ColumnIDs.h"
-#include "platform/VarObs.h"
 #include "platform/forward.h"
+#include "platform/identity/ColumnIDs.h"
+#include "platform/identity/VarObs.h"
 
 #include <string>
 

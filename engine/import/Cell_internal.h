@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <span>
 #include <string>

@@ -1,6 +1,6 @@
 #include "engine/models/Archive.h"
 
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <bit>
 

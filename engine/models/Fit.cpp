@@ -3,7 +3,7 @@
 #include "engine/models/Autofit.h"
 #include "engine/models/CrossValidation.h"
 #include "engine/models/FitOrthogonal.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 namespace engine {
 namespace {

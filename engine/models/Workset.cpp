@@ -1,7 +1,7 @@
 #include "engine/models/Workset.h"
 
 #include "engine/models/Parallel.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <algorithm>
 #include <atomic>

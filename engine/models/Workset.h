@@ -2,7 +2,7 @@
 
 #include "engine/models/Block.h"
 #include "engine/models/ModelDefinition.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <cmath>
 #include <limits>

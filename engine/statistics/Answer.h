@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/models/Matrices.h"
-#include "platform/ProjectData.h"
+#include "platform/identity/ProjectData.h"
 
 #include <optional>
 #include <span>

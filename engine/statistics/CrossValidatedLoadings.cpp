@@ -1,7 +1,7 @@
 #include "engine/models/CrossValidation.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Handlers.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 // Loadings and weights of the models of the cross-validation rounds, and their jack-knife standard errors.
 

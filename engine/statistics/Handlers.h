@@ -1,9 +1,9 @@
 #pragma once
 
 #include "engine/statistics/ModelView.h"
-#include "platform/GetProjectData.h"
-#include "platform/NCProject.h"
-#include "platform/StatisticSource.h"
+#include "platform/project/GetProjectData.h"
+#include "platform/project/NCProject.h"
+#include "platform/project/StatisticSource.h"
 
 #include <functional>
 #include <type_traits>
@@ -38,7 +38,7 @@ struct Of;
 #define TABLE(name, parameters, arguments) OPERATION(name, TablePtr, parameters)
 #define TABLE_OVERLOAD(key, name, parameters, arguments) OPERATION(key, TablePtr, parameters)
 #define COLUMNS(name, parameters, arguments) OPERATION(name, ColumnIDs, parameters)
-#include "platform/operations.def"
+#include "platform/project/operations.def"
 #undef OPERATION
 
 template <typename Parameter>

@@ -2,9 +2,9 @@
 
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Units.h"
-#include "platform/Missing.h"
-#include "platform/NCProject.h"
-#include "platform/Sta.h"
+#include "platform/containers/Missing.h"
+#include "platform/numerics/Sta.h"
+#include "platform/project/NCProject.h"
 
 #include <numeric>
 

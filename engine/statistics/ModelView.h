@@ -1,9 +1,9 @@
 #pragma once
 
-#include "engine/ModelColumns_internal.h"
+#include "engine/data/ModelColumns_internal.h"
 #include "engine/statistics/Residuals.h"
-#include "platform/ColumnIDs.h"
-#include "platform/NCModel.h"
+#include "platform/identity/ColumnIDs.h"
+#include "platform/project/NCModel.h"
 
 #include <map>
 #include <memory>

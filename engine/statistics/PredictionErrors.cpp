@@ -2,7 +2,7 @@
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
-#include "platform/Sta.h"
+#include "platform/numerics/Sta.h"
 
 // How sure predictions of Y are: limits, predictions by cross-validation, and their errors in one number.
 

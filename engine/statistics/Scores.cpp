@@ -2,7 +2,7 @@
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/RowSet.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/statistics/RowSet.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <cmath>
 

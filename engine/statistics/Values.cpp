@@ -1,6 +1,6 @@
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
 
 #include <algorithm>
 

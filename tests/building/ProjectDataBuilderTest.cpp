@@ -2,7 +2,7 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/GetProjectData.h"
+#include "platform/project/GetProjectData.h"
 #include "selection/SelectDataSeriesData.h"
 #include "tests/support/ProbeVector.h"
 #include "tests/support/RecordingProject.h"

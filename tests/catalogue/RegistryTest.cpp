@@ -1,5 +1,5 @@
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/support/RecordingProject.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/catalogue/DelegateCases.h"
 
 namespace {

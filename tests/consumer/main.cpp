@@ -1,7 +1,7 @@
 #include "building/CreateProjectData.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "engine/Progress.h"
-#include "platform/ProjectData.h"
+#include "platform/identity/ProjectData.h"
 
 #include <iostream>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/ModelInfo.h"
-#include "platform/NCProject.h"
+#include "platform/project/ModelInfo.h"
+#include "platform/project/NCProject.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Every statistic of the registry on a fitted model of each kind.
 
 #include "tests/engine/RegistryWalk.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/engine/SmallProject.h"
 
 #include <algorithm>

@@ -4,8 +4,8 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/GetProjectData.h"
-#include "platform/Missing.h"
+#include "platform/containers/Missing.h"
+#include "platform/project/GetProjectData.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/ConfigurationSection.h"
-#include "platform/Exception.h"
+#include "platform/storage/ConfigurationSection.h"
+#include "platform/text/Exception.h"
 #include "tests/engine/SmallProject.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/engine/SmallProject.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
-#include "platform/BoolVector.h"
-#include "platform/Exception.h"
-#include "platform/NCDataMatrix.h"
-#include "platform/NCStringVector.h"
+#include "platform/containers/BoolVector.h"
+#include "platform/containers/NCDataMatrix.h"
+#include "platform/containers/NCStringVector.h"
+#include "platform/text/Exception.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "platform/AliasAccess.h"
-#include "platform/BatchUtilities.h"
-#include "platform/ColumnIDs.h"
-#include "platform/Exception.h"
-#include "platform/RowIDs.h"
+#include "platform/identity/AliasAccess.h"
+#include "platform/identity/BatchUtilities.h"
+#include "platform/identity/ColumnIDs.h"
+#include "platform/identity/RowIDs.h"
+#include "platform/text/Exception.h"
 #include "tests/support/RecordingProject.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 #include <gtest/gtest.h>
 

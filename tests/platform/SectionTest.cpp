@@ -1,5 +1,5 @@
-#include "platform/Exception.h"
-#include "platform/XercesXMLSection.h"
+#include "platform/storage/XercesXMLSection.h"
+#include "platform/text/Exception.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

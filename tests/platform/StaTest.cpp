@@ -1,4 +1,4 @@
-#include "platform/Sta.h"
+#include "platform/numerics/Sta.h"
 
 #include <gtest/gtest.h>
 

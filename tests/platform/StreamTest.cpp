@@ -1,9 +1,9 @@
-#include "platform/Exception.h"
-#include "platform/InputStreamDirectory.h"
-#include "platform/OutputStreamDirectory.h"
-#include "platform/StreamBytes.h"
-#include "platform/VStreamBase.h"
-#include "platform/VStreamableData.h"
+#include "platform/containers/StreamBytes.h"
+#include "platform/storage/InputStreamDirectory.h"
+#include "platform/storage/OutputStreamDirectory.h"
+#include "platform/storage/VStreamBase.h"
+#include "platform/storage/VStreamableData.h"
+#include "platform/text/Exception.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "platform/Exception.h"
-#include "platform/ModelAndDatsetMemoryLock.h"
-#include "platform/ModelUtilities.h"
-#include "platform/NCProjectHandler.h"
-#include "platform/NCSignals.h"
-#include "platform/ProjectData.h"
+#include "platform/identity/ProjectData.h"
+#include "platform/project/ModelAndDatsetMemoryLock.h"
+#include "platform/project/ModelUtilities.h"
+#include "platform/project/NCProjectHandler.h"
+#include "platform/project/NCSignals.h"
+#include "platform/text/Exception.h"
 #include "tests/support/RecordingProject.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/VqStdString.h"
-#include "platform/VqString.h"
+#include "platform/text/VqStdString.h"
+#include "platform/text/VqString.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

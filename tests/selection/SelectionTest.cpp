@@ -1,5 +1,5 @@
 #include "catalogue/ProjectVectorHandler.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "selection/SelectDataSeriesData.h"
 #include "tests/specification/World.h"
 

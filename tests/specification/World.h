@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NCProject.h"
+#include "platform/project/NCProject.h"
 #include "specification/ProjectVectorData.h"
 #include "tests/support/ProbeVector.h"
 #include "tests/support/RecordingProject.h"

@@ -1,6 +1,6 @@
 #include "tests/support/RecordingProject.h"
 
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/NCProject.h"
-#include "platform/StatisticSource.h"
-#include "platform/XercesXMLSection.h"
+#include "platform/project/NCProject.h"
+#include "platform/project/StatisticSource.h"
+#include "platform/storage/XercesXMLSection.h"
 
 #include <boost/make_shared.hpp>
 

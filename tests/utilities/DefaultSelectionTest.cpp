@@ -1,7 +1,7 @@
 #include "utilities/DefaultSelection.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/support/RecordingProject.h"
 #include "tests/support/TemporaryFolder.h"
 #include "utilities/KestaProjectHandlerBase.h"

@@ -1,5 +1,5 @@
 #include "utilities/ProjectQueries.h"
-#include "platform/Exception.h"
+#include "platform/text/Exception.h"
 #include "tests/support/RecordingProject.h"
 #include "utilities/BatchConverter.h"
 

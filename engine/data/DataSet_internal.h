@@ -1,0 +1,81 @@
+#pragma once
+
+#include "engine/ProjectFile.h"
+#include "engine/models/Workset.h"
+#include "platform/project/NCDataSet.h"
+#include "platform/storage/XercesXMLSection.h"
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+
+namespace engine {
+
+// The settings of a project that tell which identifier columns hold batches and phases, and which variables dates: for
+// each role the names.
+constexpr char const *roleSection = "ObservationRoles";
+constexpr char const *batchRole = "Batch";
+constexpr char const *phaseRole = "Phase";
+constexpr char const *dateTimeRole = "DateTime"; // variables
+std::unique_ptr<XercesXMLSection> ReadRoles(ProjectFile const &file);
+std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char const *role);
+// Nothing happens for an empty heading.
+void AddRole(ConfigurationSection &roles, char const *role, std::string const &heading);
+
+// The project's lists of variables and observations: those of all data sets, each primary identifier once. Within one
+// data set a repeated identifier stands for a further item.
+class ItemLists {
+public:
+    NCVariables variables;
+    NCObservations observations;
+    std::map<int, std::vector<std::uint32_t>> variablesOf;    // of a data set: the item of each column
+    std::map<int, std::vector<std::uint32_t>> observationsOf; // and of each row
+
+    explicit ItemLists(ProjectFile const &file);
+
+    // The data sets have changed. The lists stay where they are, for those who hold on to them.
+    void Refresh(ProjectFile const &file);
+
+private:
+    // The first of them is the default time variable.
+    void MarkDates(std::vector<std::string> const &names);
+};
+
+// A data set of the file. Columns are read when they are first asked for.
+class DataSet final : public NCDataSet, public SourceColumns {
+public:
+    DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project);
+
+    DataSetRecord const &Record() const { return m_record; }
+
+    ProjectPtr GetProject() const override { return m_project.lock(); }
+    int GetNumber() const override { return m_record.number; }
+    std::string GetName() const override { return m_record.name; }
+    ObservationInfos const &GetObservations() const override { return m_observations; }
+    std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
+    NCDataVector<float> GetVariable(std::uint32_t variable) const override;
+    NCDataVector<float> GetObservation(std::uint32_t observation) const override;
+    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
+    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
+
+    // By column of the data set, from 0. Several threads may ask at once.
+    std::span<float const> Values(int column) const override;
+    std::string Name(int column) const override;
+
+    // The column of a variable of the project, nothing when the data set does not have it.
+    std::optional<int> ColumnOf(std::uint32_t variable) const;
+
+private:
+    ProjectFile const &m_file;
+    DataSetRecord m_record;
+    ItemLists const &m_items;
+    boost::weak_ptr<NCProject const> m_project;
+    ObservationInfos m_observations;
+    std::vector<std::uint32_t> m_variables;
+    std::unordered_map<std::uint32_t, int> m_columns;
+    mutable std::mutex m_reading;
+    mutable std::unordered_map<int, std::vector<float>> m_values;
+};
+
+} // namespace engine

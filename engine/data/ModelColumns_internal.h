@@ -1,0 +1,28 @@
+#pragma once
+
+#include "engine/data/DataSet_internal.h"
+
+namespace engine {
+
+// A data set as the source of a model's terms. The model counts columns as the data set that it was fitted to; in any
+// other they are found by variable.
+class ModelColumns final : public SourceColumns {
+public:
+    ModelColumns(ModelDefinition const &definition, boost::shared_ptr<DataSet const> fitted,
+                 boost::shared_ptr<DataSet const> rows);
+
+    std::span<float const> Values(int column) const override;
+    std::string Name(int column) const override { return m_fitted->Name(column); }
+    std::span<int const> Groups() const override { return m_groups; }
+
+private:
+    boost::shared_ptr<DataSet const> m_fitted;
+    boost::shared_ptr<DataSet const> m_rows;
+    std::vector<int> m_groups;
+};
+
+// The group of each row of a data set by its text in the identifier column of that name, -1 for a text that is no
+// group.
+std::vector<int> GroupsOf(DataSet const &rows, std::string const &identifier, std::vector<std::string> const &groups);
+
+} // namespace engine

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "engine/ProjectFile.h"
+#include "engine/storage/Checksum_internal.h"
+#include "engine/storage/Database_internal.h"
+#include "engine/storage/WriterLock_internal.h"
+
+#include "platform/text/Exception.h"
+
+#include <array>
+#include <utility>
+
+namespace engine {
+
+// A record with what only the file needs to know of the data set.
+struct StoredDataSet : DataSetRecord {
+    std::size_t observationIdentifiers = 0;
+    std::size_t variableIdentifiers = 0;
+};
+
+// Numbers kept in files.
+enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results };
+
+// The tables of the file. Records are small rows, each with a checksum over all its fields; everything big is a row of
+// the table `block`, found by its part, its owner (a data set or a model) and its position from 1.
+class ProjectFile::Implementation {
+public:
+    Implementation(std::filesystem::path path, bool writable);
+
+    // Writes the tables of a project without content.
+    static void WriteEmpty(std::filesystem::path const &path);
+
+    bool IsWritable() const { return m_lock != nullptr; }
+    // This, or an error when the file is open for reading.
+    Implementation &Writable();
+
+    std::vector<StoredDataSet> DataSets();
+    StoredDataSet DataSet(int number);
+    void ReplaceDataSet(StoredDataSet const &dataSet);
+    void DeleteDataSet(int number);
+
+    std::vector<ModelRecord> Models();
+    ModelRecord Model(int number);
+    void ReplaceModel(ModelRecord const &model);
+    // Throws when there is none.
+    void DeleteModel(int number);
+    // The number of a model that is made of the data set; 0 when there is none.
+    int UserOfDataSet(int number);
+
+    // Counts on.
+    int NextDataSet();
+    int NextModel();
+
+    void ReplaceBlock(Part part, int owner, int position, std::string_view name, std::span<std::byte const> bytes);
+    // A statement on the row of the block: its name is column 1, its bytes are column 2.
+    Statement ReadBlock(Part part, int owner, int position);
+    void WriteTextColumns(Part part, int owner, std::span<TextColumn const> columns);
+    std::vector<TextColumn> ReadTextColumns(Part part, int owner, std::size_t count);
+    void DeleteBlocks(Part part, int owner);
+
+    std::vector<std::pair<std::string, std::string>> Sections();
+    std::optional<std::string> Section(std::string_view name);
+    void ReplaceSection(std::string_view name, std::string_view text);
+    void DeleteSection(std::string_view name);
+
+    std::filesystem::path const path;
+
+private:
+    void CheckVersion();
+    void CheckRecords();
+    void CheckSum(Checksum const &sum, std::int64_t stored, std::string const &what) const;
+    StoredDataSet ReadDataSet(Statement const &row) const;
+    ModelRecord ReadModel(Statement const &row) const;
+    std::array<std::int64_t, 2> ReadCounters();
+    int Next(std::size_t counter);
+    [[noreturn]] void ThrowNoBlock(Part part, int owner, int position);
+
+    std::unique_ptr<WriterLock> m_lock;
+
+public:
+    // Closed before the lock is let go.
+    Database database;
+};
+
+} // namespace engine

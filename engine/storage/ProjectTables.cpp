@@ -1,0 +1,314 @@
+#include "engine/storage/ProjectFile_internal.h"
+
+#include <algorithm>
+#include <cstring>
+#include <system_error>
+
+namespace engine {
+
+namespace {
+
+constexpr std::int64_t applicationId = 0x44536572; // "DSer"
+constexpr std::int64_t schemaVersion = 1;
+
+// Columns of a hundred observations and of a million are both common: pages between the two.
+constexpr char schema[] = R"(
+    PRAGMA page_size = 8192;
+    PRAGMA application_id = 0x44536572;
+    PRAGMA user_version = 1;
+    BEGIN;
+    CREATE TABLE counter (id INTEGER PRIMARY KEY, next_data_set INTEGER NOT NULL, next_model INTEGER NOT NULL,
+        checksum INTEGER NOT NULL);
+    CREATE TABLE data_set (number INTEGER PRIMARY KEY, name TEXT NOT NULL, kind INTEGER NOT NULL,
+        model INTEGER NOT NULL, observations INTEGER NOT NULL, variables INTEGER NOT NULL,
+        observation_identifiers INTEGER NOT NULL, variable_identifiers INTEGER NOT NULL, checksum INTEGER NOT NULL);
+    CREATE TABLE model (number INTEGER PRIMARY KEY, name TEXT NOT NULL, data_sets BLOB NOT NULL,
+        fitted INTEGER NOT NULL, checksum INTEGER NOT NULL);
+    CREATE TABLE section (name TEXT PRIMARY KEY, text TEXT NOT NULL, checksum INTEGER NOT NULL) WITHOUT ROWID;
+    CREATE TABLE block (part INTEGER NOT NULL, owner INTEGER NOT NULL, position INTEGER NOT NULL, name TEXT NOT NULL,
+        checksum INTEGER NOT NULL, bytes BLOB NOT NULL, UNIQUE (part, owner, position));
+)";
+
+Checksum SumOf(std::array<std::int64_t, 2> const &counters) {
+    return Checksum().Add(std::as_bytes(std::span(counters)));
+}
+
+Checksum SumOf(StoredDataSet const &dataSet) {
+    std::array<std::int64_t, 7> const numbers = {dataSet.number,
+                                                 static_cast<int>(dataSet.kind),
+                                                 dataSet.model,
+                                                 static_cast<std::int64_t>(dataSet.observations),
+                                                 static_cast<std::int64_t>(dataSet.variables),
+                                                 static_cast<std::int64_t>(dataSet.observationIdentifiers),
+                                                 static_cast<std::int64_t>(dataSet.variableIdentifiers)};
+    return Checksum().Add(std::as_bytes(std::span(numbers))).Add(dataSet.name);
+}
+
+Checksum SumOf(ModelRecord const &model) {
+    return Checksum().Add(model.number).Add(model.fitted).Add(std::as_bytes(std::span(model.dataSets))).Add(model.name);
+}
+
+Checksum SumOf(std::string_view sectionName, std::string_view text) {
+    return Checksum().Add(sectionName).Add(text);
+}
+
+Checksum SumOf(Part part, int owner, int position, std::string_view name, std::span<std::byte const> bytes) {
+    return Checksum().Add(static_cast<int>(part)).Add(owner).Add(position).Add(name).Add(bytes);
+}
+
+bool IsOfModel(Part part) {
+    return part == Part::Definition || part == Part::Results;
+}
+
+std::string Owner(Part part, int number) {
+    return (IsOfModel(part) ? "model " : "data set ") + std::to_string(number);
+}
+
+} // namespace
+
+ProjectFile::Implementation::Implementation(std::filesystem::path file, bool writable)
+    : path(std::move(file)), m_lock(writable ? std::make_unique<WriterLock>(path) : nullptr),
+      database(path.string(), path.string(), writable ? Database::Mode::ReadWrite : Database::Mode::ReadOnly) {
+    CheckVersion();
+    database.Execute("PRAGMA journal_size_limit = 67108864; PRAGMA cache_size = -16000;");
+    CheckRecords();
+}
+
+void ProjectFile::Implementation::WriteEmpty(std::filesystem::path const &path) {
+    Database database(path.string(), path.string(), Database::Mode::Create);
+    database.Execute(schema);
+    std::array<std::int64_t, 2> const counters = {1, 1};
+    Statement(database, "INSERT INTO counter VALUES (1, ?, ?, ?)", counters[0], counters[1], SumOf(counters).Value())
+        .Run();
+    database.Execute("COMMIT; PRAGMA journal_mode = WAL;");
+}
+
+ProjectFile::Implementation &ProjectFile::Implementation::Writable() {
+    if (!m_lock)
+        throw NCError(ExceptionMessage::translate("The project {1} is open for reading only.") % path.string(),
+                      NCError::Error);
+    return *this;
+}
+
+void ProjectFile::Implementation::CheckVersion() {
+    if (database.Number("PRAGMA application_id") != applicationId)
+        throw NCError(ExceptionMessage::translate("{1} is not a project.") % path.string(), NCError::Error);
+    std::int64_t const version = database.Number("PRAGMA user_version");
+    if (version != schemaVersion)
+        throw NCError(
+            ExceptionMessage::translate("The project {1} has format {2}, expected format {3}. A newer version "
+                                        "of this program may have written it.") %
+                path.string() % version % schemaVersion,
+            NCError::Error);
+}
+
+// The pages of the records, not those of the blocks: a project of a gigabyte opens in milliseconds.
+void ProjectFile::Implementation::CheckRecords() {
+    for (char const *table : {"sqlite_schema", "counter", "data_set", "model", "section"}) {
+        Statement check(database, (std::string("PRAGMA quick_check(") + table + ")").c_str());
+        if (!check.Step() || check.Text(1) != "ok")
+            database.ThrowDamaged(std::string(check.Text(1)));
+    }
+    ReadCounters();
+    DataSets();
+    Models();
+    Sections();
+}
+
+void ProjectFile::Implementation::CheckSum(Checksum const &sum, std::int64_t stored, std::string const &what) const {
+    if (sum.Value() != stored)
+        database.ThrowDamaged((ExceptionMessage::translate("the checksum of {1} is wrong") % what).Text());
+}
+
+std::vector<StoredDataSet> ProjectFile::Implementation::DataSets() {
+    std::vector<StoredDataSet> dataSets;
+    Statement row(database, "SELECT * FROM data_set ORDER BY number");
+    while (row.Step())
+        dataSets.push_back(ReadDataSet(row));
+    return dataSets;
+}
+
+StoredDataSet ProjectFile::Implementation::DataSet(int number) {
+    Statement row(database, "SELECT * FROM data_set WHERE number = ?", number);
+    if (!row.Step())
+        throw NCError(ExceptionMessage::translate("The project {1} has no data set {2}.") % path.string() % number,
+                      NCError::Error);
+    return ReadDataSet(row);
+}
+
+StoredDataSet ProjectFile::Implementation::ReadDataSet(Statement const &row) const {
+    StoredDataSet dataSet;
+    dataSet.number = static_cast<int>(row.Integer(1));
+    dataSet.name = row.Text(2);
+    dataSet.kind = static_cast<DataSetKind>(row.Integer(3));
+    dataSet.model = static_cast<int>(row.Integer(4));
+    dataSet.observations = static_cast<std::size_t>(row.Integer(5));
+    dataSet.variables = static_cast<std::size_t>(row.Integer(6));
+    dataSet.observationIdentifiers = static_cast<std::size_t>(row.Integer(7));
+    dataSet.variableIdentifiers = static_cast<std::size_t>(row.Integer(8));
+    CheckSum(SumOf(dataSet), row.Integer(9), "data set " + std::to_string(dataSet.number));
+    return dataSet;
+}
+
+void ProjectFile::Implementation::ReplaceDataSet(StoredDataSet const &dataSet) {
+    Statement(database, "REPLACE INTO data_set VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)", dataSet.number, dataSet.name,
+              static_cast<int>(dataSet.kind), dataSet.model, static_cast<std::int64_t>(dataSet.observations),
+              static_cast<std::int64_t>(dataSet.variables), static_cast<std::int64_t>(dataSet.observationIdentifiers),
+              static_cast<std::int64_t>(dataSet.variableIdentifiers), SumOf(dataSet).Value())
+        .Run();
+}
+
+void ProjectFile::Implementation::DeleteDataSet(int number) {
+    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier})
+        DeleteBlocks(part, number);
+    Statement(database, "DELETE FROM data_set WHERE number = ?", number).Run();
+}
+
+std::vector<ModelRecord> ProjectFile::Implementation::Models() {
+    std::vector<ModelRecord> models;
+    Statement row(database, "SELECT * FROM model ORDER BY number");
+    while (row.Step())
+        models.push_back(ReadModel(row));
+    return models;
+}
+
+ModelRecord ProjectFile::Implementation::Model(int number) {
+    Statement row(database, "SELECT * FROM model WHERE number = ?", number);
+    if (!row.Step())
+        throw NCError(ExceptionMessage::translate("The project {1} has no model {2}.") % path.string() % number,
+                      NCError::Error);
+    return ReadModel(row);
+}
+
+ModelRecord ProjectFile::Implementation::ReadModel(Statement const &row) const {
+    ModelRecord model;
+    model.number = static_cast<int>(row.Integer(1));
+    model.name = row.Text(2);
+    std::span<std::byte const> const dataSets = row.Bytes(3);
+    model.dataSets.resize(dataSets.size() / sizeof(int));
+    std::ranges::copy(dataSets.first(model.dataSets.size() * sizeof(int)),
+                      std::as_writable_bytes(std::span(model.dataSets)).begin());
+    model.fitted = row.Integer(4) != 0;
+    CheckSum(SumOf(model), row.Integer(5), "model " + std::to_string(model.number));
+    return model;
+}
+
+void ProjectFile::Implementation::ReplaceModel(ModelRecord const &model) {
+    Statement(database, "REPLACE INTO model VALUES (?, ?, ?, ?, ?)", model.number, model.name,
+              std::as_bytes(std::span(model.dataSets)), model.fitted, SumOf(model).Value())
+        .Run();
+}
+
+void ProjectFile::Implementation::DeleteModel(int number) {
+    Model(number);
+    for (Part const part : {Part::Definition, Part::Results})
+        DeleteBlocks(part, number);
+    Statement(database, "DELETE FROM model WHERE number = ?", number).Run();
+}
+
+int ProjectFile::Implementation::UserOfDataSet(int number) {
+    for (ModelRecord const &model : Models())
+        if (std::ranges::find(model.dataSets, number) != model.dataSets.end())
+            return model.number;
+    return 0;
+}
+
+std::array<std::int64_t, 2> ProjectFile::Implementation::ReadCounters() {
+    Statement row(database, "SELECT next_data_set, next_model, checksum FROM counter WHERE id = 1");
+    if (!row.Step())
+        database.ThrowDamaged("the table of counters is empty");
+    std::array<std::int64_t, 2> const counters = {row.Integer(1), row.Integer(2)};
+    CheckSum(SumOf(counters), row.Integer(3), "the counters");
+    return counters;
+}
+
+int ProjectFile::Implementation::NextDataSet() {
+    return Next(0);
+}
+
+int ProjectFile::Implementation::NextModel() {
+    return Next(1);
+}
+
+int ProjectFile::Implementation::Next(std::size_t counter) {
+    std::array<std::int64_t, 2> counters = ReadCounters();
+    int const number = static_cast<int>(counters[counter]++);
+    Statement(database, "REPLACE INTO counter VALUES (1, ?, ?, ?)", counters[0], counters[1], SumOf(counters).Value())
+        .Run();
+    return number;
+}
+
+void ProjectFile::Implementation::ReplaceBlock(Part part, int owner, int position, std::string_view name,
+                                               std::span<std::byte const> bytes) {
+    Statement(database, "REPLACE INTO block VALUES (?, ?, ?, ?, ?, ?)", static_cast<int>(part), owner, position, name,
+              SumOf(part, owner, position, name, bytes).Value(), bytes)
+        .Run();
+}
+
+Statement ProjectFile::Implementation::ReadBlock(Part part, int owner, int position) {
+    Statement row(database, "SELECT name, bytes, checksum FROM block WHERE part = ? AND owner = ? AND position = ?",
+                  static_cast<int>(part), owner, position);
+    if (!row.Step())
+        ThrowNoBlock(part, owner, position);
+    CheckSum(SumOf(part, owner, position, row.Text(1), row.Bytes(2)), row.Integer(3),
+             "a part of " + Owner(part, owner));
+    return row;
+}
+
+// The owner's record is looked at after the block, so that one that another program deletes meanwhile is told as such.
+void ProjectFile::Implementation::ThrowNoBlock(Part part, int owner, int position) {
+    if (IsOfModel(part))
+        Model(owner);
+    else if (std::size_t const variables = DataSet(owner).variables;
+             part == Part::Column && (position < 1 || static_cast<std::size_t>(position) > variables))
+        throw NCError(ExceptionMessage::translate("Data set {1} has {2} variables, asked was variable {3}.") % owner %
+                          variables % position,
+                      NCError::Error);
+    database.ThrowDamaged((ExceptionMessage::translate("a part of {1} is missing") % Owner(part, owner)).Text());
+}
+
+void ProjectFile::Implementation::WriteTextColumns(Part part, int owner, std::span<TextColumn const> columns) {
+    for (std::size_t index = 0; index < columns.size(); ++index)
+        ReplaceBlock(part, owner, static_cast<int>(index + 1), columns[index].name, columns[index].texts.Pack());
+}
+
+std::vector<TextColumn> ProjectFile::Implementation::ReadTextColumns(Part part, int owner, std::size_t count) {
+    std::vector<TextColumn> columns;
+    for (std::size_t position = 1; position <= count; ++position) {
+        Statement const block = ReadBlock(part, owner, static_cast<int>(position));
+        columns.push_back({std::string(block.Text(1)), PackedTexts::Unpack(block.Bytes(2))});
+    }
+    return columns;
+}
+
+void ProjectFile::Implementation::DeleteBlocks(Part part, int owner) {
+    Statement(database, "DELETE FROM block WHERE part = ? AND owner = ?", static_cast<int>(part), owner).Run();
+}
+
+std::vector<std::pair<std::string, std::string>> ProjectFile::Implementation::Sections() {
+    std::vector<std::pair<std::string, std::string>> sections;
+    Statement row(database, "SELECT name, text, checksum FROM section ORDER BY name");
+    while (row.Step()) {
+        sections.emplace_back(row.Text(1), row.Text(2));
+        CheckSum(SumOf(row.Text(1), row.Text(2)), row.Integer(3), "section " + sections.back().first);
+    }
+    return sections;
+}
+
+std::optional<std::string> ProjectFile::Implementation::Section(std::string_view name) {
+    Statement row(database, "SELECT text, checksum FROM section WHERE name = ?", name);
+    if (!row.Step())
+        return std::nullopt;
+    CheckSum(SumOf(name, row.Text(1)), row.Integer(2), "section " + std::string(name));
+    return std::string(row.Text(1));
+}
+
+void ProjectFile::Implementation::ReplaceSection(std::string_view name, std::string_view text) {
+    Statement(database, "REPLACE INTO section VALUES (?, ?, ?)", name, text, SumOf(name, text).Value()).Run();
+}
+
+void ProjectFile::Implementation::DeleteSection(std::string_view name) {
+    Statement(database, "DELETE FROM section WHERE name = ?", name).Run();
+}
+
+} // namespace engine

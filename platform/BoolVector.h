@@ -1,9 +1,0 @@
-#pragma once
-
-#include "platform/NCIntegralVector.h"
-
-// The select-objects list of a selection: one flag for each object.
-class DATASERIES_API BoolVector : public NCIntegralVector<bool, 0> {
-public:
-    using NCIntegralVector<bool, 0>::NCIntegralVector;
-};

@@ -1,0 +1,155 @@
+#include "platform/identity/ProjectData.h"
+
+#include "platform/containers/Missing.h"
+#include "platform/storage/VStreamableData.h"
+#include "platform/storage/streaming_internal.h"
+#include "platform/text/Exception.h"
+
+#include <boost/format.hpp>
+
+namespace {
+
+VStreamableData Header() {
+    return {1, "ProjectData"};
+}
+
+// Appends the rows of a table, cut down to the columns at `positions`.
+void AppendPicked(NCDataMatrix<float> &matrix, NCDataMatrix<float> const &added,
+                  ColumnIDs::Positions const &positions) {
+    std::vector<float> picked(positions.size());
+    for (int row = 1; row <= added.Rows(); ++row) {
+        float const *const from = added.Row(row).data();
+        std::ranges::transform(positions, picked.begin(), [from](int at) { return from[at - 1]; });
+        matrix.AppendRow(picked);
+    }
+}
+
+// Of a list that tells something of each column, or is shorter.
+template <typename Item>
+std::vector<Item> Picked(std::vector<Item> const &list, ColumnIDs::Positions const &positions) {
+    std::vector<Item> picked;
+    if (list.empty())
+        return picked;
+    picked.reserve(positions.size());
+    for (int const position : positions)
+        picked.push_back(position <= static_cast<int>(list.size()) ? list[static_cast<std::size_t>(position - 1)]
+                                                                   : Item());
+    return picked;
+}
+
+} // namespace
+
+ProjectData::ProjectData(RowIDs rows, ColumnIDs columns, NCDataMatrix<float> matrix)
+    : m_rows(std::move(rows)), m_columns(std::move(columns)), m_matrix(std::move(matrix)) {
+    if (m_rows.Size() != m_matrix.Rows() || (m_matrix.Rows() > 0 && m_columns.Size() != m_matrix.Columns()))
+        throw NCInternalError("ProjectData::ProjectData");
+}
+
+int ProjectData::GetColumnClass(int column) const {
+    bool const known = column >= 1 && column <= static_cast<int>(m_classes.size());
+    return known ? m_classes[static_cast<std::size_t>(column - 1)] : 0;
+}
+
+void ProjectData::Reserve(int rows) {
+    m_rows.Reserve(rows);
+    m_reserved = rows;
+    // What has the rows already stays shared with copies.
+    if (rows > Rows())
+        m_matrix.reserve(rows);
+}
+
+void ProjectData::KeepColumns(ColumnIDs::Positions const &positions, int rowsToCome) {
+    NCDataMatrix<float> kept(0, positions.Size());
+    kept.reserve(std::max(m_reserved, Rows() + rowsToCome));
+    AppendPicked(kept, m_matrix, positions);
+    m_matrix = std::move(kept);
+    m_classes = Picked(m_classes, positions);
+    m_groups = Picked(m_groups, positions);
+    m_columns.Reduce(positions);
+}
+
+bool ProjectData::InterSection(ProjectData const &other) {
+    ColumnIDs::Positions here;
+    ColumnIDs::Positions there;
+    switch (m_columns.InterSection(other.m_columns, here, there, 1)) {
+    case 0:
+        return false;
+    case 2:
+        m_matrix.AppendRows(other.m_matrix);
+        break;
+    default:
+        if (here.Size() < Columns())
+            KeepColumns(here, other.Rows());
+        AppendPicked(m_matrix, other.m_matrix, there);
+    }
+    m_columns.MergeBatches(other.m_columns);
+    for (auto const &[row, format] : std::map<int, std::string>(other.m_formats))
+        m_formats[Rows() + row] = format;
+    m_rows.Append(other.m_rows);
+    return true;
+}
+
+std::unique_ptr<ProjectData> ProjectData::UseOnly(ColumnIDs const &ids) const {
+    ColumnIDs::Positions wanted;
+    ColumnIDs::Positions here;
+    int const common = ids.InterSection(m_columns, wanted, here, 1);
+    if (common == 0)
+        return nullptr;
+    auto reduced = std::make_unique<ProjectData>(*this);
+    if (common == 1)
+        reduced->KeepColumns(here, 0);
+    return reduced;
+}
+
+void ProjectData::AdjustRows(std::vector<float> const &multipliers, std::vector<float> const &offsets, bool label) {
+    int const rows = std::min({Rows(), static_cast<int>(multipliers.size()), static_cast<int>(offsets.size())});
+    for (int row = 1; row <= rows; ++row) {
+        float const multiplier = multipliers[static_cast<std::size_t>(row - 1)];
+        float const offset = offsets[static_cast<std::size_t>(row - 1)];
+        if (multiplier == 1.0f && offset == 0.0f)
+            continue;
+        for (float &value : m_matrix.MutableRow(row))
+            if (!IsMissing(value))
+                value = ToStored(static_cast<double>(value) * multiplier + offset);
+        if (label)
+            m_rows.SetName(row, (boost::format("%1% * %2% %3% %4%") % m_rows.GetName(row) % multiplier %
+                                 (offset < 0.0f ? "-" : "+") % std::abs(offset))
+                                    .str());
+    }
+}
+
+void ProjectData::AppendNumRow(NCDataVector<float> const &values, std::string const &format) {
+    m_matrix.AppendRow(values.Values());
+    m_rows.Append(RowIDs("Num", GetProject()));
+    m_formats[Rows()] = format;
+}
+
+std::string ProjectData::GetRowFormat(int row) const {
+    auto const found = m_formats.find(row);
+    return found == m_formats.end() ? std::string() : found->second;
+}
+
+void ProjectData::AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::set<int>> const &groups) {
+    m_original = ids;
+    m_groups = groups;
+}
+
+std::ostream &operator<<(std::ostream &stream, ProjectData const &data) {
+    Header().Write(stream);
+    stream << data.m_rows << data.m_columns << data.m_original;
+    FieldWriter{stream}(data.m_matrix, data.m_classes, data.m_formats, data.m_groups);
+    return stream;
+}
+
+std::istream &operator>>(std::istream &stream, ProjectData &data) {
+    Header().Check(stream);
+    ProjectData whole(RowIDs(), ColumnIDs(data.GetProject()), NCDataMatrix<float>());
+    whole.m_rows.SetProject(data.GetProject());
+    whole.m_original.SetProject(data.GetProject());
+    stream >> whole.m_rows >> whole.m_columns >> whole.m_original;
+    FieldReader{stream}(whole.m_matrix, whole.m_classes, whole.m_formats, whole.m_groups);
+    FieldReader::Require(whole.Rows() == whole.m_matrix.Rows() &&
+                         (whole.Rows() == 0 || whole.Columns() == whole.m_matrix.Columns()));
+    data = std::move(whole);
+    return stream;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/numerics/ControlChart.h"
+
+// The settings of the control chart of a selection. -99.0 in a number means that it is taken from the values.
+class ControlChartData {
+public:
+    enum ControlChartType { None = 0, Shewhart = 1, EWMA = 2, CUSUM = 3, ShewhartAndEWMA = 4 };
+    enum ShewhartType { Mean = 1, Range = 2, StdDev = 3 };
+
+    explicit ControlChartData(ControlChart::EWMAType type = ControlChart::Filtered) : m_ewmaType(type) {}
+
+    bool IsControlChart() const { return m_chartType != None; }
+    ControlChartType GetControlChartType() const { return m_chartType; }
+    void SetControlChartType(ControlChartType type) { m_chartType = type; }
+    ShewhartType GetShewhartType() const { return m_shewhartType; }
+    void SetShewhartType(ShewhartType type) { m_shewhartType = type; }
+    ControlChart::ControlType GetControlType() const { return m_controlType; }
+    void SetControlType(ControlChart::ControlType type) { m_controlType = type; }
+    ControlChart::EWMAType GetEWMAType() const { return m_ewmaType; }
+    void SetEWMAType(ControlChart::EWMAType type) { m_ewmaType = type; }
+    // Successive values that make one point of the chart.
+    int GetSubgroupSize() const { return m_subgroupSize; }
+    void SetSubgroupSize(int size) { m_subgroupSize = size; }
+    double GetTarget() const { return m_target; }
+    void SetTarget(double target) { m_target = target; }
+    // Of single values within a subgroup.
+    double GetStdDev() const { return m_stdDev; }
+    void SetStdDev(double stdDev) { m_stdDev = stdDev; }
+    double GetLambda() const { return m_lambda; }
+    void SetLambda(double lambda) { m_lambda = lambda; }
+
+    bool operator==(ControlChartData const &) const = default;
+
+private:
+    ControlChartType m_chartType = None;
+    ShewhartType m_shewhartType = Mean;
+    ControlChart::ControlType m_controlType = ControlChart::Individual;
+    ControlChart::EWMAType m_ewmaType;
+    int m_subgroupSize = 1;
+    double m_target = -99.0;
+    double m_stdDev = -99.0;
+    double m_lambda = -99.0;
+};

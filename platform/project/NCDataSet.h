@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/containers/NCDataVector.h"
+#include "platform/export.h"
+#include "platform/identity/AliasAccess.h"
+#include "platform/identity/BatchUtilities.h"
+#include "platform/identity/VarObs.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// What holds data of a project, a data set, a prediction set or the workset of a model: rows are observations, columns
+// variables, both by their numbers in the project.
+class DATASERIES_API NCDataContainerBase {
+public:
+    virtual ~NCDataContainerBase() = default;
+
+    virtual ProjectPtr GetProject() const = 0;
+    virtual ObservationInfos const &GetObservations() const = 0;
+    virtual std::vector<std::uint32_t> const &GetVariables() const = 0;
+    // The identifier columns that its observations and its variables have.
+    virtual AliasAccess GetObservationAliases() const = 0;
+    virtual AliasAccess GetVariableAliases() const = 0;
+    // The batches among its rows; none without a batch identifier.
+    virtual BatchInfoVector GetBatchInfo() const;
+};
+
+class DATASERIES_API NCDataSet : public NCDataContainerBase {
+public:
+    virtual int GetNumber() const = 0;
+    virtual std::string GetName() const = 0;
+    // One value for each observation, empty for a variable that the set does not have.
+    virtual NCDataVector<float> GetVariable(std::uint32_t variable) const = 0;
+    // One value for each variable, empty for an observation that the set does not have.
+    virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
+};
+
+// What is known of a data set without reading it.
+class DATASERIES_API NCDataSetInfo {
+public:
+    enum Kind { Primary = 0, Secondary = 1, WaveletCompressed = 2 };
+
+    int number = 0;
+    std::string name;
+    Kind kind = Primary;
+    std::uint32_t observations = 0;
+    std::uint32_t variables = 0;
+    std::vector<std::string> phases;
+    int oscComponents = 0;         // of the orthogonal signal correction that made it
+    int sourceDataSet = 0;         // of a batch-level set: the observations behind its batches
+    std::vector<int> sourceModels; // of a batch-level set: the models whose results it holds, one for each phase
+
+    std::vector<std::string> const &GetPhaseInfoVector() const { return phases; }
+};
