@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <vector>
+
+#include <sys/mman.h>
 
 inline double SecondsOf(auto const &work) {
     using Clock = std::chrono::steady_clock;
@@ -24,13 +26,28 @@ inline double TypicalSecondsOf(auto const &work) {
     return seconds[2];
 }
 
-// Of copying so many bytes into fresh memory: the least that a table can cost.
+// Of copying so many bytes into fresh memory: the least that a table can cost. Large memory comes from the system, so
+// that it is not what an earlier owner left behind.
 inline double SecondsOfCopy(std::size_t bytes) {
     std::vector<char> const from(bytes, 'x');
     return TypicalSecondsOf([&] {
-        auto const to = std::make_unique_for_overwrite<char[]>(bytes);
-        std::memcpy(to.get(), from.data(), bytes);
-        benchmark::DoNotOptimize(to.get());
+        bool const isLarge = bytes >= std::size_t(1) << 20;
+        void *const to = isLarge ? mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
+                                 : std::malloc(bytes);
+        std::memcpy(to, from.data(), bytes);
+        benchmark::DoNotOptimize(to);
+        benchmark::ClobberMemory();
+        isLarge ? static_cast<void>(munmap(to, bytes)) : std::free(to);
+    });
+}
+
+// Of copying them where memory is already.
+inline double SecondsOfWarmCopy(std::size_t bytes) {
+    std::vector<char> const from(bytes, 'x');
+    std::vector<char> to(bytes, 'y');
+    return TypicalSecondsOf([&] {
+        std::memcpy(to.data(), from.data(), bytes);
+        benchmark::DoNotOptimize(to.data());
         benchmark::ClobberMemory();
     });
 }

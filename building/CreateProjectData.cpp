@@ -2,6 +2,7 @@
 
 #include "catalogue/ProjectVectorHandler.h"
 #include "platform/containers/Missing.h"
+#include "platform/identity/TableJoin_internal.h"
 #include "platform/project/NCProject.h"
 #include "platform/text/Exception.h"
 
@@ -82,21 +83,16 @@ TablePtr CreateProjectData::GetProjectData(std::string const &text, ProjectVecto
 
 TablePtr CreateProjectData::GetProjectData(std::list<std::string> const &texts,
                                            ProjectVector::VectorTypeEnum type) const {
-    TablePtr joined;
+    TableJoin join(static_cast<int>(texts.size()));
     for (std::string const &text : texts) {
         TablePtr table = IsNum(text)       ? CreateNumProjectData(texts, type)
                          : IsMissing(text) ? CreateMissingProjectData(texts, type)
                                            : GetProjectData(text, type);
-        if (!table)
-            continue;
-        if (joined) {
-            joined->InterSection(*table);
-        } else {
-            joined = std::move(table);
-            joined->Reserve(static_cast<int>(texts.size()));
-        }
+        // What has nothing in common with the others is left out.
+        if (table)
+            join.Add(std::move(table));
     }
-    return joined;
+    return join.Take();
 }
 
 ColumnIDs CreateProjectData::GetColumnIDs(char const *text, ProjectVector::VectorTypeEnum type) const {

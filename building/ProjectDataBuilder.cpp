@@ -6,11 +6,15 @@
 #include "navigation/DataSeriesUtilities.h"
 #include "platform/containers/Missing.h"
 #include "platform/identity/ColumnTerm.h"
+#include "platform/identity/TableJoin_internal.h"
 #include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 #include "utilities/DefaultSelection.h"
 
+#include <algorithm>
+#include <functional>
 #include <list>
+#include <optional>
 
 namespace ProjectDataUtilities {
 
@@ -50,15 +54,25 @@ Stretch StretchOf(float minimum, float maximum, double span, double low) {
     return stretch;
 }
 
+// The positions of the items that are selected; nothing when these are all.
+std::optional<ColumnIDs::Positions> SelectedAmong(BoolVector const &objects) {
+    auto const flags = objects.Values();
+    if (!flags.empty() && std::ranges::all_of(flags, std::identity()))
+        return {};
+    ColumnIDs::Positions selected = DataSeriesUtilities::GetSelectedPositions(objects);
+    if (selected.empty())
+        throw NothingInCommon();
+    return selected;
+}
+
 } // namespace
 
 ProjectDataBuilder::ProjectDataBuilder(SelectDataSeriesData const *selection) : m_selection(selection) {}
 
-TablePtr ProjectDataBuilder::Read(std::list<std::string> const &texts) const {
+void ProjectDataBuilder::Read(std::list<std::string> const &texts, TableJoin &join) const {
     boost::shared_ptr<NCProject> const project = m_selection->GetProject();
     CreateProjectData const create(*project);
     ProjectVector::VectorTypeEnum const type = m_selection->GetVectorType();
-    TablePtr joined;
     auto text = texts.begin();
 
     ProjectVectorData const &axis = m_selection->GetXAxis();
@@ -71,25 +85,17 @@ TablePtr ProjectDataBuilder::Read(std::list<std::string> const &texts) const {
             m_cachedAxis = axis;
         }
         if (!m_cachedAxisData)
-            return nullptr;
-        joined = std::make_unique<ProjectData>(*m_cachedAxisData);
-        joined->Reserve(static_cast<int>(texts.size()));
+            return;
+        join.Add(std::make_unique<ProjectData>(*m_cachedAxisData));
         ++text;
     }
     for (; text != texts.end(); ++text) {
         TablePtr table = CreateProjectData::IsNum(*text)       ? create.CreateNumProjectData(texts, type)
                          : CreateProjectData::IsMissing(*text) ? create.CreateMissingProjectData(texts, type)
                                                                : create.GetProjectData(*text, type);
-        if (!table)
-            continue;
-        if (!joined) {
-            joined = std::move(table);
-            joined->Reserve(static_cast<int>(texts.size()));
-        } else if (!joined->InterSection(*table)) {
+        if (table && !join.Add(std::move(table)))
             throw NothingInCommon();
-        }
     }
-    return joined;
 }
 
 void ProjectDataBuilder::HideConstant(ColumnIDs const &columns) const {
@@ -117,22 +123,14 @@ ProjectData *ProjectDataBuilder::Build() const {
     boost::shared_ptr<NCModel const> const model = seriesModel != -1 ? project->GetModel(seriesModel) : nullptr;
     std::list<std::string> texts;
     m_selection->ToStdVectorString(texts);
-    TablePtr table = Read(texts);
-    if (!table)
+    TableJoin join(static_cast<int>(texts.size()));
+    Read(texts, join);
+    if (join.IsEmpty())
         return nullptr;
 
-    const_cast<SelectDataSeriesData *>(m_selection)->SetColumnIDs(&table->GetColumnIDs());
-    HideConstant(table->GetColumnIDs());
-    BoolVector const &objects = m_selection->GetSelectObjects();
-    std::unique_ptr<ColumnIDs> const selected =
-        DataSeriesUtilities::GetSelectedColumnIDs(m_selection->GetColumnIDs(), objects);
-    if (!selected)
-        throw NothingInCommon();
-    if (!(*selected == table->GetColumnIDs())) {
-        table = table->UseOnly(*selected);
-        if (!table)
-            throw NothingInCommon();
-    }
+    const_cast<SelectDataSeriesData *>(m_selection)->SetColumnIDs(&join.Columns());
+    HideConstant(join.Columns());
+    TablePtr table = join.Take(SelectedAmong(m_selection->GetSelectObjects()));
     if (m_selection->GetMode() == SelectDataSeriesData::AxisX && table->Rows() == 1)
         throw ProjectDataBuilderError(ExceptionMessage::translate("Not enough legal vectors to create the data."),
                                       NCError::Error);

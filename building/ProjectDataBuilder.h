@@ -11,6 +11,7 @@
 #include <vector>
 
 class SelectDataSeriesData;
+class TableJoin;
 
 namespace ProjectDataUtilities {
 
@@ -50,7 +51,8 @@ public:
     ProjectData *Transform(ProjectData *data) const;
 
 private:
-    TablePtr Read(std::list<std::string> const &texts) const;
+    // Nothing is added where the X axis is kept and gives nothing.
+    void Read(std::list<std::string> const &texts, TableJoin &join) const;
     void HideConstant(ColumnIDs const &columns) const;
     void RefuseTransformation() const;
     void Scale(ProjectData &data) const;

@@ -43,17 +43,22 @@ boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData 
     return source;
 }
 
+ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected) {
+    ColumnIDs::Positions positions(selected.Size());
+    int *const first = positions.MutableValues().data();
+    int *end = first;
+    int position = 0;
+    for (bool const flag : selected.Values()) {
+        *end = ++position;
+        end += flag ? 1 : 0;
+    }
+    positions.resize(static_cast<int>(end - first));
+    return positions;
+}
+
 std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected) {
-    if (!columns || columns->Size() == 0)
-        return nullptr;
-    std::span<bool const> const flags = selected.Values();
-    ColumnIDs::Positions kept;
-    kept.reserve(columns->Size());
-    int const size = std::min(columns->Size(), selected.Size());
-    for (int position = 1; position <= size; ++position)
-        if (flags[static_cast<std::size_t>(position - 1)])
-            kept.push_back(position);
-    if (kept.empty())
+    ColumnIDs::Positions const kept = GetSelectedPositions(selected);
+    if (!columns || columns->Size() == 0 || kept.empty() || kept[1] > columns->Size())
         return nullptr;
     auto reduced = std::make_unique<ColumnIDs>(*columns);
     if (kept.Size() < columns->Size())

@@ -3,6 +3,7 @@
 #include "platform/containers/BoolVector.h"
 #include "platform/export.h"
 #include "platform/forward.h"
+#include "platform/identity/ColumnIDs.h"
 
 #include <memory>
 
@@ -27,6 +28,8 @@ DATASERIES_API ArgumentType GetVectorArgumentType(SelectDataSeriesData const *se
 // The data behind the first vector in use that has any; empty when there is none.
 DATASERIES_API boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData const *selection);
 
+// The 1-based positions of the flags that are set, rising.
+DATASERIES_API ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected);
 // A copy with the columns whose flag is set; null when none is left or there are no columns.
 DATASERIES_API std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected);
 

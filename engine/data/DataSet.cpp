@@ -132,6 +132,8 @@ void ItemLists::Refresh(ProjectFile const &file) {
 DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project)
     : m_file(file), m_record(std::move(record)), m_items(items), m_project(project),
       m_observations(items.observations.GetInfoVector(items.observationsOf.at(m_record.number))),
+      m_observationColumns(ColumnIDs::Observations, ColumnIDs::Numbers(items.observationsOf.at(m_record.number)),
+                           project, m_record.number),
       m_variables(items.variablesOf.at(m_record.number)) {
     for (std::size_t column = 0; column < m_variables.size(); ++column)
         m_columns.emplace(m_variables[column], static_cast<int>(column));

@@ -2,6 +2,7 @@
 
 #include "engine/ProjectFile.h"
 #include "engine/models/Workset.h"
+#include "platform/identity/ColumnIDs.h"
 #include "platform/project/NCDataSet.h"
 #include "platform/storage/XercesXMLSection.h"
 
@@ -63,6 +64,9 @@ public:
     std::span<float const> Values(int column) const override;
     std::string Name(int column) const override;
 
+    // The observations as the columns of a table.
+    ColumnIDs const &ObservationColumns() const { return m_observationColumns; }
+
     // The column of a variable of the project, nothing when the data set does not have it.
     std::optional<int> ColumnOf(std::uint32_t variable) const;
 
@@ -72,6 +76,7 @@ private:
     ItemLists const &m_items;
     boost::weak_ptr<NCProject const> m_project;
     ObservationInfos m_observations;
+    ColumnIDs m_observationColumns;
     std::vector<std::uint32_t> m_variables;
     std::unordered_map<std::uint32_t, int> m_columns;
     mutable std::mutex m_reading;

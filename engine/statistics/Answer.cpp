@@ -6,7 +6,9 @@
 
 namespace engine {
 
-Answer::Answer(ColumnIDs columns) : m_columns(std::move(columns)), m_matrix(0, m_columns.Size()) {}
+Answer::Answer(ColumnIDs columns, std::size_t rows) : m_columns(std::move(columns)), m_matrix(0, m_columns.Size()) {
+    m_matrix.reserve(static_cast<int>(rows));
+}
 
 std::span<float> Answer::Add(std::string const &label) {
     m_labels.push_back(label);
@@ -24,6 +26,12 @@ std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> 
     auto const to = std::transform(values.begin(), values.end(), row.begin(), ToStored);
     std::transform(further.begin(), further.end(), to, ToStored);
     return row;
+}
+
+std::span<float> Answer::AddStored(std::string const &label, std::span<float const> values) {
+    m_labels.push_back(label);
+    m_matrix.AppendRow(values);
+    return m_matrix.MutableRow(m_matrix.Rows());
 }
 
 TablePtr Answer::Take() {

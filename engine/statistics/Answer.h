@@ -13,13 +13,16 @@ namespace engine {
 // Builds the table of an answer row by row. Here alone results are rounded to float.
 class Answer {
 public:
-    explicit Answer(ColumnIDs columns);
+    // With room for `rows` rows: to grow beyond them moves all.
+    explicit Answer(ColumnIDs columns, std::size_t rows = 1);
 
     // A row of missing values, open as below.
     std::span<float> Add(std::string const &label);
     // A row of one value for each column; what is not finite becomes missing. The row stays open for changes until the
     // next one is added.
     std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values);
+    // The same of values that were stored before, as they are.
+    std::span<float> AddStored(std::string const &label, std::span<float const> values);
     // The same from two parts, one behind the other.
     std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values,
                          Eigen::Ref<Vector const> const &further);

@@ -1,6 +1,7 @@
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
 #include "platform/containers/Missing.h"
+#include "platform/identity/PlaceOfItem_internal.h"
 
 #include <algorithm>
 
@@ -24,28 +25,30 @@ ColumnIDs VariableColumns(DataSet const &dataSet) {
 }
 
 // The places of the items of a list, all for null; items that are not there are dropped.
-template <typename NumberAt>
-std::vector<int> Places(IntList const *items, int size, NumberAt numberAt) {
+template <typename PlaceOf>
+std::vector<int> Places(IntList const *items, int size, PlaceOf placeOf) {
     std::vector<int> places;
     if (!items)
         for (int place = 0; place < size; ++place)
             places.push_back(place);
     else
         for (int const item : *items)
-            for (int place = 0; place < size; ++place)
-                if (numberAt(place) == static_cast<std::uint32_t>(item)) {
-                    places.push_back(place);
-                    break;
-                }
+            if (std::optional<int> const place = placeOf(static_cast<std::uint32_t>(item)))
+                places.push_back(*place);
     return places;
 }
 
 TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
     ObservationInfos const &all = dataSet.GetObservations();
     int const variables = static_cast<int>(dataSet.GetVariables().size());
-    Answer answer(VariableColumns(dataSet));
-    for (int const place : Places(observations, static_cast<int>(all.size()),
-                                  [&](int at) { return all[static_cast<std::size_t>(at)].GetUniqueID(); })) {
+    auto const numbers = dataSet.ObservationColumns().GetColumnIDs();
+    PlaceOfItem const placeOf(*numbers);
+    std::vector<int> const rows = Places(observations, static_cast<int>(all.size()), [&](std::uint32_t item) {
+        int const place = placeOf(item);
+        return place > 0 ? std::optional(place - 1) : std::nullopt;
+    });
+    Answer answer(VariableColumns(dataSet), rows.size());
+    for (int const place : rows) {
         auto const row =
             answer.Add(SetLabel(dataSet) + ".Obs(" +
                        dataSet.GetObservationAliases().GetAlias(1, all[static_cast<std::size_t>(place)]) + ")");
@@ -61,6 +64,8 @@ std::optional<RowRange> RowsOf(DataSet const &dataSet, int batch, int phase) {
 }
 
 ColumnIDs RowColumns(DataSet const &dataSet, RowRange const &range) {
+    if (range.count == dataSet.ObservationColumns().Size())
+        return dataSet.ObservationColumns();
     return ObservationColumns(
         std::span(dataSet.GetObservations())
             .subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count)),
@@ -71,14 +76,13 @@ TablePtr VariableRows(DataSet const &dataSet, IntList const *variables, int batc
     std::optional<RowRange> const range = RowsOf(dataSet, batch, phase);
     if (!range)
         return nullptr;
-    std::vector<std::uint32_t> const &all = dataSet.GetVariables();
-    Answer answer(RowColumns(dataSet, *range));
-    for (int const column :
-         Places(variables, static_cast<int>(all.size()), [&](int at) { return all[static_cast<std::size_t>(at)]; })) {
-        auto const row = answer.Add(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")");
-        std::ranges::copy(dataSet.Values(column).subspan(static_cast<std::size_t>(range->first), row.size()),
-                          row.begin());
-    }
+    std::vector<int> const columns = Places(variables, static_cast<int>(dataSet.GetVariables().size()),
+                                            [&](std::uint32_t item) { return dataSet.ColumnOf(item); });
+    Answer answer(RowColumns(dataSet, *range), columns.size());
+    for (int const column : columns)
+        answer.AddStored(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")",
+                         dataSet.Values(column).subspan(static_cast<std::size_t>(range->first),
+                                                        static_cast<std::size_t>(range->count)));
     return answer.Take();
 }
 

@@ -35,8 +35,9 @@ TablePtr ScoresOf(RowSource const &source, ScoreKind const &kind, IntList const 
         return nullptr;
     Matrix const &values = rows->AllScores().*kind.values;
     Eigen::VectorXi const &observed = rows->Predicted() ? rows->XObserved() : source.model.Fit().*kind.observed;
-    Answer answer(rows->Columns());
-    for (Index const component : ChosenComponents(components, values.cols()))
+    std::vector<Index> const chosen = ChosenComponents(components, values.cols());
+    Answer answer(rows->Columns(), chosen.size());
+    for (Index const component : chosen)
         MarkUnobserved(answer.Add(source.model.Label(source.Name(kind.name)) + ComponentLabel(component),
                                   rows->Of(values.col(component))),
                        rows->Of(observed));

@@ -42,6 +42,10 @@ public:
           m_scale(side.scales[static_cast<std::size_t>(term)]) {}
 
     Index Size() const { return m_rows.Size(); }
+    // What the data set holds for its rows, where that is what is observed in these units; else empty.
+    std::span<float const> Stored(Units units) const {
+        return units == Units::Scaled ? std::span<float const>() : m_plainCells;
+    }
     double Observed(Index row, Units units) const {
         std::size_t const place = m_rows.SourceRow(row);
         if (place < m_plainCells.size() && !IsMissing(m_plainCells[place])) {

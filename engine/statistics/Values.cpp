@@ -49,14 +49,18 @@ Predictor const yBlock{Side::Y,
                            return YVariancesOfSize(model.Fit(), model.Data(), quantity.predictive);
                        }};
 
-// Calls put(row, value) for each row of one term.
+// Calls put(row, value) with the value to be stored, for each row of one term.
 template <typename Put>
 void ForCells(RowSet const &rows, Predictor const &block, Index term, Quantity const &quantity, Vector const &variances,
               Put put) {
     TermCells const cells(rows, block.side(rows.Model()), term);
     if (quantity.kind == Quantity::Observed) {
-        for (Index i = 0; i < cells.Size(); ++i)
-            put(i, cells.Observed(i, quantity.units));
+        if (std::span<float const> const stored = cells.Stored(quantity.units); !stored.empty())
+            for (Index i = 0; i < cells.Size(); ++i)
+                put(i, stored[rows.SourceRow(i)]);
+        else
+            for (Index i = 0; i < cells.Size(); ++i)
+                put(i, ToStored(cells.Observed(i, quantity.units)));
         return;
     }
     Vector const predicted = block.predict(rows, term, quantity);
@@ -64,13 +68,13 @@ void ForCells(RowSet const &rows, Predictor const &block, Index term, Quantity c
     for (Index i = 0; i < cells.Size(); ++i)
         switch (quantity.kind) {
         case Quantity::Predicted:
-            put(i, cells.InUnits(i, predicted[i], quantity.units));
+            put(i, ToStored(cells.InUnits(i, predicted[i], quantity.units)));
             break;
         case Quantity::Residual:
-            put(i, cells.Residual(i, predicted[i], quantity.units));
+            put(i, ToStored(cells.Residual(i, predicted[i], quantity.units)));
             break;
         default:
-            put(i, cells.Residual(i, predicted[i], Units::Scaled) / deviation);
+            put(i, ToStored(cells.Residual(i, predicted[i], Units::Scaled) / deviation));
         }
 }
 
@@ -85,11 +89,12 @@ TablePtr ByTerm(std::string const &name, std::optional<RowSet> const &rows, Pred
         return nullptr;
     Side const side = block.side(rows->Model());
     Vector const variances = VariancesFor(rows->Model(), block, quantity);
-    Answer answer(rows->Columns());
-    for (Index const term : ChosenTerms(side.all, terms)) {
+    std::vector<Index> const chosen = ChosenTerms(side.all, terms);
+    Answer answer(rows->Columns(), chosen.size());
+    for (Index const term : chosen) {
         auto const row = answer.Add(rows->Model().Label(name) + side.Label(term));
         ForCells(*rows, block, term, quantity, variances,
-                 [row](Index i, double value) { row[static_cast<std::size_t>(i)] = ToStored(value); });
+                 [row](Index i, float value) { row[static_cast<std::size_t>(i)] = value; });
     }
     return answer.Take();
 }
@@ -116,14 +121,15 @@ TablePtr ByObservation(std::string const &name, std::optional<RowSet> const &row
     Side const side = block.side(rows->Model());
     Vector const variances = VariancesFor(rows->Model(), block, quantity);
     ColumnIDs const identity = rows->Columns();
-    Answer answer(side.columns);
-    for (Index const row : ChosenRows(*rows, observations)) {
+    std::vector<Index> const chosen = ChosenRows(*rows, observations);
+    Answer answer(side.columns, chosen.size());
+    for (Index const row : chosen) {
         RowSet const one = rows->Only(row);
         auto const values =
             answer.Add(rows->Model().Label(name) + "(" + identity.GetName(static_cast<int>(row) + 1) + ")");
         for (Index term = 0; term < side.columns.Size(); ++term)
             ForCells(one, block, term, quantity, variances,
-                     [&](Index, double value) { values[static_cast<std::size_t>(term)] = ToStored(value); });
+                     [&](Index, float value) { values[static_cast<std::size_t>(term)] = value; });
     }
     return answer.Take();
 }

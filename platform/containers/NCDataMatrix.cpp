@@ -1,10 +1,43 @@
 #include "platform/containers/NCDataMatrix.h"
 
+#include "platform/containers/ColumnPick_internal.h"
 #include "platform/containers/observed_internal.h"
+#include "platform/containers/vectorised_internal.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace {
 
 constexpr char const *container = "NCDataMatrix";
+
+// Of the observed values; both missing when there is none.
+DATASERIES_VECTORISED void FindExtremes(std::span<float const> values, float &minimum, float &maximum) {
+    // So many at a time, each with extremes of its own: the compiler makes vector instructions of it.
+    constexpr std::size_t lanes = 32;
+    constexpr float largest = std::numeric_limits<float>::max();
+    float least[lanes], most[lanes];
+    std::ranges::fill(least, largest);
+    std::ranges::fill(most, -largest);
+    std::size_t const whole = values.size() / lanes * lanes;
+    for (std::size_t at = 0; at < whole; at += lanes)
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            float const value = values[at + lane];
+            float const forLeast = value == missingValue ? largest : value;
+            float const forMost = value == missingValue ? -largest : value;
+            least[lane] = forLeast < least[lane] ? forLeast : least[lane];
+            most[lane] = forMost > most[lane] ? forMost : most[lane];
+        }
+    minimum = *std::ranges::min_element(least);
+    maximum = *std::ranges::max_element(most);
+    for (float const value : values.subspan(whole))
+        if (value != missingValue) {
+            minimum = std::min(minimum, value);
+            maximum = std::max(maximum, value);
+        }
+    if (minimum > maximum)
+        minimum = maximum = missingValue;
+}
 
 } // namespace
 
@@ -76,6 +109,34 @@ void NCDataMatrix<T>::AppendRows(NCDataMatrix const &other) {
 }
 
 template <typename T>
+void NCDataMatrix<T>::AppendRows(NCDataMatrix const &other, ColumnPick const &pick) {
+    if (m_rows == 0)
+        m_columns = static_cast<int>(pick.Size());
+    CheckWidth(pick.Size());
+    T *to = m_storage.OpenGap(m_storage.Size(), pick.Size() * static_cast<std::size_t>(other.m_rows)).data();
+    for (int row = 1; row <= other.m_rows; ++row, to += Width())
+        pick.Copy(other.Row(row).data(), to);
+    m_rows += other.m_rows;
+}
+
+template <typename T>
+void NCDataMatrix<T>::KeepColumns(ColumnPick const &pick) {
+    if (m_storage.IsShared() || !pick.IsRising()) {
+        NCDataMatrix kept;
+        kept.AppendRows(*this, pick);
+        kept.m_columns = static_cast<int>(pick.Size());
+        *this = std::move(kept);
+        return;
+    }
+    T *const values = m_storage.Write().data();
+    std::size_t const rows = static_cast<std::size_t>(m_rows);
+    for (std::size_t row = 0; row < rows; ++row)
+        pick.Copy(values + row * Width(), values + row * pick.Size());
+    m_columns = static_cast<int>(pick.Size());
+    m_storage.Truncate(rows * pick.Size());
+}
+
+template <typename T>
 NCDataVector<T> NCDataMatrix<T>::GetColumn(int column) const {
     NCDataVector<T> values(m_rows);
     T const *from = m_storage.Data() + ColumnOffset(column);
@@ -106,15 +167,7 @@ NCDataMatrix<T> NCDataMatrix<T>::Transpose() const {
 
 template <typename T>
 void NCDataMatrix<T>::GetRowMinMax(int row, T &minimum, T &maximum) const {
-    minimum = maximum = MissingMark;
-    for (T const value : Row(row)) {
-        if (value == MissingMark)
-            continue;
-        if (minimum == MissingMark)
-            minimum = maximum = value;
-        minimum = std::min(minimum, value);
-        maximum = std::max(maximum, value);
-    }
+    FindExtremes(Row(row), minimum, maximum);
 }
 
 template <typename T>

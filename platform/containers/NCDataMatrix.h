@@ -2,6 +2,8 @@
 
 #include "platform/containers/NCDataVector.h"
 
+class ColumnPick;
+
 // Table of numbers; instantiated for float. Rows and columns count from 1. The elements are contiguous, row after row;
 // copies share them until one is written. -99 is the mark of a missing value: statistics skip it, sum in double, and
 // answer -99 when nothing can be computed. A row or column outside the table is misuse (NCInternalError) unless the
@@ -60,6 +62,10 @@ public:
     void AppendRow();
     // Appends the rows of a table of the same width.
     void AppendRows(NCDataMatrix const &other);
+    // Appends the chosen columns of the rows of another table.
+    void AppendRows(NCDataMatrix const &other, ColumnPick const &pick);
+    // Keeps the chosen columns, within the memory of this table where nobody shares it.
+    void KeepColumns(ColumnPick const &pick);
 
     NCDataVector<T> GetColumn(int column) const;
     // The table with rows and columns exchanged; this one stays.

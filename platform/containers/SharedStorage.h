@@ -28,6 +28,11 @@ inline std::size_t CheckedOffset(char const *container, int position, std::size_
     return static_cast<std::size_t>(position) - 1;
 }
 
+// Memory for blocks of LargeBlock bytes and more.
+constexpr std::size_t LargeBlock = std::size_t(32) << 20;
+DATASERIES_API void *AllocateLarge(std::size_t bytes);
+DATASERIES_API void ReleaseLarge(void *block);
+
 // Contiguous elements that copies share until one of them is written. A copy is O(1); reading is one indirection and
 // never separates; each mutating operation first gives this object its own elements. Offsets count from 0 and are not
 // checked here.
@@ -57,6 +62,8 @@ public:
     bool SharesStorageWith(SharedStorage const &other) const {
         return m_block == other.m_block && m_size == other.m_size;
     }
+    // Another object has the same elements, so that writing would copy them.
+    bool IsShared() const { return m_block.use_count() > 1; }
     bool operator==(SharedStorage const &other) const {
         return SharesStorageWith(other) || std::ranges::equal(Values(), other.Values());
     }
@@ -110,6 +117,13 @@ public:
             std::ranges::copy(values, OpenGap(offset, values.size()).begin());
     }
 
+    // Keeps the first `size` elements; memory that this leaves unused for the most part is given back.
+    void Truncate(std::size_t size) {
+        m_size = size;
+        if (size < m_capacity / 2)
+            Reallocate(size);
+    }
+
     void Remove(std::size_t offset, std::size_t count) {
         Unlink();
         T *const first = m_block.get() + offset;
@@ -124,8 +138,16 @@ private:
         std::swap(m_capacity, other.m_capacity);
     }
 
+    // Uninitialised. The pages of a large one are large too where the system has such: to get each for the first time
+    // costs as much as to fill it.
+    static std::shared_ptr<T[]> NewBlock(std::size_t capacity) {
+        if (capacity * sizeof(T) < LargeBlock)
+            return std::make_shared_for_overwrite<T[]>(capacity);
+        return std::shared_ptr<T[]>(static_cast<T *>(AllocateLarge(capacity * sizeof(T))), ReleaseLarge);
+    }
+
     void Reallocate(std::size_t capacity) {
-        std::shared_ptr<T[]> block = std::make_shared_for_overwrite<T[]>(capacity);
+        std::shared_ptr<T[]> block = NewBlock(capacity);
         std::copy_n(m_block.get(), m_size, block.get());
         m_block = std::move(block);
         m_capacity = capacity;

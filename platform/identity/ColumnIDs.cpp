@@ -94,6 +94,57 @@ ColumnIDs::Positions PositionsWhere(int size, Predicate const &keep) {
     return positions;
 }
 
+// Each item is greater than the one before it.
+template <typename Item>
+bool IsRising(std::span<Item const> items) {
+    std::size_t falls = 0;
+    for (std::size_t at = 1; at < items.size(); ++at)
+        falls += items[at] <= items[at - 1];
+    return falls == 0;
+}
+
+// The first place from `at` on where the item is `item` or greater, by steps that double.
+template <typename Item>
+std::size_t SkipBelow(std::span<Item const> items, std::size_t at, Item item) {
+    std::size_t step = 1;
+    while (at + step < items.size() && items[at + step] < item)
+        step *= 2;
+    auto const from = items.begin() + static_cast<std::ptrdiff_t>(at + step / 2);
+    auto const to = items.begin() + static_cast<std::ptrdiff_t>(std::min(at + step + 1, items.size()));
+    return static_cast<std::size_t>(std::lower_bound(from, to, item) - items.begin());
+}
+
+// The places of the items that two rising lists have in common. They come in runs as a rule.
+template <typename Item>
+void MatchRising(std::span<Item const> mine, std::span<Item const> others, ColumnIDs::Positions &here,
+                 ColumnIDs::Positions &there) {
+    int const most = static_cast<int>(std::min(mine.size(), others.size()));
+    here = there = ColumnIDs::Positions(most);
+    int *const first = here.MutableValues().data();
+    int *toHere = first;
+    int *toThere = there.MutableValues().data();
+    std::size_t at = 0, otherAt = 0;
+    while (at < mine.size() && otherAt < others.size()) {
+        if (mine[at] < others[otherAt]) {
+            at = SkipBelow(mine, at, others[otherAt]);
+        } else if (others[otherAt] < mine[at]) {
+            otherAt = SkipBelow(others, otherAt, mine[at]);
+        } else {
+            std::size_t const longest = std::min(mine.size() - at, others.size() - otherAt);
+            auto const end = std::mismatch(mine.data() + at, mine.data() + at + longest, others.data() + otherAt);
+            std::ptrdiff_t const run = end.first - (mine.data() + at);
+            std::iota(toHere, toHere + run, static_cast<int>(at) + 1);
+            std::iota(toThere, toThere + run, static_cast<int>(otherAt) + 1);
+            toHere += run;
+            toThere += run;
+            at += static_cast<std::size_t>(run);
+            otherAt += static_cast<std::size_t>(run);
+        }
+    }
+    here.resize(static_cast<int>(toHere - first));
+    there.resize(here.Size());
+}
+
 std::string NumberText(double value) {
     return (boost::format("%1$.6g") % value).str();
 }
@@ -375,6 +426,11 @@ int ColumnIDs::InterSection(ColumnIDs const &other, Positions &here, Positions &
     if (GetSource() != other.GetSource())
         return 0;
     VisitAlike(Read().items, other.Read().items, [&]<typename List>(List const &mine, List const &others) {
+        if constexpr (std::is_integral_v<ItemOf<List>>)
+            if (IsRising(mine.Values()) && IsRising(others.Values())) {
+                MatchRising(mine.Values(), others.Values(), here, there);
+                return;
+            }
         PlaceOfItem<List> const place(others);
         there = Positions(mine.Size());
         int *match = there.MutableValues().data();

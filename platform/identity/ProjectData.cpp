@@ -1,11 +1,16 @@
 #include "platform/identity/ProjectData.h"
 
+#include "platform/containers/ColumnPick_internal.h"
 #include "platform/containers/Missing.h"
+#include "platform/containers/vectorised_internal.h"
 #include "platform/storage/VStreamableData.h"
 #include "platform/storage/streaming_internal.h"
 #include "platform/text/Exception.h"
 
 #include <boost/format.hpp>
+
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -13,14 +18,15 @@ VStreamableData Header() {
     return {1, "ProjectData"};
 }
 
-// Appends the rows of a table, cut down to the columns at `positions`.
-void AppendPicked(NCDataMatrix<float> &matrix, NCDataMatrix<float> const &added,
-                  ColumnIDs::Positions const &positions) {
-    std::vector<float> picked(positions.size());
-    for (int row = 1; row <= added.Rows(); ++row) {
-        float const *const from = added.Row(row).data();
-        std::ranges::transform(positions, picked.begin(), [from](int at) { return from[at - 1]; });
-        matrix.AppendRow(picked);
+// ToStored of each observed value times `multiplier` plus `offset`, without branches.
+DATASERIES_VECTORISED void Stretch(std::span<float> values, double multiplier, double offset) {
+    constexpr float largest = std::numeric_limits<float>::max();
+    float const besideMark = ToStored(missingValue);
+    for (float &value : values) {
+        float const stored = static_cast<float>(value * multiplier + offset);
+        float const genuine = stored == missingValue ? besideMark : stored;
+        float const finite = std::abs(genuine) <= largest ? genuine : missingValue;
+        value = value == missingValue ? missingValue : finite;
     }
 }
 
@@ -52,20 +58,26 @@ int ProjectData::GetColumnClass(int column) const {
 
 void ProjectData::Reserve(int rows) {
     m_rows.Reserve(rows);
-    m_reserved = rows;
     // What has the rows already stays shared with copies.
     if (rows > Rows())
         m_matrix.reserve(rows);
 }
 
-void ProjectData::KeepColumns(ColumnIDs::Positions const &positions, int rowsToCome) {
-    NCDataMatrix<float> kept(0, positions.Size());
-    kept.reserve(std::max(m_reserved, Rows() + rowsToCome));
-    AppendPicked(kept, m_matrix, positions);
-    m_matrix = std::move(kept);
+void ProjectData::KeepColumns(ColumnIDs::Positions const &positions) {
+    m_matrix.KeepColumns(ColumnPick(positions));
+    m_columns.Reduce(positions);
+    KeepMarks(positions);
+}
+
+void ProjectData::KeepMarks(ColumnIDs::Positions const &positions) {
     m_classes = Picked(m_classes, positions);
     m_groups = Picked(m_groups, positions);
-    m_columns.Reduce(positions);
+}
+
+void ProjectData::AppendLabels(ProjectData const &other) {
+    for (auto const &[row, format] : std::map<int, std::string>(other.m_formats))
+        m_formats[Rows() + row] = format;
+    m_rows.Append(other.m_rows);
 }
 
 bool ProjectData::InterSection(ProjectData const &other) {
@@ -79,13 +91,11 @@ bool ProjectData::InterSection(ProjectData const &other) {
         break;
     default:
         if (here.Size() < Columns())
-            KeepColumns(here, other.Rows());
-        AppendPicked(m_matrix, other.m_matrix, there);
+            KeepColumns(here);
+        m_matrix.AppendRows(other.m_matrix, ColumnPick(there));
     }
     m_columns.MergeBatches(other.m_columns);
-    for (auto const &[row, format] : std::map<int, std::string>(other.m_formats))
-        m_formats[Rows() + row] = format;
-    m_rows.Append(other.m_rows);
+    AppendLabels(other);
     return true;
 }
 
@@ -97,7 +107,7 @@ std::unique_ptr<ProjectData> ProjectData::UseOnly(ColumnIDs const &ids) const {
         return nullptr;
     auto reduced = std::make_unique<ProjectData>(*this);
     if (common == 1)
-        reduced->KeepColumns(here, 0);
+        reduced->KeepColumns(here);
     return reduced;
 }
 
@@ -108,9 +118,7 @@ void ProjectData::AdjustRows(std::vector<float> const &multipliers, std::vector<
         float const offset = offsets[static_cast<std::size_t>(row - 1)];
         if (multiplier == 1.0f && offset == 0.0f)
             continue;
-        for (float &value : m_matrix.MutableRow(row))
-            if (!IsMissing(value))
-                value = ToStored(static_cast<double>(value) * multiplier + offset);
+        Stretch(m_matrix.MutableRow(row), multiplier, offset);
         if (label)
             m_rows.SetName(row, (boost::format("%1% * %2% %3% %4%") % m_rows.GetName(row) % multiplier %
                                  (offset < 0.0f ? "-" : "+") % std::abs(offset))

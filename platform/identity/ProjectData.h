@@ -70,12 +70,16 @@ public:
     friend DATASERIES_API std::istream &operator>>(std::istream &stream, ProjectData &data);
 
 private:
-    void KeepColumns(ColumnIDs::Positions const &positions, int rowsToCome);
+    friend class TableJoin;
+
+    void KeepColumns(ColumnIDs::Positions const &positions);
+    // Cuts down what is told of columns beside their identity.
+    void KeepMarks(ColumnIDs::Positions const &positions);
+    void AppendLabels(ProjectData const &other);
 
     RowIDs m_rows;
     ColumnIDs m_columns;
     NCDataMatrix<float> m_matrix;
-    int m_reserved = 0;
     std::vector<int> m_classes;
     std::map<int, std::string> m_formats; // of rows of numbers, by row
     ColumnIDs m_original;

@@ -8,9 +8,12 @@
 #include "tests/support/RecordingProject.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <random>
 #include <sstream>
 
 namespace {
@@ -152,6 +155,83 @@ TEST_F(Build, JoinsAxesAndSeries) {
         for (int column = 1; column <= found.Size(); ++column)
             names += (column > 1 ? " " : "") + found.GetName(column);
         EXPECT_EQ(names, columns) << letters;
+    }
+}
+
+// Tables over hundreds of items that share some of them, in runs and scattered, in rising and other orders, against a
+// join that looks up each item.
+TEST_F(Build, GivesWhatRandomTablesShare) {
+    std::mt19937 random(5);
+    auto const below = [&](unsigned limit) { return static_cast<std::uint32_t>(random() % limit); };
+    for (int round = 0; round < 300; ++round) {
+        std::vector<ColumnIDs::Numbers> lists(1 + below(4));
+        for (ColumnIDs::Numbers &list : lists) {
+            std::vector<std::uint32_t> items;
+            std::uint32_t const step = 1 + below(3), gap = below(300);
+            for (std::uint32_t item = 1 + below(20); item < 400; item += step)
+                if (item < gap || item > gap + 40)
+                    items.push_back(item);
+            if (below(4) == 0)
+                std::ranges::shuffle(items, random);
+            list = ColumnIDs::Numbers(items);
+        }
+        std::string letters = "--";
+        while (letters.size() < 3 + static_cast<std::size_t>(round) % 6)
+            letters += static_cast<char>('a' + below(static_cast<unsigned>(lists.size())));
+        auto const listOf = [&](char letter) -> auto const & {
+            return lists[static_cast<std::size_t>(letter - 'a')];
+        };
+        auto const value = [](char letter, std::uint32_t item) {
+            return item % 7 == 0 ? -99.0f : static_cast<float>((item * 37) % 101) + static_cast<float>(letter);
+        };
+        m_vector.columns = [&](ProjectPtr const &, std::string const &args) {
+            return ColumnIDs(ColumnIDs::Observations, listOf(Letter(args)), {}, 1);
+        };
+        m_vector.table = [&](ProjectPtr const &project, std::string const &args) {
+            NCDataMatrix<float> matrix;
+            NCDataVector<float> row;
+            for (std::uint32_t const item : listOf(Letter(args)))
+                row.push_back(value(Letter(args), item));
+            matrix.AppendRow(row.Values());
+            return std::make_unique<ProjectData>(RowIDs("row", project), m_vector.columns(project, args),
+                                                 std::move(matrix));
+        };
+        std::vector<std::uint32_t> common;
+        for (std::uint32_t const item : listOf(letters[2]))
+            if (std::all_of(letters.begin() + 2, letters.end(),
+                            [&](char letter) { return std::ranges::count(listOf(letter), item) == 1; }))
+                common.push_back(item);
+        SCOPED_TRACE(testing::Message() << "round " << round << ", " << letters << ", " << common.size());
+        Selection selection = Make(letters);
+        Builder const builder(&selection);
+        if (common.empty()) {
+            EXPECT_EQ(Result(builder), noCommon);
+            continue;
+        }
+        std::unique_ptr<ProjectData> table(builder.Build());
+        if (below(2) == 0) {
+            BoolVector objects = selection.GetSelectObjects();
+            std::vector<std::uint32_t> kept;
+            for (int place = 1; place <= objects.Size(); ++place)
+                if ((objects(place) = place == 1 || (place > 60 && place < 90) || place % 5 != 0))
+                    kept.push_back(common[static_cast<std::size_t>(place - 1)]);
+            common = kept;
+            selection.SetSelectObjects(objects);
+            table.reset(builder.Build());
+        }
+        EXPECT_THAT(*table->GetColumnIDs().GetColumnIDs(), testing::ElementsAreArray(common));
+        ASSERT_EQ(table->Rows(), static_cast<int>(letters.size()) - 2);
+        for (int row = 1; row <= table->Rows(); ++row) {
+            std::vector<float> expected, observed;
+            for (std::uint32_t const item : common)
+                expected.push_back(value(letters[static_cast<std::size_t>(row) + 1], item));
+            std::ranges::copy_if(expected, std::back_inserter(observed), [](float each) { return each != -99.0f; });
+            EXPECT_THAT(table->GetMatrix().Row(row), testing::ElementsAreArray(expected));
+            float least = 0, most = 0;
+            table->GetMatrix().GetRowMinMax(row, least, most);
+            EXPECT_EQ(least, observed.empty() ? -99.0f : std::ranges::min(observed));
+            EXPECT_EQ(most, observed.empty() ? -99.0f : std::ranges::max(observed));
+        }
     }
 }
 

@@ -1,0 +1,120 @@
+#include "platform/containers/ColumnPick_internal.h"
+#include "platform/identity/TableJoin_internal.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+using Positions = std::optional<ColumnIDs::Positions>;
+
+// The positions that `inner` has at the positions of `outer`.
+Positions Compose(Positions inner, Positions const &outer) {
+    if (!inner || !outer)
+        return inner ? inner : outer;
+    ColumnIDs::Positions composed(outer->Size());
+    int const *const from = inner->GetPtr();
+    std::ranges::transform(*outer, composed.MutableValues().begin(), [from](int at) { return from[at - 1]; });
+    return composed;
+}
+
+} // namespace
+
+bool TableJoin::Add(TablePtr table) {
+    --m_toCome;
+    ColumnIDs const &columns = table->GetColumnIDs();
+    auto const alike =
+        std::ranges::find_if(m_pieces, [&](Piece const &piece) { return piece.table->GetColumnIDs() == columns; });
+    Piece piece{nullptr, static_cast<std::size_t>(alike - m_pieces.begin()), {}, {}};
+    if (m_pieces.empty()) {
+        m_columns = columns;
+    } else if (alike == m_pieces.end()) {
+        ColumnIDs::Positions here, there;
+        switch (m_columns.InterSection(columns, here, there, 1)) {
+        case 0:
+            return false;
+        case 2:
+            break;
+        default:
+            if (here.Size() < m_columns.Size()) {
+                m_columns.Reduce(here);
+                piece.here = std::move(here);
+            }
+            piece.there = std::move(there);
+        }
+    }
+    m_columns.MergeBatches(columns);
+    if (!m_pieces.empty() && m_pieces.back().columnsOf == piece.columnsOf) {
+        ProjectData &before = *m_pieces.back().table;
+        before.Reserve(before.Rows() + (m_toCome + 1) * table->Rows());
+        before.m_matrix.AppendRows(table->m_matrix);
+        before.AppendLabels(*table);
+        return true;
+    }
+    piece.table = std::move(table);
+    m_pieces.push_back(std::move(piece));
+    return true;
+}
+
+// For each piece with columns of its own, where the columns of the result are. Backwards: each step leads from the
+// columns common to the pieces up to there to those before it.
+std::vector<TableJoin::Positions> TableJoin::PlacesOfColumns(Positions const &kept) {
+    std::vector<Positions> places(m_pieces.size());
+    Positions common = kept;
+    for (std::size_t at = m_pieces.size(); at-- > 0;) {
+        Piece &piece = m_pieces[at];
+        if (piece.columnsOf != at)
+            continue;
+        places[at] = Compose(std::move(piece.there), common);
+        common = Compose(std::move(piece.here), common);
+    }
+    return places;
+}
+
+TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
+    if (m_pieces.empty())
+        return nullptr;
+    std::vector<Positions> const places = PlacesOfColumns(kept);
+    TablePtr joined = std::move(m_pieces.front().table);
+    if (m_pieces.size() == 1) {
+        if (places.front())
+            joined->KeepColumns(*places.front());
+    } else {
+        if (kept)
+            m_columns.Reduce(*kept);
+        joined->m_columns = m_columns;
+        if (places.front())
+            joined->KeepMarks(*places.front());
+        CopyRows(*joined, places);
+    }
+    m_pieces.clear();
+    return joined;
+}
+
+// Of the first table all but its numbers and the labels of further rows is there already.
+void TableJoin::CopyRows(ProjectData &joined, std::vector<Positions> const &places) {
+    int rows = joined.Rows();
+    for (Piece const &piece : std::span(m_pieces).subspan(1))
+        rows += piece.table->Rows();
+    NCDataMatrix<float> matrix(0, m_columns.Size());
+    matrix.reserve(rows);
+    std::vector<std::optional<ColumnPick>> picks(m_pieces.size());
+    for (std::size_t at = 0; at < m_pieces.size(); ++at) {
+        Piece &piece = m_pieces[at];
+        NCDataMatrix<float> const &from = at == 0 ? joined.m_matrix : piece.table->m_matrix;
+        Positions const &positions = places[piece.columnsOf];
+        std::optional<ColumnPick> &pick = picks[piece.columnsOf];
+        if (positions && !pick)
+            pick.emplace(*positions);
+        if (pick)
+            matrix.AppendRows(from, *pick);
+        else
+            matrix.AppendRows(from);
+        if (at == 0)
+            joined.m_matrix.Clear();
+        else
+            joined.AppendLabels(*piece.table);
+        piece.table.reset();
+    }
+    joined.m_matrix = std::move(matrix);
+}
