@@ -32,12 +32,12 @@ DATASERIES_VECTORISED void Stretch(std::span<float> values, double multiplier, d
 
 // Of a list that tells something of each column, or is shorter.
 template <typename Item>
-std::vector<Item> Picked(std::vector<Item> const &list, ColumnIDs::Positions const &positions) {
+std::vector<Item> Picked(std::vector<Item> const &list, ColumnPick const &pick) {
     std::vector<Item> picked;
     if (list.empty())
         return picked;
-    picked.reserve(positions.size());
-    for (int const position : positions)
+    picked.reserve(pick.Size());
+    for (int const position : pick.ToPositions())
         picked.push_back(position <= static_cast<int>(list.size()) ? list[static_cast<std::size_t>(position - 1)]
                                                                    : Item());
     return picked;
@@ -64,14 +64,15 @@ void ProjectData::Reserve(int rows) {
 }
 
 void ProjectData::KeepColumns(ColumnIDs::Positions const &positions) {
-    m_matrix.KeepColumns(ColumnPick(positions));
+    ColumnPick const pick(positions);
+    m_matrix.KeepColumns(pick);
     m_columns.Reduce(positions);
-    KeepMarks(positions);
+    KeepMarks(pick);
 }
 
-void ProjectData::KeepMarks(ColumnIDs::Positions const &positions) {
-    m_classes = Picked(m_classes, positions);
-    m_groups = Picked(m_groups, positions);
+void ProjectData::KeepMarks(ColumnPick const &pick) {
+    m_classes = Picked(m_classes, pick);
+    m_groups = Picked(m_groups, pick);
 }
 
 void ProjectData::AppendLabels(ProjectData const &other) {

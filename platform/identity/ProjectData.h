@@ -74,7 +74,7 @@ private:
 
     void KeepColumns(ColumnIDs::Positions const &positions);
     // Cuts down what is told of columns beside their identity.
-    void KeepMarks(ColumnIDs::Positions const &positions);
+    void KeepMarks(ColumnPick const &pick);
     void AppendLabels(ProjectData const &other);
 
     RowIDs m_rows;

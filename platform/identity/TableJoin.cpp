@@ -1,4 +1,3 @@
-#include "platform/containers/ColumnPick_internal.h"
 #include "platform/identity/TableJoin_internal.h"
 
 #include <algorithm>
@@ -6,16 +5,10 @@
 
 namespace {
 
-using Positions = std::optional<ColumnIDs::Positions>;
+using Pick = std::optional<ColumnPick>;
 
-// The positions that `inner` has at the positions of `outer`.
-Positions Compose(Positions inner, Positions const &outer) {
-    if (!inner || !outer)
-        return inner ? inner : outer;
-    ColumnIDs::Positions composed(outer->Size());
-    int const *const from = inner->GetPtr();
-    std::ranges::transform(*outer, composed.MutableValues().begin(), [from](int at) { return from[at - 1]; });
-    return composed;
+Pick Compose(Pick inner, Pick const &outer) {
+    return inner && outer ? inner->At(*outer) : inner ? std::move(inner) : outer;
 }
 
 } // namespace
@@ -38,9 +31,9 @@ bool TableJoin::Add(TablePtr table) {
         default:
             if (here.Size() < m_columns.Size()) {
                 m_columns.Reduce(here);
-                piece.here = std::move(here);
+                piece.here.emplace(std::move(here));
             }
-            piece.there = std::move(there);
+            piece.there.emplace(std::move(there));
         }
     }
     m_columns.MergeBatches(columns);
@@ -58,9 +51,8 @@ bool TableJoin::Add(TablePtr table) {
 
 // For each piece with columns of its own, where the columns of the result are. Backwards: each step leads from the
 // columns common to the pieces up to there to those before it.
-std::vector<TableJoin::Positions> TableJoin::PlacesOfColumns(Positions const &kept) {
-    std::vector<Positions> places(m_pieces.size());
-    Positions common = kept;
+std::vector<TableJoin::Pick> TableJoin::PlacesOfColumns(Pick common) {
+    std::vector<Pick> places(m_pieces.size());
     for (std::size_t at = m_pieces.size(); at-- > 0;) {
         Piece &piece = m_pieces[at];
         if (piece.columnsOf != at)
@@ -74,12 +66,12 @@ std::vector<TableJoin::Positions> TableJoin::PlacesOfColumns(Positions const &ke
 TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
     if (m_pieces.empty())
         return nullptr;
-    std::vector<Positions> const places = PlacesOfColumns(kept);
     TablePtr joined = std::move(m_pieces.front().table);
     if (m_pieces.size() == 1) {
-        if (places.front())
-            joined->KeepColumns(*places.front());
+        if (kept)
+            joined->KeepColumns(*kept);
     } else {
+        std::vector<Pick> const places = PlacesOfColumns(kept ? Pick(*kept) : std::nullopt);
         if (kept)
             m_columns.Reduce(*kept);
         joined->m_columns = m_columns;
@@ -92,29 +84,22 @@ TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
 }
 
 // Of the first table all but its numbers and the labels of further rows is there already.
-void TableJoin::CopyRows(ProjectData &joined, std::vector<Positions> const &places) {
+void TableJoin::CopyRows(ProjectData &joined, std::vector<Pick> const &places) {
     int rows = joined.Rows();
     for (Piece const &piece : std::span(m_pieces).subspan(1))
         rows += piece.table->Rows();
     NCDataMatrix<float> matrix(0, m_columns.Size());
     matrix.reserve(rows);
-    std::vector<std::optional<ColumnPick>> picks(m_pieces.size());
     for (std::size_t at = 0; at < m_pieces.size(); ++at) {
         Piece &piece = m_pieces[at];
-        NCDataMatrix<float> const &from = at == 0 ? joined.m_matrix : piece.table->m_matrix;
-        Positions const &positions = places[piece.columnsOf];
-        std::optional<ColumnPick> &pick = picks[piece.columnsOf];
-        if (positions && !pick)
-            pick.emplace(*positions);
-        if (pick)
+        NCDataMatrix<float> &from = at == 0 ? joined.m_matrix : piece.table->m_matrix;
+        if (Pick const &pick = places[piece.columnsOf])
             matrix.AppendRows(from, *pick);
         else
             matrix.AppendRows(from);
-        if (at == 0)
-            joined.m_matrix.Clear();
-        else
+        from.Clear();
+        if (at > 0)
             joined.AppendLabels(*piece.table);
-        piece.table.reset();
     }
     joined.m_matrix = std::move(matrix);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/containers/ColumnPick_internal.h"
 #include "platform/identity/ProjectData.h"
 
 #include <cstddef>
@@ -26,17 +27,17 @@ public:
     TablePtr Take(std::optional<ColumnIDs::Positions> const &kept = {});
 
 private:
-    using Positions = std::optional<ColumnIDs::Positions>; // nothing: all, in their order
+    using Pick = std::optional<ColumnPick>; // nothing: all, in their order
 
     struct Piece {
         TablePtr table;
         std::size_t columnsOf; // the first piece that has the same columns
         // The columns that were found in common, as positions among those common to the pieces before, and in here.
-        Positions here, there;
+        Pick here, there;
     };
 
-    std::vector<Positions> PlacesOfColumns(Positions const &kept);
-    void CopyRows(ProjectData &joined, std::vector<Positions> const &places);
+    std::vector<Pick> PlacesOfColumns(Pick common);
+    void CopyRows(ProjectData &joined, std::vector<Pick> const &places);
 
     std::vector<Piece> m_pieces;
     ColumnIDs m_columns;
