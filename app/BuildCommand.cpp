@@ -135,7 +135,7 @@ void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, Pr
     Decorate(*selection.GetProject(), drawn, selection.GetVectorType(), selection.GetExtraOptions().significance, table,
              style);
     std::string const script = PlotScript(table, selection.GetVectorType(), style);
-    DraftFile file(request.picture);
+    DraftFile file(request.picture, request.project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
 }
@@ -144,6 +144,8 @@ void Build(BuildRequest const &request) {
     std::string const kind = request.picture.extension().string();
     if (!request.picture.empty() && kind != ".png" && kind != ".svg")
         throw UsageError("The picture " + request.picture.string() + " is neither .svg nor .png");
+    if (!request.file.empty())
+        CheckApart(request.file, request.project);
     auto const project = engine::Project::OpenToRead(request.project);
     Axis const axis = AxisFor(*project, request);
     SelectDataSeriesData selection(project, ModeOf(request), axis, -1, ProjectVector::ObsAndPred);
@@ -163,7 +165,7 @@ void Build(BuildRequest const &request) {
     if (!request.picture.empty())
         Draw(request, selection, *labelled);
     if (request.picture.empty() || !request.file.empty()) {
-        Output output(request.file);
+        Output output(request.file, request.project);
         WriteTable(*labelled, request.format, output);
         output.Finish();
     }

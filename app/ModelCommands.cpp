@@ -127,12 +127,15 @@ void ListModels(ListRequest const &request) {
 
 void ListDataSets(ListRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
-    Listing listing({"data_set", "name", "kind", "model", "observations", "variables"});
+    Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
     for (engine::DataSetRecord const &record : project->DataSets()) {
         bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
-        Listing::Cell const none = std::numeric_limits<double>::quiet_NaN();
-        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data",
-                     isPrediction ? Listing::Cell(record.model) : none, record.observations, record.variables});
+        bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
+        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data", record.observations,
+                     record.variables,
+                     isCurrent      ? "yes"
+                     : isPrediction ? "no"
+                                    : Listing::Cell(std::numeric_limits<double>::quiet_NaN())});
     }
     Output output;
     listing.Write(output, request.format);

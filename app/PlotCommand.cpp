@@ -30,7 +30,7 @@ void Plot(PlotRequest request) {
             series.table->Rows());
     Decorate(*project, series.series, series.axis, significanceOfModel, *series.table, request.style);
     std::string const script = PlotScript(*series.table, series.axis, request.style);
-    DraftFile file(request.file);
+    DraftFile file(request.file, request.series.project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
 }

@@ -18,7 +18,7 @@ struct TableRequest {
 void Table(TableRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.series.project);
     TablePtr const table = ReadSeries(*project, request.series).table;
-    Output output(request.file);
+    Output output(request.file, request.series.project);
     WriteTable(*table, request.format, output);
     output.Finish();
 }

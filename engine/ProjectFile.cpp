@@ -20,9 +20,16 @@ std::filesystem::path ExistingPath(std::filesystem::path const &path) {
     return RealPath(path);
 }
 
+// What SQLite keeps beside a file.
+constexpr char const *sideEndings[] = {"-wal", "-shm", "-journal"};
+
+std::filesystem::path DraftOf(std::filesystem::path const &path) {
+    return path.string() + ".new";
+}
+
 // What a killed process left beside a project that is no more would be taken for a part of the new one.
 void RemoveLeftovers(std::filesystem::path const &path) {
-    for (char const *ending : {"-wal", "-shm", "-journal"})
+    for (char const *ending : sideEndings)
         std::filesystem::remove(path.string() + ending);
 }
 
@@ -39,12 +46,6 @@ void CheckShape(NewDataSet const &dataSet) {
         std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; });
     if (!even)
         throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("columns of unequal length"));
-    if ((dataSet.kind == DataSetKind::Prediction) != (dataSet.model > 0))
-        throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("a model with no prediction set"));
-}
-
-bool IsPredictionSet(DataSetRecord const &dataSet, int model) {
-    return dataSet.kind == DataSetKind::Prediction && dataSet.model == model;
 }
 
 std::vector<std::byte> Copy(std::span<std::byte const> bytes) {
@@ -66,7 +67,7 @@ ProjectFile ProjectFile::Create(std::filesystem::path const &path) {
         WriterLock const lock(real);
         if (std::filesystem::exists(real))
             throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
-        std::filesystem::path const draft = real.string() + ".new";
+        std::filesystem::path const draft = DraftOf(real);
         std::filesystem::remove(draft);
         RemoveLeftovers(draft);
         RemoveLeftovers(real);
@@ -82,6 +83,17 @@ ProjectFile ProjectFile::OpenToWrite(std::filesystem::path const &path) {
 
 ProjectFile ProjectFile::OpenToRead(std::filesystem::path const &path) {
     return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), false));
+}
+
+std::vector<std::filesystem::path> ProjectFile::FilesOf(std::filesystem::path const &path) {
+    std::filesystem::path const real = RealPath(path);
+    std::vector<std::filesystem::path> files = {WriterLock::PathOf(real)};
+    for (std::filesystem::path const &file : {real, DraftOf(real)}) {
+        files.push_back(file);
+        for (char const *ending : sideEndings)
+            files.push_back(file.string() + ending);
+    }
+    return files;
 }
 
 std::filesystem::path const &ProjectFile::Path() const {
@@ -123,19 +135,10 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
     CheckShape(dataSet);
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
-    if (dataSet.kind == DataSetKind::Prediction) {
-        file.Model(dataSet.model);
-        if (dataSet.name.empty())
-            for (StoredDataSet const &old : file.DataSets())
-                if (old.name.empty() && IsPredictionSet(old, dataSet.model))
-                    DeleteDataSet(old.number);
-    }
-
     StoredDataSet stored;
-    stored.number = file.NextDataSet();
+    stored.number = file.Next(Counter::DataSet);
     stored.name = dataSet.name;
     stored.kind = dataSet.kind;
-    stored.model = dataSet.model;
     stored.observations = dataSet.observations.front().texts.size();
     stored.variables = dataSet.columns.size();
     stored.observationIdentifiers = dataSet.observations.size();
@@ -148,6 +151,8 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
         file.ReplaceBlock(Part::Column, stored.number, static_cast<int>(column + 1), {},
                           std::as_bytes(std::span(dataSet.columns[column])));
     }
+    if (stored.kind == DataSetKind::Prediction)
+        file.SetCounter(Counter::CurrentPredictionSet, stored.number);
     progress.Report(1.0);
     change.Commit();
     return stored.number;
@@ -157,8 +162,6 @@ void ProjectFile::RenameDataSet(int number, std::string_view name) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
     StoredDataSet dataSet = file.DataSet(number);
-    if (name.empty() && dataSet.kind == DataSetKind::Prediction)
-        throw NCError(ExceptionMessage::translate("Prediction set {1} needs a name.") % number, NCError::Error);
     dataSet.name = name;
     file.ReplaceDataSet(dataSet);
     change.Commit();
@@ -173,6 +176,25 @@ void ProjectFile::DeleteDataSet(int number) {
                           user,
                       NCError::Error);
     file.DeleteDataSet(number);
+    if (file.CounterValue(Counter::CurrentPredictionSet) == number) {
+        int newest = 0;
+        for (StoredDataSet const &left : file.DataSets())
+            newest = left.kind == DataSetKind::Prediction ? left.number : newest;
+        file.SetCounter(Counter::CurrentPredictionSet, newest);
+    }
+    change.Commit();
+}
+
+int ProjectFile::CurrentPredictionSet() const {
+    return m_implementation->CounterValue(Counter::CurrentPredictionSet);
+}
+
+void ProjectFile::UsePredictionSet(int number) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    if (file.DataSet(number).kind != DataSetKind::Prediction)
+        throw NCError(ExceptionMessage::translate("Data set {1} is no prediction set.") % number, NCError::Error);
+    file.SetCounter(Counter::CurrentPredictionSet, number);
     change.Commit();
 }
 
@@ -197,7 +219,7 @@ std::optional<std::vector<std::byte>> ProjectFile::Results(int model) const {
 int ProjectFile::AddModel(std::string_view name, std::span<int const> dataSets, std::span<std::byte const> definition) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
-    int const number = file.NextModel();
+    int const number = file.Next(Counter::Model);
     file.ReplaceModel({number, {}, {}, false});
     ChangeModel(number, name, dataSets, definition);
     change.Commit();
@@ -242,9 +264,6 @@ void ProjectFile::DeleteModel(int number) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
     file.DeleteModel(number);
-    for (StoredDataSet const &dataSet : file.DataSets())
-        if (IsPredictionSet(dataSet, number))
-            DeleteDataSet(dataSet.number);
     change.Commit();
 }
 

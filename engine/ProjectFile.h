@@ -16,7 +16,7 @@ namespace engine {
 
 enum class DataSetKind {
     Data,
-    Prediction // observations that were brought into a model
+    Prediction // observations that models predict
 };
 
 // What a project knows of a data set without reading its values.
@@ -24,7 +24,6 @@ struct DataSetRecord {
     int number = 0; // counted from 1, never given twice
     std::string name;
     DataSetKind kind = DataSetKind::Data;
-    int model = 0; // of a prediction set: the model it was made for; else 0
     std::size_t observations = 0;
     std::size_t variables = 0;
 };
@@ -36,7 +35,6 @@ struct NewDataSet {
     std::span<TextColumn const> variables;       // at least one, each with a text for every variable
     std::span<std::vector<float> const> columns; // for each variable a value for every observation, -99 missing
     DataSetKind kind = DataSetKind::Data;
-    int model = 0;
 };
 
 // What a project knows of a model without reading its definition or results.
@@ -67,6 +65,10 @@ public:
     ProjectFile &operator=(ProjectFile &&other) noexcept;
     ~ProjectFile();
 
+    // The files that belong to a project: the one of that path, whatever its spelling, and those that stand beside it
+    // while it is made, open or left by a killed process.
+    static std::vector<std::filesystem::path> FilesOf(std::filesystem::path const &path);
+
     std::filesystem::path const &Path() const;
     bool IsWritable() const;
 
@@ -78,13 +80,18 @@ public:
     // The values of one variable, counted from 1.
     std::vector<float> Column(int dataSet, int variable) const;
 
-    // Answers the number of the data set. A prediction set without a name replaces the one without a name that its
-    // model had. Throws Cancelled, with nothing stored.
+    // Answers the number of the data set. A prediction set becomes the current one. Throws Cancelled, with nothing
+    // stored.
     int AddDataSet(NewDataSet const &dataSet, Progress const &progress = {});
-    // A name keeps a prediction set from being replaced, so it can't be taken away again.
     void RenameDataSet(int number, std::string_view name);
-    // Throws NCError when a model is made of it.
+    // Throws NCError when a model is made of it. In place of the current prediction set, the newest one becomes
+    // current.
     void DeleteDataSet(int number);
+
+    // The number of the prediction set that models predict; 0 when there is none.
+    int CurrentPredictionSet() const;
+    // NCError when the number is not that of a prediction set.
+    void UsePredictionSet(int number);
 
     std::vector<ModelRecord> Models() const;
     ModelRecord Model(int number) const;
@@ -99,7 +106,6 @@ public:
                      std::span<std::byte const> definition);
     void SetResults(int model, std::span<std::byte const> results);
     void DropResults(int model);
-    // With its prediction sets. Throws NCError when another model is made of one of these.
     void DeleteModel(int number);
 
     // In the order of their bytes.

@@ -84,8 +84,8 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_EQ(Fields(Done("models a.project --format csv"))[2],
               (std::vector<std::string>{"2", "M2", "PLS", "1", "8", "3", "1", "1", "yes"}));
     EXPECT_EQ(Done("datasets a.project --format json"),
-              "[\n {\"data_set\": 1, \"name\": \"a\", \"kind\": \"data\", \"model\": null, \"observations\": 8, "
-              "\"variables\": 4}\n]\n");
+              "[\n {\"data_set\": 1, \"name\": \"a\", \"kind\": \"data\", \"observations\": 8, "
+              "\"variables\": 4, \"current\": null}\n]\n");
 
     std::string const csv = Done("table a.project 't M1,1,0,0' 't M1,2,0,0' 'Num M1,0,0,0' --format csv");
     EXPECT_THAT(csv, StartsWith("id,M1.t[1],M1.t[2],Num\nx1,"));
@@ -103,8 +103,7 @@ TEST_F(Program, GoesTheWholeRoad) {
         "VarID,Num,M1.p[1],M2.w*c[1]\na,");
 
     // The model's own observations as new ones have their own scores.
-    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?'"), HasSubstr("prediction set 2\n"));
-    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?' --name again"), HasSubstr("set 3 \"again\"\n"));
+    EXPECT_THAT(Done("predict a.project a.csv --missing '?'"), HasSubstr("prediction set 2 \"a\"\n"));
     auto const old = Fields(Done("table a.project 't M1,1,0,0' --format csv"));
     auto const predicted = Fields(Done("table a.project 'tPS M1,1,0,0' --format csv"));
     ASSERT_EQ(predicted.size(), old.size());
@@ -116,6 +115,52 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("cvSE"))) << "model 1 is not cross-validated";
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("w*")));
     EXPECT_THAT(Done("vectors a.project --model 2"), HasSubstr("\"wcv M2,1,0,1\""));
+}
+
+// Every model predicts the current set, and says how its variables are matched.
+TEST_F(Program, PredictsOneSetAtATime) {
+    MakeProject();
+    Write("few.csv", "id,b,k\np,2,1\nq,4,2\n");
+    Write("y.csv", "id,y\nr,2\n");
+    EXPECT_THAT(Done("predict a.project a.csv --missing '?' --model 1"), EndsWith("model 1: 3 of 3 X variables found\n"
+                                                                                  "    of no use to the model: y\n"));
+    EXPECT_THAT(
+        Done("predict a.project few.csv"),
+        EndsWith("set 3 \"few\"\n  observations   2\n  variables      2\n  identifiers    1 (id)\n"
+                 "  missing cells  0\n  model 1: 1 of 3 X variables found\n    lacking, taken as missing: a, c,d\n"
+                 "    of no use to the model: k\n  model 2: 1 of 3 X variables found\n    lacking, taken as "
+                 "missing: a, c,d\n    of no use to the model: k\n"));
+    EXPECT_THAT(Done("table a.project 'tPS M1,1,0,0' 'tPS M2,1,0,0' 'VarDS DS3,0,2,0' --format csv"),
+                HasSubstr("\nq,"));
+    EXPECT_THAT(Done("predict a.project --use a"), StartsWith("a.project: prediction set 2 \"a\"\n  model 1: 3 of 3"));
+    EXPECT_EQ(Fields(Done("table a.project 'tPS M1,1,0,0' 'YPredPS M2,1,1,0,1,1' --format csv")).size(), 9u);
+    EXPECT_THAT(Done("predict a.project few.csv --replace"), HasSubstr("prediction set 4 \"few\"\n"));
+    EXPECT_EQ(Done("datasets a.project --format csv"),
+              "data_set,name,kind,observations,variables,current\n1,a,data,8,4,\n2,a,prediction,8,4,no\n"
+              "4,few,prediction,2,2,yes\n");
+    // A model that has none of its variables there.
+    Done("fit a.project --type pca --components 1 --cv-groups 0 --exclude 'b,\"c,d\",y'");
+    char const *const none =
+        "None of the 1 X variables of model 3 is among the 2 variables of prediction set 4 (\"few\").";
+    EXPECT_THAT(Done("vectors a.project --model 3"), ::testing::Not(HasSubstr("tPS")));
+    struct {
+        char const *line;
+        int status;
+        char const *error;
+    } const wrong[] = {
+        {"predict a.project few.csv", 1, "Prediction set 4 has the name \"few\" already: give another one with --name"},
+        {"predict a.project y.csv --model 1", 1, "y.csv has none of the 3 X variables of model 1."},
+        {"predict a.project y.csv", 1, "y.csv has none of the 3 X variables of model 1, nor of another model."},
+        {"predict a.project --use 1", 1, "There is no prediction set \"1\" in a.project."},
+        {"predict a.project", 2, "FILE is required, or --use N."},
+        {"predict a.project few.csv --use 2", 2, "excludes"},
+        {"table a.project 'tPS M3,1,0,0'", 1, none},
+        {"build a.project --series tPS@M3", 1, none}};
+    for (auto const &row : wrong) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+    }
 }
 
 TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
@@ -192,6 +237,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
     Write("ragged.csv", "id,a,b\nx,1,2\ny,1\n");
     Write("other.csv", "id,k\nx,1\ny,2\n");
     std::string const before = Contents(folder / "a.project");
+    ASSERT_EQ(Shell("mkdir d; ln -s ../a.project d/soft.csv; ln a.project hard.svg; cp a.csv n.project-wal").status, 0);
     // command line; exit status; what standard error holds
     struct {
         char const *line;
@@ -215,8 +261,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
         {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
         {"fit a.project --type pca --data 7", 1, "There is no data set 7."},
-        {"predict a.project --model 9 a.csv", 1, "There is no model 9 in a.project."},
-        {"predict a.project --model 1 other.csv", 1, "None of the 3 X variables of model 1 is among the 1 variables"},
+        {"predict a.project --model 9 a.csv --name z", 1, "There is no model 9 in a.project."},
         {"models nope.project", 1, "nope.project doesn't exist."},
         {"models a.project --format xml", 2, "--format: xml not in"},
         {"vectors a.project --model 9", 1, "There is no model 9."},
@@ -242,6 +287,14 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"table a.project 't M1,1,0,0' -o nowhere/x", 1, "nowhere/x can't be written: No such file or directory."},
         {"table a.project 't M1,1,0,0' -o .", 1, ". can't be written: Is a directory."},
         {"table a.project 't M1,1,0,0' > /dev/full", 1, "The output can't be written: No space left on device."},
+        {"table a.project 't M1,1,0,0' -o d/../a.project", 2, "a.project, a file of the project"},
+        {"table a.project 't M1,1,0,0' -o d/soft.csv", 2, "d/soft.csv is "},
+        {"table d/soft.csv 't M1,1,0,0' -o a.project-shm", 2, "a.project-shm, a file of the project"},
+        {"plot a.project 't M1,1,0,0' -o hard.svg", 2, "hard.svg is "},
+        {"build a.project --plot x.png -o d/soft.csv", 2, "d/soft.csv is "},
+        {"build a.project --plot hard.svg -o x.png", 2, "hard.svg is "},
+        {"summary a.project --model 1 --plot hard.svg", 2, "hard.svg is "},
+        {"import n.project n.project-wal", 2, "n.project-wal is "},
         {"plot a.project 't M1,1,0,0' -o x.gif", 2, "The picture x.gif is neither .svg nor .png."},
         {"plot a.project 't M1,1,0,0' -o x.png --size 9x9", 2, "\"9x9\" is no size"},
         {"plot a.project 't M1,1,0,0' -o x.png --xy", 1,
@@ -379,7 +432,8 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
     for (auto const &line : Fields(Done("table s.project 'Xavg M1' --format csv")))
         names += line[0] + ' ';
     EXPECT_EQ(names, "VarID x w x*x x*w ");
-    EXPECT_THAT(Done("predict s.project --model 1 new.csv"), HasSubstr("Groups without centre values"));
+    EXPECT_THAT(Done("predict s.project new.csv"),
+                HasSubstr("groups without centre values, whose locally centred variables are taken as missing: west"));
     EXPECT_THAT(Done("centre s.project"), HasSubstr("\ns                            12\n"));
     EXPECT_THAT(Done("centre s.project --none"), HasSubstr("no centre values"));
     Done("fit s.project --type pls --y y --components 1 --cv-by site --exclude a");
