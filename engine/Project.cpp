@@ -73,6 +73,7 @@ NewDataSet AsDataSet(ImportedTable const &table) {
     dataSet.observations = table.observations;
     dataSet.variables = table.variables;
     dataSet.columns = table.columns;
+    dataSet.dates = table.dates;
     return dataSet;
 }
 
@@ -81,8 +82,9 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     std::unique_ptr<XercesXMLSection> const section = ReadRoles(file);
     AddRole(*section, batchRole, table.batchColumn);
     AddRole(*section, phaseRole, table.phaseColumn);
-    for (std::string const &name : table.dateTimeVariables)
-        AddRole(*section, dateTimeRole, name);
+    for (DateColumn const &dates : table.dates)
+        AddRole(*section, dateTimeRole,
+                std::string(table.variables.front().texts[static_cast<std::size_t>(dates.variable - 1)]));
     std::string text;
     section->Flush(text);
     file.SetSection(roleSection, text);

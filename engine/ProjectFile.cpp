@@ -43,13 +43,21 @@ void CheckShape(NewDataSet const &dataSet) {
     std::size_t const observations = dataSet.observations.front().texts.size();
     bool const even =
         AllHave(dataSet.observations, observations) && AllHave(dataSet.variables, dataSet.columns.size()) &&
-        std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; });
+        std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; }) &&
+        std::ranges::all_of(dataSet.dates, [&](auto const &column) { return column.days.size() == observations; });
     if (!even)
         throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("columns of unequal length"));
 }
 
 std::vector<std::byte> Copy(std::span<std::byte const> bytes) {
     return {bytes.begin(), bytes.end()};
+}
+
+template <typename Number>
+std::vector<Number> NumbersIn(std::span<std::byte const> bytes) {
+    std::vector<Number> numbers(bytes.size() / sizeof(Number));
+    std::ranges::copy(bytes.first(numbers.size() * sizeof(Number)), std::as_writable_bytes(std::span(numbers)).begin());
+    return numbers;
 }
 
 } // namespace
@@ -124,11 +132,18 @@ std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
 }
 
 std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
-    Statement const block = m_implementation->ReadBlock(Part::Column, dataSet, variable);
-    std::span<std::byte const> const bytes = block.Bytes(2);
-    std::vector<float> values(bytes.size() / sizeof(float));
-    std::ranges::copy(bytes, std::as_writable_bytes(std::span(values)).begin());
-    return values;
+    return NumbersIn<float>(m_implementation->ReadBlock(Part::Column, dataSet, variable).Bytes(2));
+}
+
+// The name of the block is the number of the variable.
+std::vector<DateColumn> ProjectFile::Dates(int dataSet) const {
+    std::vector<DateColumn> dates;
+    int const count = static_cast<int>(m_implementation->DataSet(dataSet).dateVariables);
+    for (int position = 1; position <= count; ++position) {
+        Statement const block = m_implementation->ReadBlock(Part::Dates, dataSet, position);
+        dates.push_back({std::stoi(std::string(block.Text(1))), NumbersIn<double>(block.Bytes(2))});
+    }
+    return dates;
 }
 
 int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress) {
@@ -143,6 +158,7 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
     stored.variables = dataSet.columns.size();
     stored.observationIdentifiers = dataSet.observations.size();
     stored.variableIdentifiers = dataSet.variables.size();
+    stored.dateVariables = dataSet.dates.size();
     file.ReplaceDataSet(stored);
     file.WriteTextColumns(Part::ObservationIdentifier, stored.number, dataSet.observations);
     file.WriteTextColumns(Part::VariableIdentifier, stored.number, dataSet.variables);
@@ -151,6 +167,10 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
         file.ReplaceBlock(Part::Column, stored.number, static_cast<int>(column + 1), {},
                           std::as_bytes(std::span(dataSet.columns[column])));
     }
+    int position = 0;
+    for (DateColumn const &column : dataSet.dates)
+        file.ReplaceBlock(Part::Dates, stored.number, ++position, std::to_string(column.variable),
+                          std::as_bytes(std::span(column.days)));
     if (stored.kind == DataSetKind::Prediction)
         file.SetCounter(Counter::CurrentPredictionSet, stored.number);
     progress.Report(1.0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/DateColumn.h"
 #include "engine/PackedTexts.h"
 #include "engine/Progress.h"
 
@@ -35,6 +36,7 @@ struct NewDataSet {
     std::span<TextColumn const> variables;       // at least one, each with a text for every variable
     std::span<std::vector<float> const> columns; // for each variable a value for every observation, -99 missing
     DataSetKind kind = DataSetKind::Data;
+    std::span<DateColumn const> dates = {}; // of the variables that hold dates
 };
 
 // What a project knows of a model without reading its definition or results.
@@ -79,6 +81,8 @@ public:
     std::vector<TextColumn> VariableIdentifiers(int dataSet) const;
     // The values of one variable, counted from 1.
     std::vector<float> Column(int dataSet, int variable) const;
+    // The dates of the variables that hold dates.
+    std::vector<DateColumn> Dates(int dataSet) const;
 
     // Answers the number of the data set. A prediction set becomes the current one. Throws Cancelled, with nothing
     // stored.

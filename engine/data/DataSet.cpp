@@ -159,6 +159,21 @@ NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
     return column ? NCDataVector<float>(Values(*column)) : NCDataVector<float>();
 }
 
+std::vector<DateColumn> const &DataSet::Dates() const {
+    std::lock_guard const reading(m_reading);
+    if (!m_dates)
+        m_dates = m_file.Dates(m_record.number);
+    return *m_dates;
+}
+
+std::span<double const> DataSet::GetDates(std::uint32_t variable) const {
+    std::optional<int> const column = ColumnOf(variable);
+    for (DateColumn const &dates : Dates())
+        if (dates.variable - 1 == column)
+            return dates.days;
+    return {};
+}
+
 NCDataVector<float> DataSet::GetObservation(std::uint32_t observation) const {
     auto const row = std::find(m_observations.begin(), m_observations.end(), ObservationInfo(observation));
     NCDataVector<float> values;

@@ -16,6 +16,7 @@ namespace engine {
 struct StoredDataSet : DataSetRecord {
     std::size_t observationIdentifiers = 0;
     std::size_t variableIdentifiers = 0;
+    std::size_t dateVariables = 0;
 };
 
 // The numbers of the table `counter`: the next data set and model, and the current prediction set or 0.
@@ -23,7 +24,7 @@ enum class Counter { DataSet, Model, CurrentPredictionSet };
 using Counters = std::array<std::int64_t, 3>;
 
 // Numbers kept in files.
-enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results };
+enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results, Dates };
 
 // The tables of the file. Records are small rows, each with a checksum over all its fields; everything big is a row of
 // the table `block`, found by its part, its owner (a data set or a model) and its position from 1.

@@ -20,7 +20,8 @@ constexpr char schema[] = R"(
     CREATE TABLE counter (id INTEGER PRIMARY KEY, next_data_set INTEGER NOT NULL, next_model INTEGER NOT NULL,
         current_prediction_set INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE data_set (number INTEGER PRIMARY KEY, name TEXT NOT NULL, kind INTEGER NOT NULL,
-        observations INTEGER NOT NULL, variables INTEGER NOT NULL, observation_identifiers INTEGER NOT NULL, variable_identifiers INTEGER NOT NULL, checksum INTEGER NOT NULL);
+        observations INTEGER NOT NULL, variables INTEGER NOT NULL, observation_identifiers INTEGER NOT NULL, variable_identifiers INTEGER NOT NULL,
+        date_variables INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE model (number INTEGER PRIMARY KEY, name TEXT NOT NULL, data_sets BLOB NOT NULL,
         fitted INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE section (name TEXT PRIMARY KEY, text TEXT NOT NULL, checksum INTEGER NOT NULL) WITHOUT ROWID;
@@ -33,12 +34,13 @@ Checksum SumOf(Counters const &counters) {
 }
 
 Checksum SumOf(StoredDataSet const &dataSet) {
-    std::array<std::int64_t, 6> const numbers = {dataSet.number,
+    std::array<std::int64_t, 7> const numbers = {dataSet.number,
                                                  static_cast<int>(dataSet.kind),
                                                  static_cast<std::int64_t>(dataSet.observations),
                                                  static_cast<std::int64_t>(dataSet.variables),
                                                  static_cast<std::int64_t>(dataSet.observationIdentifiers),
-                                                 static_cast<std::int64_t>(dataSet.variableIdentifiers)};
+                                                 static_cast<std::int64_t>(dataSet.variableIdentifiers),
+                                                 static_cast<std::int64_t>(dataSet.dateVariables)};
     return Checksum().Add(std::as_bytes(std::span(numbers))).Add(dataSet.name);
 }
 
@@ -147,20 +149,22 @@ StoredDataSet ProjectFile::Implementation::ReadDataSet(Statement const &row) con
     dataSet.variables = static_cast<std::size_t>(row.Integer(5));
     dataSet.observationIdentifiers = static_cast<std::size_t>(row.Integer(6));
     dataSet.variableIdentifiers = static_cast<std::size_t>(row.Integer(7));
-    CheckSum(SumOf(dataSet), row.Integer(8), "data set " + std::to_string(dataSet.number));
+    dataSet.dateVariables = static_cast<std::size_t>(row.Integer(8));
+    CheckSum(SumOf(dataSet), row.Integer(9), "data set " + std::to_string(dataSet.number));
     return dataSet;
 }
 
 void ProjectFile::Implementation::ReplaceDataSet(StoredDataSet const &dataSet) {
-    Statement(database, "REPLACE INTO data_set VALUES (?, ?, ?, ?, ?, ?, ?, ?)", dataSet.number, dataSet.name,
+    Statement(database, "REPLACE INTO data_set VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)", dataSet.number, dataSet.name,
               static_cast<int>(dataSet.kind), static_cast<std::int64_t>(dataSet.observations),
               static_cast<std::int64_t>(dataSet.variables), static_cast<std::int64_t>(dataSet.observationIdentifiers),
-              static_cast<std::int64_t>(dataSet.variableIdentifiers), SumOf(dataSet).Value())
+              static_cast<std::int64_t>(dataSet.variableIdentifiers), static_cast<std::int64_t>(dataSet.dateVariables),
+              SumOf(dataSet).Value())
         .Run();
 }
 
 void ProjectFile::Implementation::DeleteDataSet(int number) {
-    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier})
+    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier, Part::Dates})
         DeleteBlocks(part, number);
     Statement(database, "DELETE FROM data_set WHERE number = ?", number).Run();
 }
