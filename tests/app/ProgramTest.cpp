@@ -258,6 +258,8 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"fit a.project --type pca --y y", 2, "A PCA model has no Y variables"},
         {"fit a.project --type pca --components 0", 2, "\"0\" is no number of components"},
         {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
+        {"fit a.project --type pca --scaling z", 2, "\"z\" is no scaling such as uv"},
+        {"fit a.project --type pca --scaling z=uv", 1, "There is no variable \"z\" of the model"},
         {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
         {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
         {"fit a.project --type pca --data 7", 1, "There is no data set 7."},
@@ -313,8 +315,9 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
 }
 
 TEST_F(Program, BuildsSelections) {
-    Write("b.csv", "obs,batch,phase,a,b,y\n1,B1,up,1,2,1\n2,B1,down,2,1,3\n3,B2,up,3,4,2\n4,B2,down,4,2,6\n"
-                   "5,B3,up,5,6,3\n6,B3,down,1,7,4\n");
+    Write("b.csv",
+          "obs,batch,phase,a@25C,b,y\n1,B1,up,1,2,1\n2,B1,down,2,1,3\n3,\"B,2\",up,3,4,2\n4,\"B,2\",down,4,2,6\n"
+          "5,B3,up,5,6,3\n6,B3,down,1,7,4\n");
     EXPECT_THAT(Done("import b.project b.csv --batch batch --phase phase"), HasSubstr("3 (obs, batch, phase)"));
     Done("fit b.project --type pca --components 2 --cv-groups 0");
     Done("fit b.project --type pls --y y --components 1 --cv-groups 3");
@@ -323,11 +326,15 @@ TEST_F(Program, BuildsSelections) {
         std::size_t lines;
     } const cases[] = {{"", "obs,M2.t[Comp. 1]\n1,", 7},
                        {"--series t --series u@M2 --x t:2@M1", "obs,M1.t[Comp. 2],M2.t[Comp. 1],M2.u[Comp. 1]\n", 7},
-                       {"--series w*c", "VarID,M2.w*c[Comp. 1]\na,", 4},
-                       {"--type variables", "VarID,M2.p[Comp. 1]\na,", 3},
+                       {"--series w*c", "VarID,M2.w*c[Comp. 1]\na@25C,", 4},
+                       {"--type variables", "VarID,M2.p[Comp. 1]\na@25C,", 3},
                        {"--series t --only 2,5", "obs,M2.t[Comp. 1]\n2,", 3},
                        {"--series t --without 1", "obs,M2.t[Comp. 1]\n2,", 6},
-                       {"--series t --batches B2,B3", "obs,M2.t[Comp. 1]\n3,", 5}};
+                       {"--series XVar:a@25C", "obs,M2.XVar(a@25C)\n1,", 7},
+                       {"--series XVar:a@25C@M1 --without 1", "obs,M1.XVar(a@25C)\n2,", 6},
+                       {"--series t --batches '\"B,2\",B3'", "obs,M2.t[Comp. 1]\n3,", 5},
+                       {"--series t --batches '\"B,2\",B3' --without 3,6", "obs,M2.t[Comp. 1]\n4,", 3},
+                       {"--series t --batches B1 --only 2,3", "obs,M2.t[Comp. 1]\n2,", 2}};
     for (auto const &row : cases) {
         std::string const csv = Done(std::string("build b.project --format csv ") + row.arguments);
         EXPECT_THAT(csv, StartsWith(row.begins)) << row.arguments;
@@ -352,7 +359,7 @@ TEST_F(Program, BuildsSelections) {
     EXPECT_THAT(Contents(folder / "scores.svg"), HasSubstr("M1.t[Comp. 2]"));
 
     // What a second run finds.
-    EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a"));
+    EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a@25C"));
     Done("defaults b.project --x-term b --observation 3 --variable y");
     std::string const kept = Done("defaults b.project");
     EXPECT_THAT(kept, HasSubstr("x-term       b"));
@@ -365,6 +372,9 @@ TEST_F(Program, BuildsSelections) {
     } const wrong[] = {
         {"build b.project --series nothing", 1, "There is no vector \"nothing\" in model 2."},
         {"build b.project --series t@M9", 1, "There is no model 9."},
+        {"build b.project --series t@", 2, "\"t@\" has nothing behind \"@\""},
+        {"build b.project --series t:", 2, "\"t:\" has nothing behind \":\""},
+        {"build b.project --series t:@", 1, "There is no component \"@\""},
         {"build b.project --series t@X", 2, "\"X\" is no source"},
         {"build b.project --series t:2", 1, "There is no component \"2\", which \"t:2\" asks for: model 2 has 1"},
         {"build b.project --series q", 1, "There is no vector \"q\" in model 2. It is there for OPLS, O2PLS."},
@@ -372,7 +382,7 @@ TEST_F(Program, BuildsSelections) {
         {"build b.project --series tPS", 1, "\"tPS\" gives no data"},
         {"build b.project --series t --type variables", 1, "no vector \"t\" with one value for each variable"},
         {"build b.project --only 9", 1, "There is no observation \"9\" among the items of the series."},
-        {"build b.project --batches B9", 1, "There is no batch \"B9\" among the items of the series."},
+        {"build b.project --batches B1,B9", 1, "There is no batch \"B9\" among the items of the series."},
         {"build b.project --only 1 --without 2", 2, "excludes"},
         {"build b.project --scale 2", 2, "--scale"},
         {"defaults b.project --y-term z", 1, "There is no variable \"z\" in the project."},
@@ -392,6 +402,20 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
     Done("fit o.project --type opls --y y --exclude z --components 1,1 --cv-groups 4");
     Done("fit o.project --type o2pls --y y,z --components 1,1,1 --cv-groups 4");
     Done("fit o.project --type pls --y y --components 2 --cv-groups 4 --exclude z --transform y=log");
+    Done("fit o.project --type pls --y y,z --components 1 --cv-groups 0 --scaling 'X:par,Y:none,z=ctr,c=uv'"
+         " --transform a=log,b=power:1:0:2");
+    auto const weights = Fields(Done("table o.project 'Xws M4' --format csv"));
+    auto const deviation = [](std::vector<double> const &values) {
+        double sum = 0, squares = 0;
+        for (double const value : values) {
+            sum += value;
+            squares += value * value;
+        }
+        return std::sqrt((squares - sum * sum / 8) / 7);
+    };
+    EXPECT_NEAR(std::stod(weights[2][1]), 1 / std::sqrt(deviation({4, 1, 25, 9, 49, 16, 4, 1})), 1e-6) << "Pareto";
+    EXPECT_NEAR(std::stod(weights[3][1]), 1 / deviation({1, 4, 2, 6, 3, 8, 5, 1}), 1e-6) << "unit variance";
+    EXPECT_EQ(Done("table o.project 'Yavg M4' --format csv"), "VarID,M4.Yavg\ny,0\nz,3.5\n");
     auto const summary = Fields(Done("summary o.project --model 1 --format csv --plot s.svg"));
     ASSERT_EQ(summary.size(), 3u);
     EXPECT_EQ(summary[0][4], "R2Y");
@@ -455,6 +479,33 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
         EXPECT_EQ(outcome.status, row.status) << row.line;
         EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
     }
+}
+
+// Pairs of rows a minute apart over ten years, and a prediction set of other years.
+TEST_F(Program, KeepsTimesAsTheyAre) {
+    ASSERT_EQ(
+        Shell("TZ=UTC awk 'BEGIN { print \"id,when,v,u\"; for (i = 0; i < 4000; ++i) printf \"r%d,%s,%d,%d\\n\", i, "
+              "strftime(\"%Y-%m-%dT%H:%M\", 1394323200 + int(i / 2) * 157800 + i % 2 * 60), i % 7, i % 5 }' > t.csv")
+            .status,
+        0);
+    Write("n.csv", "id,when,v,u\np,2031-05-06 07:08:09.5,1,2\nq,2031-05-06,2,3\n");
+    Done("import t.project t.csv");
+    Done("fit t.project --type pca --components 1 --cv-groups 0");
+    Done("predict t.project n.csv");
+    auto const written = Fields(Contents(folder / "t.csv"));
+    auto const read = Fields(Done("table t.project 'VarDS DS1,0,1,0' 'Date/Time M1' --format csv"));
+    EXPECT_EQ(read[0], Fields("id,DS1.Var(when),M1.Date/Time")[0]);
+    ASSERT_EQ(read.size(), written.size());
+    for (std::size_t row = 1; row < read.size(); ++row) {
+        ASSERT_EQ(read[row][1], written[row][1]);
+        ASSERT_EQ(read[row][2], written[row][1]);
+    }
+    EXPECT_THAT(Done("table t.project 'Date/Time-PS M1' --format json"),
+                HasSubstr("[\"2031-05-06T07:08:09.500\", \"2031-05-06T00:00:00.000\"]"));
+    EXPECT_THAT(Done("table t.project 'ObsDS DS1,0,2,0'"), HasSubstr("\nwhen   2014-03-09T00:01\nv "));
+    EXPECT_THAT(Done("build t.project --series VarDS:when@DS1 --only r1"), EndsWith("\nr1    2014-03-09T00:01\n"));
+    Done("build t.project --x VarDS:when@DS1 --y VarDS:v@DS1 --plot t.svg");
+    EXPECT_THAT(Contents(folder / "t.svg"), HasSubstr(">2016-01-01<"));
 }
 
 TEST_F(Program, EndsCleanly) {
