@@ -26,25 +26,6 @@ struct PredictRequest : ImportRequest {
     bool replace = false;
 };
 
-// A project that is being made: gone again unless it is kept.
-class NewProject {
-public:
-    explicit NewProject(std::filesystem::path path) : m_path(std::move(path)) {}
-    ~NewProject() {
-        std::error_code ignored;
-        if (!m_kept)
-            std::filesystem::remove(m_path, ignored);
-    }
-    NewProject(NewProject const &) = delete;
-    NewProject &operator=(NewProject const &) = delete;
-
-    void Keep() { m_kept = true; }
-
-private:
-    std::filesystem::path m_path;
-    bool m_kept = false;
-};
-
 char MarkOf(std::string const &text, char const *what, std::initializer_list<std::pair<char const *, char>> marks) {
     for (auto const &[name, mark] : marks)
         if (text == name)
@@ -123,17 +104,14 @@ void Import(ImportRequest const &request) {
     engine::ImportedTable table = Read(request);
     if (!request.name.empty())
         table.name = request.name;
-    std::optional<NewProject> made;
-    if (!project) {
-        project = engine::Project::Create(request.project);
-        made.emplace(request.project);
-    }
-    int const number = [&] {
+    int number = 1;
+    {
         ProgressBar bar("Storing");
-        return project->AddDataSet(table, bar.Listener());
-    }();
-    if (made)
-        made->Keep();
+        if (project)
+            number = project->AddDataSet(table, bar.Listener());
+        else
+            engine::Project::Create(request.project, table, bar.Listener());
+    }
     Output output;
     Report(output, request, "data set", number, table);
     output.Finish();

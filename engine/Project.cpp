@@ -90,6 +90,14 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     file.SetSection(roleSection, text);
 }
 
+int Store(ProjectFile &file, NewDataSet const &dataSet, ImportedTable const &table, Progress const &progress) {
+    Transaction transaction(file);
+    int const number = file.AddDataSet(dataSet, progress);
+    StoreRoles(file, table);
+    transaction.Commit();
+    return number;
+}
+
 // The rows of a prediction set on a model.
 class Predictions final : public NCPredictions {
 public:
@@ -262,6 +270,12 @@ boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path) {
     return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path)));
 }
 
+boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path, ImportedTable const &table,
+                                           Progress const &progress) {
+    auto const fill = [&](ProjectFile &file) { Store(file, AsDataSet(table), table, progress); };
+    return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path, fill)));
+}
+
 boost::shared_ptr<Project> Project::OpenToRead(std::filesystem::path const &path) {
     return boost::shared_ptr<Project>(new Project(ProjectFile::OpenToRead(path)));
 }
@@ -271,10 +285,7 @@ boost::shared_ptr<Project> Project::OpenToWrite(std::filesystem::path const &pat
 }
 
 int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
-    Transaction transaction(m_state->File());
-    int const number = m_state->File().AddDataSet(AsDataSet(table), progress);
-    StoreRoles(m_state->File(), table);
-    transaction.Commit();
+    int const number = Store(m_state->File(), AsDataSet(table), table, progress);
     m_state->Forget();
     return number;
 }
@@ -335,8 +346,7 @@ int Project::AddPredictions(ImportedTable const &table, bool replace, Progress c
     Transaction transaction(m_state->File());
     if (old != 0)
         m_state->File().DeleteDataSet(old);
-    int const number = m_state->File().AddDataSet(dataSet, progress);
-    StoreRoles(m_state->File(), table);
+    int const number = Store(m_state->File(), dataSet, table, progress);
     transaction.Commit();
     m_state->Forget();
     return number;

@@ -33,6 +33,9 @@ struct VariableMatch {
 class DATASERIES_API Project final : public NCProject {
 public:
     static boost::shared_ptr<Project> Create(std::filesystem::path const &path);
+    // With a first data set. Whatever fails leaves nothing.
+    static boost::shared_ptr<Project> Create(std::filesystem::path const &path, ImportedTable const &table,
+                                             Progress const &progress = {});
     static boost::shared_ptr<Project> OpenToRead(std::filesystem::path const &path);
     static boost::shared_ptr<Project> OpenToWrite(std::filesystem::path const &path);
     ~Project() override;

@@ -11,6 +11,8 @@ namespace {
 
 // The path by which all names of a file share one lock.
 std::filesystem::path RealPath(std::filesystem::path const &path) {
+    if (path.empty())
+        throw NCError(ExceptionMessage::translate("A project needs the name of a file."), NCError::Error);
     return std::filesystem::weakly_canonical(path);
 }
 
@@ -29,9 +31,39 @@ std::filesystem::path DraftOf(std::filesystem::path const &path) {
 
 // What a killed process left beside a project that is no more would be taken for a part of the new one.
 void RemoveLeftovers(std::filesystem::path const &path) {
+    std::error_code notThere;
     for (char const *ending : sideEndings)
-        std::filesystem::remove(path.string() + ending);
+        std::filesystem::remove(path.string() + ending, notThere);
 }
+
+// A project that is being made, with what stands beside it: gone again unless it is kept.
+class Draft {
+public:
+    explicit Draft(std::filesystem::path path) : m_path(std::move(path)) { Remove(); }
+    ~Draft() {
+        if (!m_kept)
+            Remove();
+    }
+    Draft(Draft const &) = delete;
+    Draft &operator=(Draft const &) = delete;
+
+    std::filesystem::path const &Path() const { return m_path; }
+    void MoveTo(std::filesystem::path const &path) {
+        std::filesystem::rename(m_path, path);
+        m_path = path;
+    }
+    void Keep() { m_kept = true; }
+
+private:
+    void Remove() const {
+        std::error_code notThere;
+        std::filesystem::remove(m_path, notThere);
+        RemoveLeftovers(m_path);
+    }
+
+    std::filesystem::path m_path;
+    bool m_kept = false;
+};
 
 bool AllHave(std::span<TextColumn const> columns, std::size_t count) {
     return std::ranges::all_of(columns, [&](TextColumn const &column) { return column.texts.size() == count; });
@@ -69,35 +101,40 @@ ProjectFile &ProjectFile::operator=(ProjectFile &&other) noexcept = default;
 ProjectFile::~ProjectFile() = default;
 
 // Written under another name first: under its own name, the file is whole from the first moment.
-ProjectFile ProjectFile::Create(std::filesystem::path const &path) {
+ProjectFile ProjectFile::Create(std::filesystem::path const &path, std::function<void(ProjectFile &)> const &fill) {
     std::filesystem::path const real = RealPath(path);
-    {
-        WriterLock const lock(real);
-        if (std::filesystem::exists(real))
-            throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
-        std::filesystem::path const draft = DraftOf(real);
-        std::filesystem::remove(draft);
-        RemoveLeftovers(draft);
-        RemoveLeftovers(real);
-        Implementation::WriteEmpty(draft);
-        std::filesystem::rename(draft, real);
+    auto lock = std::make_unique<WriterLock>(real);
+    if (std::filesystem::exists(real))
+        throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
+    Draft draft(DraftOf(real));
+    RemoveLeftovers(real);
+    Implementation::WriteEmpty(draft.Path());
+    if (fill) {
+        ProjectFile file = OpenToWrite(draft.Path());
+        fill(file);
     }
-    return OpenToWrite(real);
+    Implementation::LetOthersRead(draft.Path());
+    draft.MoveTo(real);
+    ProjectFile file(std::make_unique<Implementation>(real, std::move(lock)));
+    draft.Keep();
+    return file;
 }
 
 ProjectFile ProjectFile::OpenToWrite(std::filesystem::path const &path) {
-    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), true));
+    std::filesystem::path const real = ExistingPath(path);
+    return ProjectFile(std::make_unique<Implementation>(real, std::make_unique<WriterLock>(real)));
 }
 
 ProjectFile ProjectFile::OpenToRead(std::filesystem::path const &path) {
-    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), false));
+    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), nullptr));
 }
 
 std::vector<std::filesystem::path> ProjectFile::FilesOf(std::filesystem::path const &path) {
     std::filesystem::path const real = RealPath(path);
-    std::vector<std::filesystem::path> files = {WriterLock::PathOf(real)};
+    std::vector<std::filesystem::path> files;
     for (std::filesystem::path const &file : {real, DraftOf(real)}) {
         files.push_back(file);
+        files.push_back(WriterLock::PathOf(file));
         for (char const *ending : sideEndings)
             files.push_back(file.string() + ending);
     }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -58,8 +59,9 @@ struct ModelRecord {
 // reading, for a file that can't be read or written. An object serves one thread at a time.
 class DATASERIES_API ProjectFile {
 public:
-    // A new project. The path must not exist.
-    static ProjectFile Create(std::filesystem::path const &path);
+    // A new project with what `fill` puts in. The path must not exist. It does so once the project is whole: whatever
+    // fails before leaves nothing, and what a killed process left is cleaned up by the next one.
+    static ProjectFile Create(std::filesystem::path const &path, std::function<void(ProjectFile &)> const &fill = {});
     static ProjectFile OpenToWrite(std::filesystem::path const &path);
     static ProjectFile OpenToRead(std::filesystem::path const &path);
 

@@ -30,10 +30,13 @@ enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definit
 // the table `block`, found by its part, its owner (a data set or a model) and its position from 1.
 class ProjectFile::Implementation {
 public:
-    Implementation(std::filesystem::path path, bool writable);
+    // For reading only without a lock.
+    Implementation(std::filesystem::path path, std::unique_ptr<WriterLock> lock);
 
     // Writes the tables of a project without content.
     static void WriteEmpty(std::filesystem::path const &path);
+    // From then on a file can be read while it is written.
+    static void LetOthersRead(std::filesystem::path const &path);
 
     bool IsWritable() const { return m_lock != nullptr; }
     // This, or an error when the file is open for reading.

@@ -72,9 +72,9 @@ std::string Owner(Part part, int number) {
 
 } // namespace
 
-ProjectFile::Implementation::Implementation(std::filesystem::path file, bool writable)
-    : path(std::move(file)), m_lock(writable ? std::make_unique<WriterLock>(path) : nullptr),
-      database(path.string(), path.string(), writable ? Database::Mode::ReadWrite : Database::Mode::ReadOnly) {
+ProjectFile::Implementation::Implementation(std::filesystem::path file, std::unique_ptr<WriterLock> lock)
+    : path(std::move(file)), m_lock(std::move(lock)),
+      database(path.string(), path.string(), m_lock ? Database::Mode::ReadWrite : Database::Mode::ReadOnly) {
     CheckVersion();
     database.Execute("PRAGMA journal_size_limit = 67108864; PRAGMA cache_size = -16000;");
     CheckRecords();
@@ -84,7 +84,11 @@ void ProjectFile::Implementation::WriteEmpty(std::filesystem::path const &path) 
     Database database(path.string(), path.string(), Database::Mode::Create);
     database.Execute(schema);
     ReplaceCounters(database, {1, 1, 0});
-    database.Execute("COMMIT; PRAGMA journal_mode = WAL;");
+    database.Execute("COMMIT");
+}
+
+void ProjectFile::Implementation::LetOthersRead(std::filesystem::path const &path) {
+    Database(path.string(), path.string(), Database::Mode::ReadWrite).Execute("PRAGMA journal_mode = WAL");
 }
 
 ProjectFile::Implementation &ProjectFile::Implementation::Writable() {

@@ -246,6 +246,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
     } const cases[] = {
         {"", 2, "A command is missing. See \"dataseries --help\"."},
         {"foo", 2, "There is no command \"foo\"."},
+        {"import '' a.csv", 1, "A project needs the name of a file."},
         {"import a.project", 2, "FILE is required. See \"dataseries import --help\"."},
         {"import a.project a.csv --bogus", 2, "not expected: --bogus. See \"dataseries import --help\"."},
         {"import a.project a.csv --separator q", 2, "\"q\" is no separator: give \",\", \";\" or \"tab\"."},
@@ -526,6 +527,13 @@ TEST_F(Program, EndsCleanly) {
     EXPECT_EQ(cancelled.status, 1);
     EXPECT_EQ(cancelled.error, "dataseries: The work was cancelled.\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "b.project"));
+    // So does a disk without room, and what a killed import left is in nobody's way.
+    Outcome const full = Shell("ulimit -f 200; " PROGRAM " import b.project a.csv; echo $?; ls -d b.project*");
+    EXPECT_THAT(full.out, "1\n") << "and no file";
+    EXPECT_THAT(full.error, HasSubstr("b.project.new can't be read or written"));
+    for (char const *const left : {"b.project.new", "b.project.new-journal", "b.project.lock", "b.project-wal"})
+        Write(left, "rubbish");
+    EXPECT_THAT(Shell(PROGRAM " import b.project a.csv; ls -d b.project*").out, EndsWith("\nb.project\n"));
     // What is no regular file is written in place, and the file of a link takes the place of the old one.
     EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format csv -o /dev/stdout"), StartsWith("id,M1.t[1]\nr1,"));
     Write("real.csv", "old");
