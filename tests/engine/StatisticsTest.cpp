@@ -246,6 +246,9 @@ TEST(EngineProject, KnowsDatesBatchesAndTransformations) {
     EXPECT_TRUE(project->IsBatchProject());
     NCStringVector const names = project->GetDataSet(1)->GetBatchInfo().GetBatchNames();
     EXPECT_EQ(names, (NCStringVector{"x", "y"}));
+    std::istringstream further("id,batch,b\n7,u,2\n8,w,3\n9,w,5\n");
+    project->AddDataSet(engine::ReadTable(further, "other heading", {.batchColumn = "batch"}));
+    EXPECT_EQ(project->GetDataSet(2)->GetBatchInfo().GetBatchNames(), (NCStringVector{"u", "w"}));
     request.transformations = {{"z", {}}};
     EXPECT_THROW(project->AddModel(request), NCError);
 }
