@@ -5,6 +5,7 @@
 #include "app/PlotScript.h"
 #include "app/SeriesSpecification.h"
 #include "app/TableWriter.h"
+#include "app/VariableOptions.h"
 #include "app/VectorSearch.h"
 #include "building/CreateProjectData.h"
 #include "building/ProjectDataBuilder.h"
@@ -89,17 +90,16 @@ void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildReque
     selection.AddSeries(data, false);
 }
 
-// Selects items by their labels: the named ones, or all others.
+// Keeps of the items selected so far the named ones, or all others.
 void SelectItems(SelectDataSeriesData &selection, std::vector<std::string> const &names, bool named) {
     ColumnIDs const *const columns = selection.GetColumnIDs();
     std::unordered_set<std::string> left(names.begin(), names.end());
     std::unordered_set<std::string> const wanted = left;
-    BoolVector objects(columns ? columns->Size() : 0, !named);
-    for (int item = 1; item <= objects.Size(); ++item) {
+    BoolVector objects = selection.GetSelectObjects();
+    for (int item = 1; columns && item <= objects.Size(); ++item) {
         std::string const label = columns->GetName(item);
-        if (!wanted.contains(label))
-            continue;
-        objects(item) = named;
+        if (wanted.contains(label) != named)
+            objects(item) = false;
         left.erase(label);
     }
     if (!left.empty())
@@ -109,9 +109,11 @@ void SelectItems(SelectDataSeriesData &selection, std::vector<std::string> const
 }
 
 void SelectBatches(SelectDataSeriesData &selection, std::vector<std::string> const &names) {
-    if (selection.SelectBatches(names) != SelectDataSeriesData::ItemsSelected)
-        throw Problem(ExceptionMessage::translate("There is no batch \"{1}\" among the items of the series.") %
-                      names.front());
+    for (std::string const &name : names)
+        if (selection.SelectBatches({name}) != SelectDataSeriesData::ItemsSelected)
+            throw Problem(ExceptionMessage::translate("There is no batch \"{1}\" among the items of the series.") %
+                          name);
+    selection.SelectBatches(names);
 }
 
 // The labels that a window shows, in place of those of the statistics.
@@ -123,19 +125,26 @@ TablePtr Labelled(ProjectData const &table, SelectDataSeriesData const &selectio
     return std::make_unique<ProjectData>(RowIDs(labels, table.GetProject()), table.GetColumnIDs(), table.GetMatrix());
 }
 
-void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table) {
+// By what each row of the table is asked.
+std::vector<DrawnSeries> RowsOf(SelectDataSeriesData const &selection) {
+    std::vector<DrawnSeries> rows;
+    for (ProjectVectorData const *const data : selection.VectorsInUse()) {
+        std::string const text = data->ToStdString(selection.GetDefaultSelection().get());
+        rows.push_back({data->GetProjectVector(), text.substr(std::min(text.find(' '), text.size() - 1) + 1)});
+    }
+    return rows;
+}
+
+void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table,
+          TableDates const &dates) {
     PlotStyle style = request.style;
     style.isPng = request.picture.extension() == ".png";
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
-    std::vector<DrawnSeries> drawn;
-    for (ProjectVectorData const *const data : selection.VectorsInUse()) {
-        std::string const text = data->ToStdString(selection.GetDefaultSelection().get());
-        drawn.push_back({data->GetProjectVector(), text.substr(std::min(text.find(' '), text.size() - 1) + 1)});
-    }
-    Decorate(*selection.GetProject(), drawn, selection.GetVectorType(), selection.GetExtraOptions().significance, table,
-             style);
+    style.dates = dates;
+    Decorate(*selection.GetProject(), RowsOf(selection), selection.GetVectorType(),
+             selection.GetExtraOptions().significance, table, style);
     std::string const script = PlotScript(table, selection.GetVectorType(), style);
-    DraftFile file(request.picture);
+    DraftFile file(request.picture, request.project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
 }
@@ -144,15 +153,17 @@ void Build(BuildRequest const &request) {
     std::string const kind = request.picture.extension().string();
     if (!request.picture.empty() && kind != ".png" && kind != ".svg")
         throw UsageError("The picture " + request.picture.string() + " is neither .svg nor .png");
+    if (!request.file.empty())
+        CheckApart(request.file, request.project);
     auto const project = engine::Project::OpenToRead(request.project);
     Axis const axis = AxisFor(*project, request);
     SelectDataSeriesData selection(project, ModeOf(request), axis, -1, ProjectVector::ObsAndPred);
     FillSelection(project, request, selection);
     selection.SetScaleType(request.scale);
     if (!request.batches.empty())
-        SelectBatches(selection, request.batches);
+        SelectBatches(selection, NamesIn(request.batches));
     if (!request.only.empty() || !request.without.empty())
-        SelectItems(selection, request.only.empty() ? request.without : request.only, !request.only.empty());
+        SelectItems(selection, NamesIn(request.only.empty() ? request.without : request.only), !request.only.empty());
 
     ProjectDataBuilder builder(&selection);
     builder.SetIsList(request.picture.empty());
@@ -160,11 +171,15 @@ void Build(BuildRequest const &request) {
     if (!table || table->Rows() != static_cast<int>(selection.VectorsInUse().size()))
         throw Problem(ExceptionMessage::translate("Not every series gives data for its arguments."));
     TablePtr const labelled = Labelled(*table, selection);
+    // What is stretched is no date any more.
+    TableDates const dates = request.scale == SelectDataSeriesData::ScaleNone
+                                 ? TableDates(*project, RowsOf(selection), *labelled)
+                                 : TableDates();
     if (!request.picture.empty())
-        Draw(request, selection, *labelled);
+        Draw(request, selection, *labelled, dates);
     if (request.picture.empty() || !request.file.empty()) {
-        Output output(request.file);
-        WriteTable(*labelled, request.format, output);
+        Output output(request.file, request.project);
+        WriteTable(*labelled, dates, request.format, output);
         output.Finish();
     }
 }
@@ -189,9 +204,9 @@ void AddBuildCommand(CLI::App &program) {
             },
             "Stretch each series (none)")
         ->check(CLI::IsMember(std::vector<std::string>{"none", "0-1", "-1-1"}));
-    CLI::Option *const only = command->add_option("--only", request->only, "The items shown")->delimiter(',');
-    command->add_option("--without", request->without, "Items left out")->delimiter(',')->excludes(only);
-    command->add_option("--batches", request->batches, "The batches shown")->delimiter(',');
+    CLI::Option *const only = command->add_option("--only", request->only, "The items shown");
+    command->add_option("--without", request->without, "Items left out")->excludes(only);
+    command->add_option("--batches", request->batches, "The batches shown");
     for (CLI::Option *const list : {only, command->get_option("--without"), command->get_option("--batches")})
         list->type_name("NAME,...")->allow_extra_args(false);
     AddFormatOption(*command, request->format);
@@ -203,6 +218,9 @@ void AddBuildCommand(CLI::App &program) {
         "VarDS:octane@DS1.\n"
         "The source is a model (M2), a data set (DS1) or the prediction set (PS). What is left out comes from the\n"
         "project's defaults: the newest model, its first (or last) component, the current variable or observation.\n"
+        "A name that ends like a source needs one behind it: XVar:p@M2@M1. Names in lists are separated by commas; "
+        "one\n"
+        "that holds a comma stands in double quotes.\n"
         "Without any vector the default one is shown. Two axes, or an axis and a series, are drawn against each "
         "other.\n"
         "Example: dataseries build wine.project --x t:1 --y t:2 --plot scores.png\n"

@@ -66,7 +66,8 @@ Choice OfModel(engine::Project const &project, int number) {
     boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(number);
     if (!info)
         throw Problem(ExceptionMessage::translate("There is no model {1}.") % number);
-    bool const isPredicted = project.GetModelPredSet(number) != nullptr;
+    auto const predictions = project.GetPredSet(-1);
+    bool const isPredicted = predictions && project.MatchVariables(number, predictions->GetNumber()).found > 0;
     auto const isValid = [&project, info, isPredicted](ProjectVector const &vector) {
         bool const validated = vector.OnlyCrossValidated() || vector.NeedsValidationRounds();
         return (vector.GetModelType() & info->type) != 0 && vector.IsValidModel(project, *info) &&

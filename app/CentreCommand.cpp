@@ -23,7 +23,7 @@ struct CentreRequest {
 
 engine::LocalCentring CentresOf(CentreRequest &request, engine::Project const &project) {
     request.means.variables = NamesIn(request.variables);
-    request.means.transformations = TransformationsIn(request.transformations);
+    request.means.transformations = TransformationsIn(NamesIn(request.transformations));
     if (request.values.empty())
         return project.MeansOfGroups(request.means);
     ProgressBar bar("Reading");
@@ -37,7 +37,7 @@ void List(CentreRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
     Output output;
     if (TablePtr const table = GetProjectData(*project).GetLocalCentering())
-        WriteTable(*table, Format::Text, output);
+        WriteTable(*table, {}, Format::Text, output);
     else
         output << request.project.string() << ": no centre values\n";
     output.Finish();

@@ -6,12 +6,6 @@
 #include <string>
 #include <vector>
 
-// What a row of a table was asked by.
-struct DrawnSeries {
-    ProjectVector const *vector = nullptr; // null for a placeholder
-    std::string arguments;                 // "M1,1,0,0"
-};
-
 // What an analyst expects on a picture: the ellipse of Hotelling's T2 on a plot of two scores, the critical value on
 // distances to the model and on T2, the diagonal on predicted against observed values, jack-knife intervals on
 // cross-validated loadings, weights and coefficients. `series` has one entry for each row of the table; otherwise

@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -16,27 +17,13 @@ struct ImportRequest {
     std::filesystem::path project;
     std::filesystem::path file;
     std::string name;
-    int model = 0; // of a prediction set
     engine::TableOptions options;
 };
 
-// A project that is being made: gone again unless it is kept.
-class NewProject {
-public:
-    explicit NewProject(std::filesystem::path path) : m_path(std::move(path)) {}
-    ~NewProject() {
-        std::error_code ignored;
-        if (!m_kept)
-            std::filesystem::remove(m_path, ignored);
-    }
-    NewProject(NewProject const &) = delete;
-    NewProject &operator=(NewProject const &) = delete;
-
-    void Keep() { m_kept = true; }
-
-private:
-    std::filesystem::path m_path;
-    bool m_kept = false;
+struct PredictRequest : ImportRequest {
+    std::vector<int> models; // all of them when empty
+    std::string use;
+    bool replace = false;
 };
 
 char MarkOf(std::string const &text, char const *what, std::initializer_list<std::pair<char const *, char>> marks) {
@@ -84,6 +71,7 @@ void AddReadingOptions(CLI::App &command, ImportRequest &request) {
 }
 
 engine::ImportedTable Read(ImportRequest const &request) {
+    CheckApart(request.file, request.project);
     ProgressBar bar("Reading");
     return engine::ReadTable(request.file, request.options, bar.Listener());
 }
@@ -96,32 +84,17 @@ std::string Identifiers(std::vector<engine::TextColumn> const &columns) {
     return text.find('(') == std::string::npos ? text : text + ")";
 }
 
-void Report(ImportRequest const &request, char const *kind, int number, engine::ImportedTable const &table) {
+void Report(Output &output, ImportRequest const &request, char const *kind, int number,
+            engine::ImportedTable const &table) {
     std::ptrdiff_t missing = 0;
     for (std::vector<float> const &column : table.columns)
         missing += std::count(column.begin(), column.end(), missingValue);
-    Output output;
-    output << request.project.string() << ": " << kind << " " << std::to_string(number)
-           << (table.name.empty() ? "" : " \"" + table.name + "\"") << "\n  observations   "
-           << std::to_string(table.ObservationCount()) << "\n  variables      " << std::to_string(table.columns.size())
-           << "\n  identifiers    " << Identifiers(table.observations) << "\n  missing cells  "
-           << std::to_string(missing) << "\n";
+    output << request.project.string() << ": " << kind << " " << std::to_string(number) << " \"" << table.name
+           << "\"\n  observations   " << std::to_string(table.ObservationCount()) << "\n  variables      "
+           << std::to_string(table.columns.size()) << "\n  identifiers    " << Identifiers(table.observations)
+           << "\n  missing cells  " << std::to_string(missing) << "\n";
     for (std::string const &note : table.notes)
         output << "  note: " << note << "\n";
-    output.Finish();
-}
-
-// A note with names, shortened where there are many.
-void AddNote(engine::ImportedTable &table, char const *text, std::vector<std::string> const &names) {
-    constexpr std::size_t most = 10;
-    if (names.empty())
-        return;
-    std::string note = text;
-    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
-        note += (i == 0 ? "" : ", ") + names[i];
-    if (names.size() > most)
-        note += " and " + std::to_string(names.size() - most) + " more";
-    table.notes.push_back(note + ".");
 }
 
 void Import(ImportRequest const &request) {
@@ -131,65 +104,154 @@ void Import(ImportRequest const &request) {
     engine::ImportedTable table = Read(request);
     if (!request.name.empty())
         table.name = request.name;
-    std::optional<NewProject> made;
-    if (!project) {
-        project = engine::Project::Create(request.project);
-        made.emplace(request.project);
-    }
-    int const number = [&] {
+    int number = 1;
+    {
         ProgressBar bar("Storing");
-        return project->AddDataSet(table, bar.Listener());
-    }();
-    if (made)
-        made->Keep();
-    Report(request, "data set", number, table);
+        if (project)
+            number = project->AddDataSet(table, bar.Listener());
+        else
+            engine::Project::Create(request.project, table, bar.Listener());
+    }
+    Output output;
+    Report(output, request, "data set", number, table);
+    output.Finish();
 }
 
-void Predict(ImportRequest const &request) {
+// A line with names, shortened where there are many.
+void ReportNames(Output &output, std::string_view what, std::vector<std::string> const &names) {
+    constexpr std::size_t most = 10;
+    if (names.empty())
+        return;
+    output << "    " << what << ": ";
+    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
+        output << (i == 0 ? "" : ", ") << (names[i].empty() ? "(none)" : names[i]);
+    output << (names.size() > most ? " and " + std::to_string(names.size() - most) + " more\n" : "\n");
+}
+
+void Report(Output &output, int model, engine::VariableMatch const &match) {
+    output << "  model " << std::to_string(model) << ": " << std::to_string(match.found) << " of "
+           << std::to_string(match.found + match.missing.size()) << " X variables found\n";
+    ReportNames(output, match.found == 0 ? "lacking, so that nothing is predicted" : "lacking, taken as missing",
+                match.missing);
+    ReportNames(output, "of no use to the model", match.surplus);
+    ReportNames(output, "groups without centre values, whose locally centred variables are taken as missing",
+                match.unknownGroups);
+}
+
+// The models asked about: those named, else all that are fitted.
+std::vector<int> ModelsOf(engine::Project const &project, PredictRequest const &request) {
+    for (int const model : request.models)
+        if (!project.GetModelInfo(model))
+            throw Problem(ExceptionMessage::translate("There is no model {1} in {2}.") % model %
+                          request.project.string());
+    if (!request.models.empty())
+        return request.models;
+    std::vector<int> models;
+    for (int i = 1; i <= project.GetNumberOfModels(); ++i)
+        if (int const model = project.GetModelNumberAt(i); project.IsModelFitted(model))
+            models.push_back(model);
+    return models;
+}
+
+// A table that has nothing for any of the models is taken for the wrong one.
+void CheckMatches(std::map<int, engine::VariableMatch> const &matches, ImportRequest const &request) {
+    auto const hasNone = [](auto const &entry) { return entry.second.found == 0; };
+    if (matches.empty() || !std::ranges::all_of(matches, hasNone))
+        return;
+    auto const &[model, match] = *matches.begin();
+    throw Problem(ExceptionMessage::translate("{1} has none of the {2} X variables of model {3}{4}.") %
+                  request.file.string() % match.missing.size() % model %
+                  (matches.size() > 1 ? ", nor of another model" : ""));
+}
+
+void Predict(PredictRequest request) {
+    if (request.name.empty())
+        request.name = request.file.stem().string();
     auto const project = engine::Project::OpenToWrite(request.project);
-    if (!project->GetModelInfo(request.model))
-        throw Problem(ExceptionMessage::translate("There is no model {1} in {2}.") % request.model %
-                      request.project.string());
+    std::vector<int> const models = ModelsOf(*project, request);
+    if (int const old = project->FindPredictionSet(request.name); old != 0 && !request.replace)
+        throw Problem(ExceptionMessage::translate("Prediction set {1} has the name \"{2}\" already: give another one "
+                                                  "with --name, or --replace it.") %
+                      old % request.name);
     engine::ImportedTable table = Read(request);
     table.name = request.name;
-    engine::VariableMatch const match = project->MatchVariables(request.model, table);
-    AddNote(table, "The model's variables that the table lacks, taken as missing: ", match.missing);
-    AddNote(table, "Variables that the model does not use: ", match.surplus);
-    std::vector<std::string> groups = match.unknownGroups;
-    std::ranges::replace(groups, std::string(), "(none)");
-    AddNote(table, "Groups without centre values, whose locally centred variables are taken as missing: ", groups);
+    std::map<int, engine::VariableMatch> matches;
+    for (int const model : models)
+        matches[model] = project->MatchVariables(model, table);
+    CheckMatches(matches, request);
     int const number = [&] {
         ProgressBar bar("Storing");
-        return project->AddPredictions(request.model, table, bar.Listener());
+        return project->AddPredictions(table, request.replace, bar.Listener());
     }();
-    Report(request, "prediction set", number, table);
+    Output output;
+    Report(output, request, "prediction set", number, table);
+    for (auto const &[model, match] : matches)
+        Report(output, model, match);
+    output.Finish();
+}
+
+// Makes the prediction set of that number, or else of that name, the current one.
+void Use(PredictRequest const &request) {
+    auto const project = engine::Project::OpenToWrite(request.project);
+    std::vector<int> const models = ModelsOf(*project, request);
+    int number = project->FindPredictionSet(request.use);
+    for (engine::DataSetRecord const &record : project->DataSets())
+        if (record.kind == engine::DataSetKind::Prediction && std::to_string(record.number) == request.use)
+            number = record.number;
+    if (number == 0)
+        throw Problem(ExceptionMessage::translate("There is no prediction set \"{1}\" in {2}.") % request.use %
+                      request.project.string());
+    project->UsePredictions(number);
+    Output output;
+    output << request.project.string() << ": prediction set " << std::to_string(number) << " \""
+           << project->GetPredSet(number)->GetName() << "\"\n";
+    for (int const model : models)
+        Report(output, model, project->MatchVariables(model, number));
+    output.Finish();
 }
 
 CLI::App *AddCommand(CLI::App &program, char const *name, char const *purpose, ImportRequest &request) {
     CLI::App *const command = program.add_subcommand(name, purpose);
     command->add_option("PROJECT", request.project, "The project file")->required();
-    command->add_option("FILE", request.file, "A table of comma, semicolon or tab separated values")->required();
+    command->add_option("FILE", request.file, "A table of comma, semicolon or tab separated values");
     AddReadingOptions(*command, request);
     return command;
+}
+
+void AddPredictCommand(CLI::App &program) {
+    auto const request = std::make_shared<PredictRequest>();
+    CLI::App *const command = AddCommand(program, "predict", "Bring in rows that the models predict", *request);
+    command->add_option("--model", request->models, "A model whose variables the rows are compared with (all models)")
+        ->type_name("N")
+        ->allow_extra_args(false);
+    command->add_flag("--replace", request->replace, "Replace the prediction set of that name");
+    command->add_option("--use", request->use, "Make this prediction set, by number or name, the current one")
+        ->type_name("N")
+        ->excludes("FILE")
+        ->excludes("--replace")
+        ->excludes("--name");
+    command->footer(
+        "The rows become the current prediction set of the project, which every model predicts; variables are matched\n"
+        "by name. \"datasets\" lists the prediction sets. Without --name, the set has the name of the file.\n"
+        "Example: dataseries predict oil.project new.csv\n"
+        "         dataseries table oil.project \"tPS M1,1,0,0\"\n"
+        "         dataseries predict oil.project --use 2");
+    command->callback([request, command] {
+        if (request->file.empty() && command->count("--use") == 0)
+            throw UsageError("FILE is required, or --use N");
+        request->use.empty() ? Predict(*request) : Use(*request);
+    });
 }
 
 } // namespace
 
 void AddImportCommands(CLI::App &program) {
-    auto const import = std::make_shared<ImportRequest>();
-    CLI::App *command = AddCommand(program, "import", "Store a table as a data set of a project", *import);
+    auto const request = std::make_shared<ImportRequest>();
+    CLI::App *const command = AddCommand(program, "import", "Store a table as a data set of a project", *request);
+    command->get_option("FILE")->required();
     command->footer("Makes the project when it is not there. One row of the table is one observation. Without --name,\n"
                     "the data set has the name of the file.\n"
                     "Example: dataseries import wine.project wine.csv --missing \"?\"");
-    command->callback([import] { Import(*import); });
-
-    auto const prediction = std::make_shared<ImportRequest>();
-    command = AddCommand(program, "predict", "Project the rows of a table on a model", *prediction);
-    command->add_option("--model", prediction->model, "The number of the model")->required()->type_name("N");
-    command->footer(
-        "Variables are matched by name. The vectors of prediction sets show what comes out. Without --name,\n"
-        "the rows replace those that were brought into the model without a name before.\n"
-        "Example: dataseries predict oil.project --model 1 new.csv\n"
-        "         dataseries table oil.project \"tPS M1,1,0,0\"");
-    command->callback([prediction] { Predict(*prediction); });
+    command->callback([request] { Import(*request); });
+    AddPredictCommand(program);
 }

@@ -20,6 +20,7 @@ struct FitRequest {
     std::vector<std::string> responses; // as given: lists of names
     std::vector<std::string> excluded;
     std::vector<std::string> transformations;
+    std::vector<std::string> scalings;
     std::vector<std::string> products;
 };
 
@@ -93,7 +94,8 @@ void Fit(FitRequest request) {
     bool const needsResponses = (request.model.type & ModelTypeE::WithY) != 0;
     request.model.responses = NamesIn(request.responses);
     request.model.excluded = NamesIn(request.excluded);
-    request.model.transformations = TransformationsIn(request.transformations);
+    request.model.transformations = TransformationsIn(NamesIn(request.transformations));
+    SetScaling(request.model, NamesIn(request.scalings));
     for (std::string const &text : NamesIn(request.products))
         request.model.products.push_back(FactorsIn(text));
     if (needsResponses && request.responses.empty())
@@ -127,12 +129,15 @@ void ListModels(ListRequest const &request) {
 
 void ListDataSets(ListRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
-    Listing listing({"data_set", "name", "kind", "model", "observations", "variables"});
+    Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
     for (engine::DataSetRecord const &record : project->DataSets()) {
         bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
-        Listing::Cell const none = std::numeric_limits<double>::quiet_NaN();
-        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data",
-                     isPrediction ? Listing::Cell(record.model) : none, record.observations, record.variables});
+        bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
+        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data", record.observations,
+                     record.variables,
+                     isCurrent      ? "yes"
+                     : isPrediction ? "no"
+                                    : Listing::Cell(std::numeric_limits<double>::quiet_NaN())});
     }
     Output output;
     listing.Write(output, request.format);
@@ -169,7 +174,7 @@ void AddModelCommands(CLI::App &program) {
         ->type_name("NAMES")
         ->allow_extra_args(false);
     command->add_option("--transform", request->transformations, "Transform a variable before it is scaled")
-        ->type_name("NAME=KIND[:C1[:C2[:C3]]]")
+        ->type_name("NAME=KIND[:C1[:C2[:C3]]],...")
         ->allow_extra_args(false);
     command->add_option("--product", request->products, "Square and cross terms of X variables, such as width*width")
         ->type_name("NAME*NAME,...")
@@ -178,12 +183,12 @@ void AddModelCommands(CLI::App &program) {
     command->add_flag("--crosses", model.crosses, "The products of every two X variables as further terms");
     command->add_flag("!--no-local-centring", model.localCentring,
                       "Do not use the centre values that \"centre\" has set");
-    AddChoice(*command, "--scaling", model.scaling,
-              {{"uv", engine::ModelRequest::UnitVariance},
-               {"ctr", engine::ModelRequest::Centred},
-               {"par", engine::ModelRequest::Pareto},
-               {"none", engine::ModelRequest::None}},
-              "Unit variance (uv), centred only, Pareto, or as it is");
+    command
+        ->add_option("--scaling", request->scalings,
+                     "Unit variance (uv), centred only (ctr), Pareto (par), or as it is (none): of all variables, "
+                     "of X or Y, or of those named")
+        ->type_name("[X:|Y:|NAME=]KIND,...")
+        ->allow_extra_args(false);
     command
         ->add_option_function<std::string>(
             "--components", [request](std::string const &text) { SetComponents(request->model, text); },

@@ -1,6 +1,7 @@
 #include "app/Output.h"
 
 #include "app/Failure.h"
+#include "engine/ProjectFile.h"
 #include "platform/containers/Missing.h"
 
 #include <nlohmann/json.hpp>
@@ -22,9 +23,22 @@ NCError WriteProblem(std::string const &what) {
     return Problem(ExceptionMessage::translate("{1} can't be written: {2}.") % what % std::strerror(errno));
 }
 
+bool IsSameFile(std::filesystem::path const &one, std::filesystem::path const &other) {
+    std::error_code notThere;
+    return std::filesystem::weakly_canonical(one, notThere) == other ||
+           std::filesystem::equivalent(one, other, notThere);
+}
+
 } // namespace
 
-DraftFile::DraftFile(std::filesystem::path const &file) : m_file(file) {
+void CheckApart(std::filesystem::path const &file, std::filesystem::path const &project) {
+    for (std::filesystem::path const &kept : engine::ProjectFile::FilesOf(project))
+        if (IsSameFile(file, kept))
+            throw UsageError(file.string() + " is " + kept.string() + ", a file of the project, expected another file");
+}
+
+DraftFile::DraftFile(std::filesystem::path const &file, std::filesystem::path const &project) : m_file(file) {
+    CheckApart(file, project);
     std::error_code ignored;
     if (std::filesystem::exists(file, ignored))
         m_file = std::filesystem::canonical(file);
@@ -58,9 +72,9 @@ void DraftFile::Commit() {
     m_draft.clear();
 }
 
-Output::Output(std::filesystem::path const &file) {
+Output::Output(std::filesystem::path const &file, std::filesystem::path const &project) {
     if (!file.empty())
-        m_file.emplace(file);
+        m_file.emplace(file, project);
     m_buffer.reserve(bufferSize);
 }
 

@@ -7,11 +7,16 @@
 #include <string>
 #include <string_view>
 
+// UsageError when a file that a command reads or writes is the project or one of those that the engine keeps beside it,
+// by whatever spelling or link.
+void CheckApart(std::filesystem::path const &file, std::filesystem::path const &project);
+
 // A file that is written beside its place and takes it once it is whole: Commit. Without that the place stays as it
-// was. What is no regular file (a device, a pipe) is written in place.
+// was. What is no regular file (a device, a pipe) is written in place. It is never a file of the project of the
+// command.
 class DraftFile {
 public:
-    explicit DraftFile(std::filesystem::path const &file);
+    DraftFile(std::filesystem::path const &file, std::filesystem::path const &project);
     ~DraftFile();
     DraftFile(DraftFile const &) = delete;
     DraftFile &operator=(DraftFile const &) = delete;
@@ -26,11 +31,12 @@ private:
     int m_descriptor = -1;
 };
 
-// What a command writes, buffered: to standard output, or to a file when one is named. Nothing is complete before
+// What a command writes, buffered: to standard output, or to a draft file when one is named. Nothing is complete before
 // Finish.
 class Output {
 public:
-    explicit Output(std::filesystem::path const &file = {});
+    Output() : Output({}, {}) {}
+    Output(std::filesystem::path const &file, std::filesystem::path const &project);
 
     Output &operator<<(std::string_view text);
     // At most so many significant digits; nothing for a missing value.

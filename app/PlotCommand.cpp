@@ -28,9 +28,10 @@ void Plot(PlotRequest request) {
         throw Problem(
             ExceptionMessage::translate("--xy draws the second of two series against the first; here are {1}.") %
             series.table->Rows());
+    request.style.dates = TableDates(*project, series.series, *series.table);
     Decorate(*project, series.series, series.axis, significanceOfModel, *series.table, request.style);
     std::string const script = PlotScript(*series.table, series.axis, request.style);
-    DraftFile file(request.file);
+    DraftFile file(request.file, request.series.project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
 }

@@ -65,6 +65,14 @@ std::string Number(double value) {
     return std::string(NumberText(static_cast<float>(value), 7, buffer));
 }
 
+constexpr double secondsPerDay = 86400;
+
+std::string Seconds(double value) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%.3f", value);
+    return buffer;
+}
+
 bool IsShown(float value) {
     return !IsMissing(value) && std::isfinite(value);
 }
@@ -75,6 +83,12 @@ public:
     Script(ProjectData const &table, Axis axis, PlotStyle const &style) : m_table(table), m_axis(axis), m_style(style) {
         for (int row = 1; row <= table.Rows(); ++row)
             m_rows.push_back(table.GetMatrix().Row(row));
+        // The axis of curves has dates only when all of them are.
+        bool mixed = false;
+        for (std::size_t row = 0; row < m_rows.size() && !style.isScatter; ++row)
+            mixed = mixed || !style.dates.AreDates(row);
+        if (!mixed)
+            m_dates = style.dates;
     }
 
     std::string Write() {
@@ -109,14 +123,25 @@ private:
     void SetLabel(char const *axis, std::string const &text) {
         m_text += std::string("set ") + axis + "label " + Quoted(text) + "\n";
     }
-    std::string Name(std::size_t row) const { return m_table.GetRowName(static_cast<int>(row) + 1); }
+    std::string Name(std::size_t row) const { return m_dates.Name(m_table, row); }
     std::string Item(std::size_t item) const { return Shortened(m_table.GetColumnName(static_cast<int>(item) + 1)); }
     std::string Style(std::size_t row) const { return std::string(" lc rgb '") + colours[row % colours.size()] + "'"; }
+    // A value as it is drawn: a date as seconds since 1970.
+    double At(std::size_t row, std::size_t item) const {
+        return m_dates.AreDates(row) ? m_dates.Days(row, item) * secondsPerDay : m_rows[row][item];
+    }
+    std::string Place(std::size_t row, double value) const {
+        return m_dates.AreDates(row) ? Seconds(value) : Number(value);
+    }
+    std::string Place(std::size_t row, std::size_t item) const { return Place(row, At(row, item)); }
+    // Dates along an axis that reaches so far.
+    void SetTimes(std::string const &axis, double low, double high);
     std::string Key(std::size_t row) const { return m_rows.size() > 1 ? " title " + Quoted(Name(row)) : " notitle"; }
 
     ProjectData const &m_table;
     Axis m_axis;
     PlotStyle const &m_style;
+    TableDates m_dates;
     std::vector<std::span<float const>> m_rows;
     std::string m_text;
 };
@@ -250,8 +275,24 @@ std::vector<std::size_t> Script::ItemsOfCurve(std::size_t row) const {
     return items;
 }
 
+void Script::SetTimes(std::string const &axis, double low, double high) {
+    double const days = (high - low) / secondsPerDay;
+    char const *const format = days > 5 ? "%Y-%m-%d" : days > 0.02 ? "%Y-%m-%d %H:%M" : "%Y-%m-%d %H:%M:%S";
+    m_text += "set timefmt '%s'\nset " + axis + "data time\nset format " + axis + " '" + format + "'\n";
+    if (axis == "x")
+        m_text += "set xtics rotate by 20 right\n";
+}
+
 void Script::WriteLines() {
     bool const showsPoints = m_table.Columns() <= 250;
+    double low = HUGE_VAL, high = -HUGE_VAL;
+    for (std::size_t row = 0; row < m_rows.size(); ++row)
+        for (std::size_t item = 0; m_dates.AreDates(row) && item < m_rows[row].size(); ++item) {
+            low = std::fmin(low, At(row, item));
+            high = std::fmax(high, At(row, item));
+        }
+    if (low <= high)
+        SetTimes("y", low, high);
     std::string plots, bands;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
@@ -261,7 +302,7 @@ void Script::WriteLines() {
         for (std::size_t const item : items) {
             bool const isShown = IsShown(m_rows[row][item]);
             if (isShown)
-                m_text += std::to_string(item + 1) + " " + Number(m_rows[row][item]) + "\n";
+                m_text += std::to_string(item + 1) + " " + Place(row, item) + "\n";
             else if (hasPoint)
                 m_text += "\n"; // an empty line breaks the curve
             hasPoint = isShown;
@@ -283,13 +324,15 @@ void Script::SetRange(char const *name, std::size_t row, double reach, double &l
     high = reach > 0 ? reach : -HUGE_VAL;
     for (std::size_t item = 0; item < m_rows[row].size(); ++item)
         if (IsPoint(item)) {
-            low = std::min<double>(low, m_rows[row][item]);
-            high = std::max<double>(high, m_rows[row][item]);
+            low = std::min(low, At(row, item));
+            high = std::max(high, At(row, item));
         }
     double const margin = high > low ? 0.06 * (high - low) : 1.0;
     low -= margin;
     high += margin;
-    m_text += std::string("set ") + name + "range [" + Number(low) + ":" + Number(high) + "]\n";
+    if (m_dates.AreDates(row))
+        SetTimes(name, low, high);
+    m_text += std::string("set ") + name + "range [" + Place(row, low) + ":" + Place(row, high) + "]\n";
 }
 
 void Script::WriteScatter() {
@@ -314,13 +357,13 @@ void Script::WriteScatter() {
     for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
         if (!IsPoint(item))
             continue;
-        float const x = m_rows[0][item];
-        float const y = m_rows[1][item];
+        double const x = At(0, item);
+        double const y = At(1, item);
         auto const column = static_cast<std::size_t>((x - x0) / (x1 - x0) * (m_style.width - 1));
         auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
         std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
         if (!taken[pixel])
-            m_text += Number(x) + " " + Number(y) + "\n";
+            m_text += Place(0, x) + " " + Place(1, y) + "\n";
         taken[pixel] = true;
     }
     m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
@@ -337,8 +380,8 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
     };
     double const xScale = 0.85 * m_style.width / (x1 - x0);
     double const yScale = 0.8 * m_style.height / (y1 - y0);
-    auto const x = [&](std::size_t item) { return (m_rows[0][item] - 0.5 * (x0 + x1)) * xScale; };
-    auto const y = [&](std::size_t item) { return (m_rows[1][item] - 0.5 * (y0 + y1)) * yScale; };
+    auto const x = [&](std::size_t item) { return (At(0, item) - 0.5 * (x0 + x1)) * xScale; };
+    auto const y = [&](std::size_t item) { return (At(1, item) - 0.5 * (y0 + y1)) * yScale; };
     std::vector<std::size_t> order(m_rows[0].size());
     std::iota(order.begin(), order.end(), std::size_t(0));
     std::erase_if(order, [&](std::size_t item) { return !IsPoint(item); });
@@ -359,7 +402,7 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
             if (std::any_of(taken.begin(), taken.end(), [&box](Box const &other) { return box.Meets(other); }))
                 continue;
             taken.push_back(box);
-            m_text += "set label " + Quoted(label) + " at " + Number(m_rows[0][item]) + "," + Number(m_rows[1][item]) +
+            m_text += "set label " + Quoted(label) + " at " + Place(0, item) + "," + Place(1, item) +
                       (right ? " left offset 0.7,0" : " right offset -0.7,0") + " font ',8' textcolor rgb '#505050'\n";
             break;
         }

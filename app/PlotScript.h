@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/TableDates.h"
 #include "catalogue/ProjectVector.h"
 
 #include <optional>
@@ -23,6 +24,7 @@ struct PlotStyle {
     // For each series, or none of them: half lengths of intervals about its values, below 0 where there is none; empty
     // for a series without. Bars bear error bars, curves a band.
     std::vector<std::vector<double>> errors;
+    TableDates dates; // cells that are drawn as dates
     int width = 900;
     int height = 600;
 };

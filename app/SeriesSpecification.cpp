@@ -17,6 +17,13 @@ std::optional<int> ReadNumber(std::string_view text) {
     return error == std::errc() && rest == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
+// "M2", "DS1" or "PS", whether or not it is there.
+bool IsSource(std::string_view text) {
+    std::size_t const prefix = text.starts_with("DS") ? 2 : text.starts_with("M") ? 1 : 0;
+    bool const isNumbered = prefix > 0 && text.size() > prefix;
+    return text == "PS" || (isNumbered && text.find_first_not_of("0123456789", prefix) == text.npos);
+}
+
 // "M2", "DS1", "PS" as a source. UsageError for another text, NCError when it is not there.
 Source ReadSource(engine::Project const &project, std::string const &text) {
     if (text == "PS") {
@@ -198,14 +205,19 @@ Source ChooseSource(engine::Project const &project, VectorText const &text, std:
 VectorText ReadVectorText(std::string const &text) {
     VectorText read{text, text, {}, {}};
     std::size_t const at = read.name.rfind('@');
-    if (at != std::string::npos) {
+    std::size_t const colon = read.name.find(':');
+    // Behind a colon, what is no source is a part of a name: "XVar:p@25C".
+    if (at != std::string::npos && (at < colon || IsSource(std::string_view(text).substr(at + 1)))) {
         read.source = read.name.substr(at + 1);
         read.name.erase(at);
+        if (read.source->empty())
+            throw UsageError("\"" + text + "\" has nothing behind \"@\", expected a source such as M1, DS1 or PS");
     }
-    std::size_t const colon = read.name.find(':');
     if (colon != std::string::npos) {
         read.argument = read.name.substr(colon + 1);
         read.name.erase(colon);
+        if (read.argument->empty())
+            throw UsageError("\"" + text + "\" has nothing behind \":\", expected a component or a name");
     }
     if (read.name.empty())
         throw UsageError("\"" + text + "\" is no vector, such as \"t\", \"t:2\" or \"YPred:octane@M2\"");

@@ -11,7 +11,8 @@ class DefaultSelection;
 }
 
 // How a vector is written by a person: a name, what it is about, and where it comes from, of which all but the name may
-// be left out: "t", "t:2", "YPred:octane", "XVar:1100nm@M2", "VarDS:octane@DS1". What it is about is a component (or a
+// be left out: "t", "t:2", "YPred:octane", "XVar:1100nm@M2", "VarDS:octane@DS1". A name may hold "@" ("XVar:p@25C");
+// one that ends like a source has a source behind it ("XVar:p@M2@M1"). What it is about is a component (or a
 // range, "T2Range:1-3"), a variable, an observation or an identifier column, whatever the vector asks for; a vector
 // that asks for two takes both, "XVarPred:1100nm:2".
 struct VectorText {

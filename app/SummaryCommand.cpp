@@ -31,7 +31,7 @@ void Draw(SummaryRequest const &request, engine::Project const &project) {
     PlotStyle style;
     style.isPng = kind == ".png";
     std::string const script = PlotScript(*table, ProjectVector::VectorTypeComponent, style);
-    DraftFile file(request.picture);
+    DraftFile file(request.picture, request.project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
 }

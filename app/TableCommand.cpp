@@ -17,9 +17,9 @@ struct TableRequest {
 
 void Table(TableRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.series.project);
-    TablePtr const table = ReadSeries(*project, request.series).table;
-    Output output(request.file);
-    WriteTable(*table, request.format, output);
+    Series const series = ReadSeries(*project, request.series);
+    Output output(request.file, request.series.project);
+    WriteTable(*series.table, TableDates(*project, series.series, *series.table), request.format, output);
     output.Finish();
 }
 

@@ -10,9 +10,13 @@ std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
     std::vector<std::string> names;
     for (std::string const &list : lists) {
         bool quoted = false;
+        char before = ',';
         std::string name;
-        for (char const letter : list + ',')
+        for (char const letter : list + ',') {
             if (letter == '"') {
+                // Within quotes a doubled one is a quote.
+                if (before == '"' && !quoted)
+                    name += '"';
                 quoted = !quoted;
             } else if (letter == ',' && !quoted) {
                 if (name.empty())
@@ -22,6 +26,8 @@ std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
             } else {
                 name += letter;
             }
+            before = letter;
+        }
         if (quoted)
             throw UsageError("A quote in \"" + list + "\" is not closed");
     }
@@ -64,6 +70,28 @@ std::map<std::string, engine::VariableTransformation> TransformationsIn(std::vec
         if (!transformations.insert(TransformationIn(text)).second)
             throw UsageError("The transformation in \"" + text + "\" is the second one of its variable");
     return transformations;
+}
+
+void SetScaling(engine::ModelRequest &request, std::vector<std::string> const &texts) {
+    static std::map<std::string, engine::ModelRequest::Scaling> const kinds = {
+        {"uv", engine::ModelRequest::UnitVariance},
+        {"ctr", engine::ModelRequest::Centred},
+        {"par", engine::ModelRequest::Pareto},
+        {"none", engine::ModelRequest::None}};
+    for (std::string const &text : texts) {
+        std::size_t const equals = text.rfind('=');
+        bool const isSide = equals == text.npos && (text.starts_with("X:") || text.starts_with("Y:"));
+        auto const kind = kinds.find(text.substr(isSide ? 2 : equals == text.npos ? 0 : equals + 1));
+        if (kind == kinds.end())
+            throw UsageError("\"" + text +
+                             "\" is no scaling such as uv, X:uv, Y:ctr or ash=par; there are uv, ctr, par and none");
+        if (equals != text.npos)
+            request.scalings[text.substr(0, equals)] = kind->second;
+        else if (isSide && text[0] == 'Y')
+            request.responseScaling = kind->second;
+        else
+            request.scaling = kind->second;
+    }
 }
 
 std::vector<std::string> FactorsIn(std::string const &text) {

@@ -14,5 +14,8 @@ std::vector<std::string> NamesIn(std::vector<std::string> const &lists);
 // "ash=log", "ash=power:1:0:0.5": the name of a variable, a kind and its constants.
 std::map<std::string, engine::VariableTransformation> TransformationsIn(std::vector<std::string> const &texts);
 
+// "uv", "X:uv", "Y:ctr", "ash=par": the scaling of all variables, of one side, or of the variable of that name.
+void SetScaling(engine::ModelRequest &request, std::vector<std::string> const &texts);
+
 // "width*length", "width*width": the names of factors.
 std::vector<std::string> FactorsIn(std::string const &text);

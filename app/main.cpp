@@ -77,8 +77,10 @@ int Run(int count, char **arguments) {
 } // namespace
 
 int main(int count, char **arguments) {
-    // A reader that closes its end makes the write fail instead of ending the program.
+    // A reader that closes its end, or a limit on the size of files, makes the write fail instead of ending the
+    // program.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return Run(count, arguments);
     } catch (ReaderGone const &) {

@@ -129,7 +129,8 @@ struct AllKinds : Setting {
             if (type != ModelTypeE::PCA)
                 for (Index y = type == ModelTypeE::O2PLS ? 251 : 498; y <= 500; ++y)
                     request.responses.push_back("v" + std::to_string(y));
-            project->AddPredictions(project->AddModel(request), predictions);
+            project->AddModel(request);
+            project->AddPredictions(predictions, true);
         }
     }
 };

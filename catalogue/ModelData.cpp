@@ -47,7 +47,8 @@ public:
     }
     std::string GetHelpString() const override {
         return translate("Date/Time: Time of each observation of the workset.\n"
-                         "Use it as the X axis of process data. In days since 1970-01-01.");
+                         "Use it as the X axis of process data. In days since midnight before the first date of the\n"
+                         "model's data set.");
     }
     bool IsNumVectorLike() const override { return true; }
     bool IsValidProject(ProjectPtr project) const override { return HasTime(project); }
@@ -68,7 +69,8 @@ public:
     }
     std::string GetHelpString() const override {
         return translate("Date/Time-PS: Time of each observation of the prediction set.\n"
-                         "Use it as the X axis of process data. In days since 1970-01-01.");
+                         "Use it as the X axis of process data. In days since midnight before the first date of the\n"
+                         "model's data set.");
     }
     bool IsNumVectorLike() const override { return true; }
     bool IsValidProject(ProjectPtr project) const override { return HasTime(project); }

@@ -3,6 +3,7 @@
 #include "platform/project/ModelTypeE.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ struct ModelRequest {
     bool crosses = false;      // of every two of them
     bool localCentring = true; // for the variables that have centre values in the project
     Scaling scaling = UnitVariance;
+    std::optional<Scaling> responseScaling = {};  // of Y, where it differs
+    std::map<std::string, Scaling> scalings = {}; // of single variables
     // Numbers of components, -1: as many as the fit finds significant. Orthogonal ones count where the type has them.
     int components = -1; // predictive
     int xOrthogonal = -1;

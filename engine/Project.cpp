@@ -27,11 +27,11 @@ std::span<std::byte const> AsBytes(std::string const &text) {
     return std::as_bytes(std::span(text));
 }
 
-std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, ImportedTable const &table) {
+std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, std::span<TextColumn const> observations) {
     if (centres.SizeVars() == 0)
         return {};
-    auto const column = std::ranges::find(table.observations, centres.identifier, &TextColumn::name);
-    if (column == table.observations.end())
+    auto const column = std::ranges::find(observations, centres.identifier, &TextColumn::name);
+    if (column == observations.end())
         return {""};
     std::set<std::string> unknown;
     for (std::size_t row = 0; row < column->texts.size(); ++row)
@@ -41,12 +41,39 @@ std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, Impor
     return {unknown.begin(), unknown.end()};
 }
 
+// How a table with variables of these names fits a model.
+VariableMatch Match(ModelView const &model, std::span<TextColumn const> observations, PackedTexts const &names) {
+    NameList const columns(names);
+    NCVariables const &variables = model.GetProject()->GetVariables();
+    std::unordered_set<std::string> known;
+    VariableMatch match;
+    for (ColumnTerms const *terms : {&model.GetXColumnTerms(), &model.GetYColumnTerms()})
+        for (ColumnTerm const &term : *terms) {
+            if (term.Size() > 1)
+                continue; // its factors are terms too
+            std::string const &name = variables.GetText(term.GetMotherVariable(1), 1);
+            known.insert(name);
+            if (terms == &model.GetYColumnTerms())
+                continue;
+            if (columns.Find(name))
+                ++match.found;
+            else
+                match.missing.push_back(name);
+        }
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (!known.contains(std::string(names[i])))
+            match.surplus.emplace_back(names[i]);
+    match.unknownGroups = UnknownGroups(model.GetCenterValues(), observations);
+    return match;
+}
+
 NewDataSet AsDataSet(ImportedTable const &table) {
     NewDataSet dataSet;
     dataSet.name = table.name;
     dataSet.observations = table.observations;
     dataSet.variables = table.variables;
     dataSet.columns = table.columns;
+    dataSet.dates = table.dates;
     return dataSet;
 }
 
@@ -55,14 +82,23 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     std::unique_ptr<XercesXMLSection> const section = ReadRoles(file);
     AddRole(*section, batchRole, table.batchColumn);
     AddRole(*section, phaseRole, table.phaseColumn);
-    for (std::string const &name : table.dateTimeVariables)
-        AddRole(*section, dateTimeRole, name);
+    for (DateColumn const &dates : table.dates)
+        AddRole(*section, dateTimeRole,
+                std::string(table.variables.front().texts[static_cast<std::size_t>(dates.variable - 1)]));
     std::string text;
     section->Flush(text);
     file.SetSection(roleSection, text);
 }
 
-// New rows that stand for the prediction set of a model.
+int Store(ProjectFile &file, NewDataSet const &dataSet, ImportedTable const &table, Progress const &progress) {
+    Transaction transaction(file);
+    int const number = file.AddDataSet(dataSet, progress);
+    StoreRoles(file, table);
+    transaction.Commit();
+    return number;
+}
+
+// The rows of a prediction set on a model.
 class Predictions final : public NCPredictions {
 public:
     Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<DataSet const> rows)
@@ -114,17 +150,11 @@ public:
         return found == DataSets().end() ? nullptr : &*found;
     }
 
-    // The current prediction set of a model, or of the project for -1: the one of the model stored last, else the one
-    // of any model stored last. Null when there is none.
-    DataSetRecord const *PredictionRecord(int model) const {
-        DataSetRecord const *any = nullptr;
-        DataSetRecord const *own = nullptr;
-        for (DataSetRecord const &record : DataSets())
-            if (record.kind == DataSetKind::Prediction) {
-                any = &record;
-                own = record.model == model ? &record : own;
-            }
-        return own ? own : any;
+    // 0 when there is none.
+    int CurrentPredictionSet() const {
+        if (!m_currentPredictionSet)
+            m_currentPredictionSet = m_file.CurrentPredictionSet();
+        return *m_currentPredictionSet;
     }
 
     boost::shared_ptr<DataSet const> FindData(int number) const {
@@ -163,6 +193,7 @@ public:
         m_itemsChanged = true;
         m_models.reset();
         m_dataSets.reset();
+        m_currentPredictionSet.reset();
     }
 
     TablePtr Table(Call const &call) const override { return Answers().Table(call, *this); }
@@ -182,13 +213,33 @@ public:
     }
 
     PredictedRows const *Predictions(int model) const override {
-        DataSetRecord const *const record = PredictionRecord(model);
-        if (!record)
+        boost::shared_ptr<DataSet const> const rows = FindData(CurrentPredictionSet());
+        if (!rows)
             return nullptr;
-        auto const [at, isNew] = m_predictions.try_emplace(model);
-        if (isNew)
-            at->second = Model(model)->Predict(FindData(record->number), m_project->shared_from_this());
-        return &at->second;
+        auto const known = m_predictions.find(model);
+        if (known != m_predictions.end())
+            return &known->second;
+        ModelView const *const view = Model(model);
+        if (!view)
+            return nullptr;
+        if (MatchOf(*view, rows->GetNumber()).found == 0)
+            throw NCError(ExceptionMessage::translate("None of the {1} X variables of model {2} is among the {3} "
+                                                      "variables of prediction set {4} (\"{5}\").") %
+                              view->Fit().definition.xTerms.size() % model % rows->GetVariables().size() %
+                              rows->GetNumber() % rows->GetName(),
+                          NCError::Error);
+        return &m_predictions.emplace(model, view->Predict(rows, m_project->shared_from_this())).first->second;
+    }
+
+    VariableMatch MatchOf(ModelView const &model, int dataSet) const {
+        return Match(model, m_file.ObservationIdentifiers(dataSet), m_file.VariableIdentifiers(dataSet).front().texts);
+    }
+
+    ModelView const &Fitted(int model) const {
+        ModelView const *const view = Model(model);
+        if (!view)
+            throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
+        return *view;
     }
 
 private:
@@ -201,6 +252,7 @@ private:
     NCProject const *m_project = nullptr;
     mutable std::optional<std::vector<ModelRecord>> m_models;
     mutable std::optional<std::vector<DataSetRecord>> m_dataSets;
+    mutable std::optional<int> m_currentPredictionSet;
     mutable std::unique_ptr<ItemLists> m_items;
     mutable bool m_itemsChanged = false;
     mutable std::map<int, boost::shared_ptr<DataSet const>> m_data;
@@ -218,6 +270,12 @@ boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path) {
     return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path)));
 }
 
+boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path, ImportedTable const &table,
+                                           Progress const &progress) {
+    auto const fill = [&](ProjectFile &file) { Store(file, AsDataSet(table), table, progress); };
+    return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path, fill)));
+}
+
 boost::shared_ptr<Project> Project::OpenToRead(std::filesystem::path const &path) {
     return boost::shared_ptr<Project>(new Project(ProjectFile::OpenToRead(path)));
 }
@@ -227,10 +285,7 @@ boost::shared_ptr<Project> Project::OpenToWrite(std::filesystem::path const &pat
 }
 
 int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
-    Transaction transaction(m_state->File());
-    int const number = m_state->File().AddDataSet(AsDataSet(table), progress);
-    StoreRoles(m_state->File(), table);
-    transaction.Commit();
+    int const number = Store(m_state->File(), AsDataSet(table), table, progress);
     m_state->Forget();
     return number;
 }
@@ -274,47 +329,39 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
 }
 
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
-    ModelView const *const view = m_state->Model(model);
-    if (!view)
-        throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
-    NameList const columns(table.variables.front().texts);
-    std::unordered_set<std::string> known;
-    VariableMatch match;
-    for (ColumnTerms const *terms : {&view->GetXColumnTerms(), &view->GetYColumnTerms()})
-        for (ColumnTerm const &term : *terms) {
-            if (term.Size() > 1)
-                continue; // its factors are terms too
-            std::string const &name = GetVariables().GetText(term.GetMotherVariable(1), 1);
-            known.insert(name);
-            if (terms == &view->GetXColumnTerms() && !columns.Find(name))
-                match.missing.push_back(name);
-        }
-    PackedTexts const &names = table.variables.front().texts;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (!known.contains(std::string(names[i])))
-            match.surplus.emplace_back(names[i]);
-    match.unknownGroups = UnknownGroups(view->GetCenterValues(), table);
-    return match;
+    return Match(m_state->Fitted(model), table.observations, table.variables.front().texts);
 }
 
-int Project::AddPredictions(int model, ImportedTable const &table, Progress const &progress) {
-    std::size_t const missing = MatchVariables(model, table).missing.size();
-    auto const variables = std::ranges::count_if(GetModel(model)->GetXColumnTerms(),
-                                                 [](ColumnTerm const &term) { return term.Size() == 1; });
-    if (missing == static_cast<std::size_t>(variables))
-        throw NCError(ExceptionMessage::translate(
-                          "None of the {1} X variables of model {2} is among the {3} variables of the table.") %
-                          missing % model % table.columns.size(),
-                      NCError::Error);
+VariableMatch Project::MatchVariables(int model, int dataSet) const {
+    return m_state->MatchOf(m_state->Fitted(model), dataSet);
+}
+
+int Project::AddPredictions(ImportedTable const &table, bool replace, Progress const &progress) {
     NewDataSet dataSet = AsDataSet(table);
     dataSet.kind = DataSetKind::Prediction;
-    dataSet.model = model;
+    int const old = FindPredictionSet(table.name);
+    if (old != 0 && !replace)
+        throw NCError(ExceptionMessage::translate("There is a prediction set \"{1}\" already.") % table.name,
+                      NCError::Error);
     Transaction transaction(m_state->File());
-    int const number = m_state->File().AddDataSet(dataSet, progress);
-    StoreRoles(m_state->File(), table);
+    if (old != 0)
+        m_state->File().DeleteDataSet(old);
+    int const number = Store(m_state->File(), dataSet, table, progress);
     transaction.Commit();
     m_state->Forget();
     return number;
+}
+
+int Project::FindPredictionSet(std::string const &name) const {
+    for (DataSetRecord const &record : m_state->DataSets())
+        if (record.kind == DataSetKind::Prediction && record.name == name)
+            return record.number;
+    return 0;
+}
+
+void Project::UsePredictions(int number) {
+    m_state->File().UsePredictionSet(number);
+    m_state->Forget();
 }
 
 std::vector<DataSetRecord> Project::DataSets() const {
@@ -421,19 +468,17 @@ int Project::GetFirstDataSet(int after) const {
 }
 
 boost::shared_ptr<NCDataSet const> Project::GetPredSet(int number) const {
-    DataSetRecord const *const record = number == -1 ? m_state->PredictionRecord(-1) : m_state->RecordOf(number);
+    DataSetRecord const *const record = m_state->RecordOf(number == -1 ? m_state->CurrentPredictionSet() : number);
     bool const isPrediction = record && record->kind == DataSetKind::Prediction;
     return isPrediction ? m_state->FindData(record->number) : nullptr;
 }
 
-boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int model) const {
-    DataSetRecord const *const record = m_state->PredictionRecord(model);
-    return record ? m_state->FindData(record->number) : nullptr;
+boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int) const {
+    return GetPredSet(-1);
 }
 
 boost::shared_ptr<NCPredictions const> Project::GetPredictions(int model, bool required) const {
-    PredictedRows const *const rows = m_state->Predictions(model);
-    if (rows)
+    if (PredictedRows const *const rows = m_state->Predictions(model))
         return boost::make_shared<Predictions>(GetModel(model), rows->dataSet);
     if (required)
         throw NCError(ExceptionMessage::translate("There is no prediction set for model {1}.") % model, NCError::Error);

@@ -14,8 +14,10 @@ namespace engine {
 
 struct ImportedTable;
 
-// Which variables of a model a table lacks, and which it has beside them.
+// Which variables of a model a table has, which it lacks, and which it has beside them. Variables are matched by name,
+// in any order. A table with none of those of X can't be predicted.
 struct VariableMatch {
+    std::size_t found = 0;            // of X
     std::vector<std::string> missing; // of X: their cells are missing
     std::vector<std::string> surplus; // of neither X nor Y: not used
     // Of a model with local centring: texts of the identifier by which it groups that are none of its groups, empty for
@@ -31,6 +33,9 @@ struct VariableMatch {
 class DATASERIES_API Project final : public NCProject {
 public:
     static boost::shared_ptr<Project> Create(std::filesystem::path const &path);
+    // With a first data set. Whatever fails leaves nothing.
+    static boost::shared_ptr<Project> Create(std::filesystem::path const &path, ImportedTable const &table,
+                                             Progress const &progress = {});
     static boost::shared_ptr<Project> OpenToRead(std::filesystem::path const &path);
     static boost::shared_ptr<Project> OpenToWrite(std::filesystem::path const &path);
     ~Project() override;
@@ -44,12 +49,17 @@ public:
     LocalCentring MeansOfGroups(GroupMeansRequest const &request) const;
     // Fits a model, cross-validates it, stores both and answers the number of the model.
     int AddModel(ModelRequest const &request, Progress const &progress = {});
-    // Makes the table the prediction set of a model. Variables are matched by name, in any order; those that the model
-    // lacks are stored and not used, and those that the table lacks are missing. NCError when it has none of them.
-    int AddPredictions(int model, ImportedTable const &table, Progress const &progress = {});
+    // Stores a table as a prediction set of the project, makes it the current one, and answers its number. The name has
+    // to be new among the prediction sets, unless the set of that name is to be replaced; otherwise NCError.
+    int AddPredictions(ImportedTable const &table, bool replace = false, Progress const &progress = {});
+    // The number of the prediction set of that name; 0 when there is none.
+    int FindPredictionSet(std::string const &name) const;
+    // Makes another prediction set the current one, which all models predict. NCError when it is none.
+    void UsePredictions(int number);
 
-    // How the variables of a table fit a model.
+    // How the variables of a table, or of a data set, fit a model. NCError when the model is not fitted.
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
+    VariableMatch MatchVariables(int model, int dataSet) const;
 
     std::vector<DataSetRecord> DataSets() const;
 
@@ -66,7 +76,10 @@ public:
     boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int number) const override;
     int GetFirstDataSet(int after) const override;
     boost::shared_ptr<NCDataSet const> GetPredSet(int number) const override;
+    // The current prediction set, as for every model.
     boost::shared_ptr<NCDataSet const> GetModelPredSet(int model) const override;
+    // The current prediction set on a model; predicted when it is first asked for. NCError when there is no such model,
+    // or the set has none of its X variables.
     boost::shared_ptr<NCPredictions const> GetPredictions(int model, bool required) const override;
     std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name) override;
     // The newest fitted model, -1 when there is none.

@@ -11,6 +11,8 @@ namespace {
 
 // The path by which all names of a file share one lock.
 std::filesystem::path RealPath(std::filesystem::path const &path) {
+    if (path.empty())
+        throw NCError(ExceptionMessage::translate("A project needs the name of a file."), NCError::Error);
     return std::filesystem::weakly_canonical(path);
 }
 
@@ -20,11 +22,48 @@ std::filesystem::path ExistingPath(std::filesystem::path const &path) {
     return RealPath(path);
 }
 
+// What SQLite keeps beside a file.
+constexpr char const *sideEndings[] = {"-wal", "-shm", "-journal"};
+
+std::filesystem::path DraftOf(std::filesystem::path const &path) {
+    return path.string() + ".new";
+}
+
 // What a killed process left beside a project that is no more would be taken for a part of the new one.
 void RemoveLeftovers(std::filesystem::path const &path) {
-    for (char const *ending : {"-wal", "-shm", "-journal"})
-        std::filesystem::remove(path.string() + ending);
+    std::error_code notThere;
+    for (char const *ending : sideEndings)
+        std::filesystem::remove(path.string() + ending, notThere);
 }
+
+// A project that is being made, with what stands beside it: gone again unless it is kept.
+class Draft {
+public:
+    explicit Draft(std::filesystem::path path) : m_path(std::move(path)) { Remove(); }
+    ~Draft() {
+        if (!m_kept)
+            Remove();
+    }
+    Draft(Draft const &) = delete;
+    Draft &operator=(Draft const &) = delete;
+
+    std::filesystem::path const &Path() const { return m_path; }
+    void MoveTo(std::filesystem::path const &path) {
+        std::filesystem::rename(m_path, path);
+        m_path = path;
+    }
+    void Keep() { m_kept = true; }
+
+private:
+    void Remove() const {
+        std::error_code notThere;
+        std::filesystem::remove(m_path, notThere);
+        RemoveLeftovers(m_path);
+    }
+
+    std::filesystem::path m_path;
+    bool m_kept = false;
+};
 
 bool AllHave(std::span<TextColumn const> columns, std::size_t count) {
     return std::ranges::all_of(columns, [&](TextColumn const &column) { return column.texts.size() == count; });
@@ -36,19 +75,21 @@ void CheckShape(NewDataSet const &dataSet) {
     std::size_t const observations = dataSet.observations.front().texts.size();
     bool const even =
         AllHave(dataSet.observations, observations) && AllHave(dataSet.variables, dataSet.columns.size()) &&
-        std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; });
+        std::ranges::all_of(dataSet.columns, [&](auto const &column) { return column.size() == observations; }) &&
+        std::ranges::all_of(dataSet.dates, [&](auto const &column) { return column.days.size() == observations; });
     if (!even)
         throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("columns of unequal length"));
-    if ((dataSet.kind == DataSetKind::Prediction) != (dataSet.model > 0))
-        throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("a model with no prediction set"));
-}
-
-bool IsPredictionSet(DataSetRecord const &dataSet, int model) {
-    return dataSet.kind == DataSetKind::Prediction && dataSet.model == model;
 }
 
 std::vector<std::byte> Copy(std::span<std::byte const> bytes) {
     return {bytes.begin(), bytes.end()};
+}
+
+template <typename Number>
+std::vector<Number> NumbersIn(std::span<std::byte const> bytes) {
+    std::vector<Number> numbers(bytes.size() / sizeof(Number));
+    std::ranges::copy(bytes.first(numbers.size() * sizeof(Number)), std::as_writable_bytes(std::span(numbers)).begin());
+    return numbers;
 }
 
 } // namespace
@@ -60,28 +101,44 @@ ProjectFile &ProjectFile::operator=(ProjectFile &&other) noexcept = default;
 ProjectFile::~ProjectFile() = default;
 
 // Written under another name first: under its own name, the file is whole from the first moment.
-ProjectFile ProjectFile::Create(std::filesystem::path const &path) {
+ProjectFile ProjectFile::Create(std::filesystem::path const &path, std::function<void(ProjectFile &)> const &fill) {
     std::filesystem::path const real = RealPath(path);
-    {
-        WriterLock const lock(real);
-        if (std::filesystem::exists(real))
-            throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
-        std::filesystem::path const draft = real.string() + ".new";
-        std::filesystem::remove(draft);
-        RemoveLeftovers(draft);
-        RemoveLeftovers(real);
-        Implementation::WriteEmpty(draft);
-        std::filesystem::rename(draft, real);
+    auto lock = std::make_unique<WriterLock>(real);
+    if (std::filesystem::exists(real))
+        throw NCError(ExceptionMessage::translate("{1} exists already.") % real.string(), NCError::Error);
+    Draft draft(DraftOf(real));
+    RemoveLeftovers(real);
+    Implementation::WriteEmpty(draft.Path());
+    if (fill) {
+        ProjectFile file = OpenToWrite(draft.Path());
+        fill(file);
     }
-    return OpenToWrite(real);
+    Implementation::LetOthersRead(draft.Path());
+    draft.MoveTo(real);
+    ProjectFile file(std::make_unique<Implementation>(real, std::move(lock)));
+    draft.Keep();
+    return file;
 }
 
 ProjectFile ProjectFile::OpenToWrite(std::filesystem::path const &path) {
-    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), true));
+    std::filesystem::path const real = ExistingPath(path);
+    return ProjectFile(std::make_unique<Implementation>(real, std::make_unique<WriterLock>(real)));
 }
 
 ProjectFile ProjectFile::OpenToRead(std::filesystem::path const &path) {
-    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), false));
+    return ProjectFile(std::make_unique<Implementation>(ExistingPath(path), nullptr));
+}
+
+std::vector<std::filesystem::path> ProjectFile::FilesOf(std::filesystem::path const &path) {
+    std::filesystem::path const real = RealPath(path);
+    std::vector<std::filesystem::path> files;
+    for (std::filesystem::path const &file : {real, DraftOf(real)}) {
+        files.push_back(file);
+        files.push_back(WriterLock::PathOf(file));
+        for (char const *ending : sideEndings)
+            files.push_back(file.string() + ending);
+    }
+    return files;
 }
 
 std::filesystem::path const &ProjectFile::Path() const {
@@ -112,34 +169,33 @@ std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
 }
 
 std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
-    Statement const block = m_implementation->ReadBlock(Part::Column, dataSet, variable);
-    std::span<std::byte const> const bytes = block.Bytes(2);
-    std::vector<float> values(bytes.size() / sizeof(float));
-    std::ranges::copy(bytes, std::as_writable_bytes(std::span(values)).begin());
-    return values;
+    return NumbersIn<float>(m_implementation->ReadBlock(Part::Column, dataSet, variable).Bytes(2));
+}
+
+// The name of the block is the number of the variable.
+std::vector<DateColumn> ProjectFile::Dates(int dataSet) const {
+    std::vector<DateColumn> dates;
+    int const count = static_cast<int>(m_implementation->DataSet(dataSet).dateVariables);
+    for (int position = 1; position <= count; ++position) {
+        Statement const block = m_implementation->ReadBlock(Part::Dates, dataSet, position);
+        dates.push_back({std::stoi(std::string(block.Text(1))), NumbersIn<double>(block.Bytes(2))});
+    }
+    return dates;
 }
 
 int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress) {
     CheckShape(dataSet);
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
-    if (dataSet.kind == DataSetKind::Prediction) {
-        file.Model(dataSet.model);
-        if (dataSet.name.empty())
-            for (StoredDataSet const &old : file.DataSets())
-                if (old.name.empty() && IsPredictionSet(old, dataSet.model))
-                    DeleteDataSet(old.number);
-    }
-
     StoredDataSet stored;
-    stored.number = file.NextDataSet();
+    stored.number = file.Next(Counter::DataSet);
     stored.name = dataSet.name;
     stored.kind = dataSet.kind;
-    stored.model = dataSet.model;
     stored.observations = dataSet.observations.front().texts.size();
     stored.variables = dataSet.columns.size();
     stored.observationIdentifiers = dataSet.observations.size();
     stored.variableIdentifiers = dataSet.variables.size();
+    stored.dateVariables = dataSet.dates.size();
     file.ReplaceDataSet(stored);
     file.WriteTextColumns(Part::ObservationIdentifier, stored.number, dataSet.observations);
     file.WriteTextColumns(Part::VariableIdentifier, stored.number, dataSet.variables);
@@ -148,6 +204,12 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
         file.ReplaceBlock(Part::Column, stored.number, static_cast<int>(column + 1), {},
                           std::as_bytes(std::span(dataSet.columns[column])));
     }
+    int position = 0;
+    for (DateColumn const &column : dataSet.dates)
+        file.ReplaceBlock(Part::Dates, stored.number, ++position, std::to_string(column.variable),
+                          std::as_bytes(std::span(column.days)));
+    if (stored.kind == DataSetKind::Prediction)
+        file.SetCounter(Counter::CurrentPredictionSet, stored.number);
     progress.Report(1.0);
     change.Commit();
     return stored.number;
@@ -157,8 +219,6 @@ void ProjectFile::RenameDataSet(int number, std::string_view name) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
     StoredDataSet dataSet = file.DataSet(number);
-    if (name.empty() && dataSet.kind == DataSetKind::Prediction)
-        throw NCError(ExceptionMessage::translate("Prediction set {1} needs a name.") % number, NCError::Error);
     dataSet.name = name;
     file.ReplaceDataSet(dataSet);
     change.Commit();
@@ -173,6 +233,25 @@ void ProjectFile::DeleteDataSet(int number) {
                           user,
                       NCError::Error);
     file.DeleteDataSet(number);
+    if (file.CounterValue(Counter::CurrentPredictionSet) == number) {
+        int newest = 0;
+        for (StoredDataSet const &left : file.DataSets())
+            newest = left.kind == DataSetKind::Prediction ? left.number : newest;
+        file.SetCounter(Counter::CurrentPredictionSet, newest);
+    }
+    change.Commit();
+}
+
+int ProjectFile::CurrentPredictionSet() const {
+    return m_implementation->CounterValue(Counter::CurrentPredictionSet);
+}
+
+void ProjectFile::UsePredictionSet(int number) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    if (file.DataSet(number).kind != DataSetKind::Prediction)
+        throw NCError(ExceptionMessage::translate("Data set {1} is no prediction set.") % number, NCError::Error);
+    file.SetCounter(Counter::CurrentPredictionSet, number);
     change.Commit();
 }
 
@@ -197,7 +276,7 @@ std::optional<std::vector<std::byte>> ProjectFile::Results(int model) const {
 int ProjectFile::AddModel(std::string_view name, std::span<int const> dataSets, std::span<std::byte const> definition) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
-    int const number = file.NextModel();
+    int const number = file.Next(Counter::Model);
     file.ReplaceModel({number, {}, {}, false});
     ChangeModel(number, name, dataSets, definition);
     change.Commit();
@@ -242,9 +321,6 @@ void ProjectFile::DeleteModel(int number) {
     Implementation &file = m_implementation->Writable();
     Transaction change(file);
     file.DeleteModel(number);
-    for (StoredDataSet const &dataSet : file.DataSets())
-        if (IsPredictionSet(dataSet, number))
-            DeleteDataSet(dataSet.number);
     change.Commit();
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "engine/DateColumn.h"
 #include "engine/PackedTexts.h"
 #include "engine/Progress.h"
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -16,7 +18,7 @@ namespace engine {
 
 enum class DataSetKind {
     Data,
-    Prediction // observations that were brought into a model
+    Prediction // observations that models predict
 };
 
 // What a project knows of a data set without reading its values.
@@ -24,7 +26,6 @@ struct DataSetRecord {
     int number = 0; // counted from 1, never given twice
     std::string name;
     DataSetKind kind = DataSetKind::Data;
-    int model = 0; // of a prediction set: the model it was made for; else 0
     std::size_t observations = 0;
     std::size_t variables = 0;
 };
@@ -36,7 +37,7 @@ struct NewDataSet {
     std::span<TextColumn const> variables;       // at least one, each with a text for every variable
     std::span<std::vector<float> const> columns; // for each variable a value for every observation, -99 missing
     DataSetKind kind = DataSetKind::Data;
-    int model = 0;
+    std::span<DateColumn const> dates = {}; // of the variables that hold dates
 };
 
 // What a project knows of a model without reading its definition or results.
@@ -58,14 +59,19 @@ struct ModelRecord {
 // reading, for a file that can't be read or written. An object serves one thread at a time.
 class DATASERIES_API ProjectFile {
 public:
-    // A new project. The path must not exist.
-    static ProjectFile Create(std::filesystem::path const &path);
+    // A new project with what `fill` puts in. The path must not exist. It does so once the project is whole: whatever
+    // fails before leaves nothing, and what a killed process left is cleaned up by the next one.
+    static ProjectFile Create(std::filesystem::path const &path, std::function<void(ProjectFile &)> const &fill = {});
     static ProjectFile OpenToWrite(std::filesystem::path const &path);
     static ProjectFile OpenToRead(std::filesystem::path const &path);
 
     ProjectFile(ProjectFile &&other) noexcept;
     ProjectFile &operator=(ProjectFile &&other) noexcept;
     ~ProjectFile();
+
+    // The files that belong to a project: the one of that path, whatever its spelling, and those that stand beside it
+    // while it is made, open or left by a killed process.
+    static std::vector<std::filesystem::path> FilesOf(std::filesystem::path const &path);
 
     std::filesystem::path const &Path() const;
     bool IsWritable() const;
@@ -77,14 +83,21 @@ public:
     std::vector<TextColumn> VariableIdentifiers(int dataSet) const;
     // The values of one variable, counted from 1.
     std::vector<float> Column(int dataSet, int variable) const;
+    // The dates of the variables that hold dates.
+    std::vector<DateColumn> Dates(int dataSet) const;
 
-    // Answers the number of the data set. A prediction set without a name replaces the one without a name that its
-    // model had. Throws Cancelled, with nothing stored.
+    // Answers the number of the data set. A prediction set becomes the current one. Throws Cancelled, with nothing
+    // stored.
     int AddDataSet(NewDataSet const &dataSet, Progress const &progress = {});
-    // A name keeps a prediction set from being replaced, so it can't be taken away again.
     void RenameDataSet(int number, std::string_view name);
-    // Throws NCError when a model is made of it.
+    // Throws NCError when a model is made of it. In place of the current prediction set, the newest one becomes
+    // current.
     void DeleteDataSet(int number);
+
+    // The number of the prediction set that models predict; 0 when there is none.
+    int CurrentPredictionSet() const;
+    // NCError when the number is not that of a prediction set.
+    void UsePredictionSet(int number);
 
     std::vector<ModelRecord> Models() const;
     ModelRecord Model(int number) const;
@@ -99,7 +112,6 @@ public:
                      std::span<std::byte const> definition);
     void SetResults(int model, std::span<std::byte const> results);
     void DropResults(int model);
-    // With its prediction sets. Throws NCError when another model is made of one of these.
     void DeleteModel(int number);
 
     // In the order of their bytes.

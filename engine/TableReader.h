@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/DateColumn.h"
 #include "engine/PackedTexts.h"
 #include "engine/Progress.h"
 
@@ -48,9 +49,10 @@ struct ImportedTable {
     std::vector<TextColumn> variables;
     // For each variable a value for every observation; -99 where it is missing.
     std::vector<std::vector<float>> columns;
-    // Those of the variables that hold dates, as days since 1970-01-01 00:00. A column whose cells all read as dates
-    // (ISO 8601: "2024-03-05", "2024-03-05 14:30:07") is such a variable, unless it identifies the observations.
-    std::vector<std::string> dateTimeVariables;
+    // The dates of those of the variables that hold dates; their values in `columns` count from the midnight before the
+    // first of all of these. A column whose cells all read as dates (ISO 8601: "2024-03-05", "2024-03-05 14:30:07") is
+    // such a variable, unless it identifies the observations.
+    std::vector<DateColumn> dates;
     // As in the options.
     std::string batchColumn;
     std::string phaseColumn;

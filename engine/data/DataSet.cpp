@@ -10,6 +10,13 @@ namespace {
 // Collects the items of one list, data set by data set, and the identifier columns that any of them has.
 class ListBuilder {
 public:
+    // Columns of these headings tell the same: what one has is in the first of them too.
+    void SetSynonyms(std::vector<std::string> const &headings) {
+        for (std::string const &heading : headings)
+            if (heading != headings.front())
+                m_synonyms[heading] = headings.front();
+    }
+
     // Answers the item of each entry of a data set.
     std::vector<std::uint32_t> Add(std::vector<TextColumn> const &columns) {
         PackedTexts const &primary = columns.front().texts;
@@ -28,8 +35,11 @@ public:
                 items.push_back(at->second);
             }
         }
-        for (std::size_t column = 0; column < columns.size(); ++column)
+        for (std::size_t column = 0; column < columns.size(); ++column) {
             AddTexts(AliasNumber(columns[column].name, column == 0), columns[column].texts, items);
+            if (auto const first = m_synonyms.find(columns[column].name); first != m_synonyms.end())
+                AddTexts(AliasNumber(first->second, false), columns[column].texts, items);
+        }
         return items;
     }
 
@@ -70,6 +80,7 @@ private:
     std::unordered_map<std::string, std::uint32_t> m_items;
     std::uint32_t m_size = 0;
     std::vector<VarObs::Alias> m_aliases;
+    std::unordered_map<std::string, std::string> m_synonyms;
 };
 
 } // namespace
@@ -117,11 +128,13 @@ void ItemLists::Refresh(ProjectFile const &file) {
     observationsOf.clear();
     ListBuilder variableList;
     ListBuilder observationList;
+    std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
+    for (char const *role : {batchRole, phaseRole})
+        observationList.SetSynonyms(HeadingsOf(*roles, role));
     for (DataSetRecord const &record : file.DataSets()) {
         variablesOf[record.number] = variableList.Add(file.VariableIdentifiers(record.number));
         observationsOf[record.number] = observationList.Add(file.ObservationIdentifiers(record.number));
     }
-    std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
     observationList.SetRole(HeadingsOf(*roles, batchRole), VarObs::Role::Batch);
     observationList.SetRole(HeadingsOf(*roles, phaseRole), VarObs::Role::Phase);
     variableList.MoveInto(variables);
@@ -159,6 +172,21 @@ std::string DataSet::Name(int column) const {
 NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
     std::optional<int> const column = ColumnOf(variable);
     return column ? NCDataVector<float>(Values(*column)) : NCDataVector<float>();
+}
+
+std::vector<DateColumn> const &DataSet::Dates() const {
+    std::lock_guard const reading(m_reading);
+    if (!m_dates)
+        m_dates = m_file.Dates(m_record.number);
+    return *m_dates;
+}
+
+std::span<double const> DataSet::GetDates(std::uint32_t variable) const {
+    std::optional<int> const column = ColumnOf(variable);
+    for (DateColumn const &dates : Dates())
+        if (dates.variable - 1 == column)
+            return dates.days;
+    return {};
 }
 
 NCDataVector<float> DataSet::GetObservation(std::uint32_t observation) const {

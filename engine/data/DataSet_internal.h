@@ -56,6 +56,8 @@ public:
     ObservationInfos const &GetObservations() const override { return m_observations; }
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
     NCDataVector<float> GetVariable(std::uint32_t variable) const override;
+    std::span<double const> GetDates(std::uint32_t variable) const override;
+    double GetFirstDay() const override { return FirstDay(Dates()); }
     NCDataVector<float> GetObservation(std::uint32_t observation) const override;
     AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
     AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
@@ -66,6 +68,9 @@ public:
 
     // The observations as the columns of a table.
     ColumnIDs const &ObservationColumns() const { return m_observationColumns; }
+
+    // The variables that hold dates.
+    std::vector<DateColumn> const &Dates() const;
 
     // The column of a variable of the project, nothing when the data set does not have it.
     std::optional<int> ColumnOf(std::uint32_t variable) const;
@@ -81,6 +86,7 @@ private:
     std::unordered_map<std::uint32_t, int> m_columns;
     mutable std::mutex m_reading;
     mutable std::unordered_map<int, std::vector<float>> m_values;
+    mutable std::optional<std::vector<DateColumn>> m_dates;
 };
 
 } // namespace engine

@@ -24,11 +24,20 @@ ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<
     : m_fitted(std::move(fitted)), m_rows(std::move(rows)) {
     if (!definition.centringGroups.empty())
         m_groups = GroupsOf(*m_rows, definition.centringIdentifier, definition.centringGroups);
+    if (m_rows != m_fitted)
+        for (DateColumn const &dates : m_fitted->Dates()) {
+            int const column = dates.variable - 1;
+            auto const days = m_rows->GetDates(m_fitted->GetVariables()[static_cast<std::size_t>(column)]);
+            if (!days.empty())
+                m_dates.emplace(column, DaysSince(m_fitted->GetFirstDay(), days));
+        }
 }
 
 std::span<float const> ModelColumns::Values(int column) const {
     if (m_rows == m_fitted)
         return m_rows->Values(column);
+    if (auto const dates = m_dates.find(column); dates != m_dates.end())
+        return dates->second;
     std::optional<int> const found = m_rows->ColumnOf(m_fitted->GetVariables()[static_cast<std::size_t>(column)]);
     return found ? m_rows->Values(*found) : std::span<float const>();
 }

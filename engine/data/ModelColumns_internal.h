@@ -5,7 +5,7 @@
 namespace engine {
 
 // A data set as the source of a model's terms. The model counts columns as the data set that it was fitted to; in any
-// other they are found by variable.
+// other they are found by variable, and dates count from the first day of that data set.
 class ModelColumns final : public SourceColumns {
 public:
     ModelColumns(ModelDefinition const &definition, boost::shared_ptr<DataSet const> fitted,
@@ -19,6 +19,7 @@ private:
     boost::shared_ptr<DataSet const> m_fitted;
     boost::shared_ptr<DataSet const> m_rows;
     std::vector<int> m_groups;
+    std::unordered_map<int, std::vector<float>> m_dates; // of other rows, by column of the model's data set
 };
 
 // The group of each row of a data set by its text in the identifier column of that name, -1 for a text that is no

@@ -1,8 +1,9 @@
 #include "engine/import/TableBuilder_internal.h"
 
-#include "engine/import/DateTime_internal.h"
+#include "engine/DateTime.h"
 
 #include <algorithm>
+#include <limits>
 #include <unordered_map>
 
 namespace engine {
@@ -51,8 +52,8 @@ std::vector<float> ColumnBuilder::TakeNumbers() {
     return std::move(m_numbers);
 }
 
-std::vector<float> ColumnBuilder::TakeDates(CellReader const &reader) {
-    std::vector<float> days;
+std::vector<double> ColumnBuilder::TakeDates(CellReader const &reader) {
+    std::vector<double> days;
     if (m_identifier || m_numeric || m_wrongCells == 0)
         return days;
     days.reserve(m_texts.size());
@@ -61,7 +62,7 @@ std::vector<float> ColumnBuilder::TakeDates(CellReader const &reader) {
         std::optional<double> const day = ReadDateTime(text);
         if (!day && reader.Read(text).kind != CellKind::Missing)
             return {};
-        days.push_back(day ? static_cast<float>(*day) : missingValue);
+        days.push_back(day.value_or(std::numeric_limits<double>::quiet_NaN()));
     }
     return days;
 }
@@ -144,10 +145,10 @@ ImportedTable TableBuilder::Take(std::string const &name) {
     for (std::size_t column = 0; column < m_columns.size(); ++column) {
         ColumnBuilder &builder = m_columns[column];
         table.literalMissingValues += builder.LiteralMissingValues();
-        if (std::vector<float> days = builder.TakeDates(m_reader); !days.empty()) {
+        if (std::vector<double> days = builder.TakeDates(m_reader); !days.empty()) {
             table.variables.front().texts.Append(m_headings[column]);
-            table.columns.push_back(std::move(days));
-            table.dateTimeVariables.push_back(m_headings[column]);
+            table.columns.emplace_back();
+            table.dates.push_back({static_cast<int>(table.columns.size()), std::move(days)});
         } else if (builder.IsText()) {
             table.observations.push_back({m_headings[column], builder.TakeTexts()});
             bool const isNamed =
@@ -161,8 +162,13 @@ ImportedTable TableBuilder::Take(std::string const &name) {
     }
     if (table.columns.empty())
         throw NCError(ExceptionMessage::translate("{1} holds no column of numbers.") % m_file, NCError::Error);
-    for (std::string const &name : table.dateTimeVariables)
-        table.notes.push_back((ExceptionMessage::translate("Dates, as days since 1970-01-01: {1}.") % name).Text());
+    double const firstDay = FirstDay(table.dates);
+    for (DateColumn const &dates : table.dates) {
+        auto const column = static_cast<std::size_t>(dates.variable - 1);
+        table.columns[column] = DaysSince(firstDay, dates.days);
+        std::string const name(table.variables.front().texts[column]);
+        table.notes.push_back((ExceptionMessage::translate("Dates: {1}.") % name).Text());
+    }
     if (!texts.empty())
         table.notes.push_back(
             (ExceptionMessage::translate("Columns of text are kept as identifiers: {1}.") % texts).Text());

@@ -28,7 +28,7 @@ public:
     PackedTexts TakeTexts() { return std::move(m_texts); }
     std::vector<float> TakeNumbers();
     // The days of a column of dates and missing values, other than an identifier; empty for any other column.
-    std::vector<float> TakeDates(CellReader const &reader);
+    std::vector<double> TakeDates(CellReader const &reader);
 
 private:
     void BecomeNumeric();

@@ -40,6 +40,7 @@ public:
             GroupRows();
         AddFactors();
         Transform();
+        Scale();
         if (m_request.localCentring)
             CentreLocally();
         for (std::vector<std::string> const &names : m_request.products)
@@ -78,6 +79,7 @@ private:
                 throw NCError(ExceptionMessage::translate("The variable \"{1}\" is named twice as a response.") % name,
                               NCError::Error);
             m_definition.yTerms.push_back(TermOf(columns->front()));
+            m_definition.yTerms.back().scaling = ScalingOf(m_request.responseScaling.value_or(m_request.scaling));
         }
     }
 
@@ -144,16 +146,24 @@ private:
         return nullptr;
     }
 
+    Term &TermNamed(std::string const &name, char const *purpose) {
+        Term *const term = FindTerm(name);
+        if (!term)
+            throw NCError(
+                ExceptionMessage::translate("There is no variable \"{1}\" of the model in data set {2} ({3}) to {4}.") %
+                    name % m_record.number % m_record.name % purpose,
+                NCError::Error);
+        return *term;
+    }
+
     void Transform() {
-        for (auto const &[name, transformation] : m_request.transformations) {
-            Term *const term = FindTerm(name);
-            if (!term)
-                throw NCError(ExceptionMessage::translate(
-                                  "There is no variable \"{1}\" of the model in data set {2} ({3}) to transform.") %
-                                  name % m_record.number % m_record.name,
-                              NCError::Error);
-            term->transformation = TransformationOf(transformation);
-        }
+        for (auto const &[name, transformation] : m_request.transformations)
+            TermNamed(name, "transform").transformation = TransformationOf(transformation);
+    }
+
+    void Scale() {
+        for (auto const &[name, scaling] : m_request.scalings)
+            TermNamed(name, "scale").scaling = ScalingOf(scaling);
     }
 
     void CentreLocally() {

@@ -1,3 +1,4 @@
+#include "engine/DateTime.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
 #include "platform/containers/Missing.h"
@@ -15,6 +16,11 @@ constexpr int allPhases = -1;
 
 std::string SetLabel(DataSet const &dataSet) {
     return "DS" + std::to_string(dataSet.GetNumber());
+}
+
+// Behind the label of a row of dates, which count from the first day of the data set.
+std::string DaysLabel(DataSet const &dataSet) {
+    return " (days since " + DateTimeText(dataSet.GetFirstDay(), DatePrecision::Day) + ")";
 }
 
 ColumnIDs VariableColumns(DataSet const &dataSet) {
@@ -79,10 +85,13 @@ TablePtr VariableRows(DataSet const &dataSet, IntList const *variables, int batc
     std::vector<int> const columns = Places(variables, static_cast<int>(dataSet.GetVariables().size()),
                                             [&](std::uint32_t item) { return dataSet.ColumnOf(item); });
     Answer answer(RowColumns(dataSet, *range), columns.size());
-    for (int const column : columns)
-        answer.AddStored(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")",
+    for (int const column : columns) {
+        bool const hasDates = !dataSet.GetDates(dataSet.GetVariables()[static_cast<std::size_t>(column)]).empty();
+        answer.AddStored(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")" +
+                             (hasDates ? DaysLabel(dataSet) : ""),
                          dataSet.Values(column).subspan(static_cast<std::size_t>(range->first),
                                                         static_cast<std::size_t>(range->count)));
+    }
     return answer.Take();
 }
 
@@ -147,7 +156,8 @@ TablePtr CentreValues(NCProject const &project) {
     return answer.Take();
 }
 
-// The values of the project's time variable; nothing when there is none, or the model's data set lacks it.
+// The values of the project's time variable, in days since the first date of the model's data set; nothing when there
+// is none, or the model's data set lacks it.
 TablePtr Times(RowSource const &source) {
     std::optional<RowSet> const rows = source.Rows();
     VariableInfo const *const time = source.model.GetProject()->GetVariables().GetDefaultTimeVariable();
@@ -156,7 +166,8 @@ TablePtr Times(RowSource const &source) {
         return nullptr;
     std::span<float const> const values = rows->Source().Values(*column);
     Answer answer(rows->Columns());
-    auto const row = answer.Add(source.model.Label(source.ofPredictions ? "Date/Time-PS" : "Date/Time"));
+    auto const row = answer.Add(source.model.Label(source.ofPredictions ? "Date/Time-PS" : "Date/Time") +
+                                DaysLabel(source.model.FittedData()));
     for (Index i = 0; i < rows->Size() && !values.empty(); ++i)
         row[static_cast<std::size_t>(i)] = values[rows->SourceRow(i)];
     return answer.Take();

@@ -32,6 +32,12 @@ std::string Encoded(std::string const &path) {
     return encoded;
 }
 
+bool HasBytes(std::string const &file) {
+    std::error_code notThere;
+    std::uintmax_t const size = std::filesystem::file_size(file, notThere);
+    return !notThere && size > 0;
+}
+
 } // namespace
 
 void Database::Closer::operator()(sqlite3 *handle) const {
@@ -39,11 +45,13 @@ void Database::Closer::operator()(sqlite3 *handle) const {
 }
 
 Database::Database(std::string const &path, std::string name, Mode mode) : m_name(std::move(name)) {
+    bool const hasLog = HasBytes(path + "-wal");
     Open(path, Flags(mode));
     if (mode != Mode::ReadOnly)
         return;
-    // In a folder where nothing can be written, nobody else can have the file open for writing either.
-    if (!CanRead() && !std::filesystem::exists(path + "-wal"))
+    // Where nothing can be written, for want of rights or of room, nobody else can have the file open for writing
+    // either.
+    if (!CanRead() && !hasLog)
         Open("file:" + Encoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     Execute("PRAGMA query_only = ON;");
 }
@@ -51,7 +59,7 @@ Database::Database(std::string const &path, std::string name, Mode mode) : m_nam
 bool Database::CanRead() const {
     int const code =
         sqlite3_exec(m_handle.get(), "SELECT 1 FROM sqlite_schema LIMIT 1", nullptr, nullptr, nullptr) & 0xFF;
-    return code != SQLITE_READONLY && code != SQLITE_CANTOPEN;
+    return code != SQLITE_READONLY && code != SQLITE_CANTOPEN && code != SQLITE_FULL && code != SQLITE_IOERR;
 }
 
 void Database::Open(std::string const &file, int flags) {

@@ -16,19 +16,27 @@ namespace engine {
 struct StoredDataSet : DataSetRecord {
     std::size_t observationIdentifiers = 0;
     std::size_t variableIdentifiers = 0;
+    std::size_t dateVariables = 0;
 };
 
+// The numbers of the table `counter`: the next data set and model, and the current prediction set or 0.
+enum class Counter { DataSet, Model, CurrentPredictionSet };
+using Counters = std::array<std::int64_t, 3>;
+
 // Numbers kept in files.
-enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results };
+enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results, Dates };
 
 // The tables of the file. Records are small rows, each with a checksum over all its fields; everything big is a row of
 // the table `block`, found by its part, its owner (a data set or a model) and its position from 1.
 class ProjectFile::Implementation {
 public:
-    Implementation(std::filesystem::path path, bool writable);
+    // For reading only without a lock.
+    Implementation(std::filesystem::path path, std::unique_ptr<WriterLock> lock);
 
     // Writes the tables of a project without content.
     static void WriteEmpty(std::filesystem::path const &path);
+    // From then on a file can be read while it is written.
+    static void LetOthersRead(std::filesystem::path const &path);
 
     bool IsWritable() const { return m_lock != nullptr; }
     // This, or an error when the file is open for reading.
@@ -47,9 +55,10 @@ public:
     // The number of a model that is made of the data set; 0 when there is none.
     int UserOfDataSet(int number);
 
-    // Counts on.
-    int NextDataSet();
-    int NextModel();
+    int CounterValue(Counter counter);
+    void SetCounter(Counter counter, int value);
+    // Answers the number, and counts on.
+    int Next(Counter counter);
 
     void ReplaceBlock(Part part, int owner, int position, std::string_view name, std::span<std::byte const> bytes);
     // A statement on the row of the block: its name is column 1, its bytes are column 2.
@@ -71,8 +80,7 @@ private:
     void CheckSum(Checksum const &sum, std::int64_t stored, std::string const &what) const;
     StoredDataSet ReadDataSet(Statement const &row) const;
     ModelRecord ReadModel(Statement const &row) const;
-    std::array<std::int64_t, 2> ReadCounters();
-    int Next(std::size_t counter);
+    Counters ReadCounters();
     [[noreturn]] void ThrowNoBlock(Part part, int owner, int position);
 
     std::unique_ptr<WriterLock> m_lock;

@@ -9,19 +9,20 @@ namespace engine {
 namespace {
 
 constexpr std::int64_t applicationId = 0x44536572; // "DSer"
-constexpr std::int64_t schemaVersion = 1;
+constexpr std::int64_t schemaVersion = 2;
 
 // Columns of a hundred observations and of a million are both common: pages between the two.
 constexpr char schema[] = R"(
     PRAGMA page_size = 8192;
     PRAGMA application_id = 0x44536572;
-    PRAGMA user_version = 1;
+    PRAGMA user_version = 2;
     BEGIN;
     CREATE TABLE counter (id INTEGER PRIMARY KEY, next_data_set INTEGER NOT NULL, next_model INTEGER NOT NULL,
-        checksum INTEGER NOT NULL);
+        current_prediction_set INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE data_set (number INTEGER PRIMARY KEY, name TEXT NOT NULL, kind INTEGER NOT NULL,
-        model INTEGER NOT NULL, observations INTEGER NOT NULL, variables INTEGER NOT NULL,
-        observation_identifiers INTEGER NOT NULL, variable_identifiers INTEGER NOT NULL, checksum INTEGER NOT NULL);
+        observations INTEGER NOT NULL, variables INTEGER NOT NULL, observation_identifiers INTEGER NOT NULL,
+        variable_identifiers INTEGER NOT NULL,
+        date_variables INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE model (number INTEGER PRIMARY KEY, name TEXT NOT NULL, data_sets BLOB NOT NULL,
         fitted INTEGER NOT NULL, checksum INTEGER NOT NULL);
     CREATE TABLE section (name TEXT PRIMARY KEY, text TEXT NOT NULL, checksum INTEGER NOT NULL) WITHOUT ROWID;
@@ -29,18 +30,18 @@ constexpr char schema[] = R"(
         checksum INTEGER NOT NULL, bytes BLOB NOT NULL, UNIQUE (part, owner, position));
 )";
 
-Checksum SumOf(std::array<std::int64_t, 2> const &counters) {
+Checksum SumOf(Counters const &counters) {
     return Checksum().Add(std::as_bytes(std::span(counters)));
 }
 
 Checksum SumOf(StoredDataSet const &dataSet) {
     std::array<std::int64_t, 7> const numbers = {dataSet.number,
                                                  static_cast<int>(dataSet.kind),
-                                                 dataSet.model,
                                                  static_cast<std::int64_t>(dataSet.observations),
                                                  static_cast<std::int64_t>(dataSet.variables),
                                                  static_cast<std::int64_t>(dataSet.observationIdentifiers),
-                                                 static_cast<std::int64_t>(dataSet.variableIdentifiers)};
+                                                 static_cast<std::int64_t>(dataSet.variableIdentifiers),
+                                                 static_cast<std::int64_t>(dataSet.dateVariables)};
     return Checksum().Add(std::as_bytes(std::span(numbers))).Add(dataSet.name);
 }
 
@@ -56,6 +57,12 @@ Checksum SumOf(Part part, int owner, int position, std::string_view name, std::s
     return Checksum().Add(static_cast<int>(part)).Add(owner).Add(position).Add(name).Add(bytes);
 }
 
+void ReplaceCounters(Database &database, Counters const &counters) {
+    Statement(database, "REPLACE INTO counter VALUES (1, ?, ?, ?, ?)", counters[0], counters[1], counters[2],
+              SumOf(counters).Value())
+        .Run();
+}
+
 bool IsOfModel(Part part) {
     return part == Part::Definition || part == Part::Results;
 }
@@ -66,9 +73,9 @@ std::string Owner(Part part, int number) {
 
 } // namespace
 
-ProjectFile::Implementation::Implementation(std::filesystem::path file, bool writable)
-    : path(std::move(file)), m_lock(writable ? std::make_unique<WriterLock>(path) : nullptr),
-      database(path.string(), path.string(), writable ? Database::Mode::ReadWrite : Database::Mode::ReadOnly) {
+ProjectFile::Implementation::Implementation(std::filesystem::path file, std::unique_ptr<WriterLock> lock)
+    : path(std::move(file)), m_lock(std::move(lock)),
+      database(path.string(), path.string(), m_lock ? Database::Mode::ReadWrite : Database::Mode::ReadOnly) {
     CheckVersion();
     database.Execute("PRAGMA journal_size_limit = 67108864; PRAGMA cache_size = -16000;");
     CheckRecords();
@@ -77,10 +84,12 @@ ProjectFile::Implementation::Implementation(std::filesystem::path file, bool wri
 void ProjectFile::Implementation::WriteEmpty(std::filesystem::path const &path) {
     Database database(path.string(), path.string(), Database::Mode::Create);
     database.Execute(schema);
-    std::array<std::int64_t, 2> const counters = {1, 1};
-    Statement(database, "INSERT INTO counter VALUES (1, ?, ?, ?)", counters[0], counters[1], SumOf(counters).Value())
-        .Run();
-    database.Execute("COMMIT; PRAGMA journal_mode = WAL;");
+    ReplaceCounters(database, {1, 1, 0});
+    database.Execute("COMMIT");
+}
+
+void ProjectFile::Implementation::LetOthersRead(std::filesystem::path const &path) {
+    Database(path.string(), path.string(), Database::Mode::ReadWrite).Execute("PRAGMA journal_mode = WAL");
 }
 
 ProjectFile::Implementation &ProjectFile::Implementation::Writable() {
@@ -96,9 +105,9 @@ void ProjectFile::Implementation::CheckVersion() {
     std::int64_t const version = database.Number("PRAGMA user_version");
     if (version != schemaVersion)
         throw NCError(
-            ExceptionMessage::translate("The project {1} has format {2}, expected format {3}. A newer version "
-                                        "of this program may have written it.") %
-                path.string() % version % schemaVersion,
+            ExceptionMessage::translate("The project {1} has format {2}, expected format {3}: {4} version of this "
+                                        "program wrote it.") %
+                path.string() % version % schemaVersion % (version < schemaVersion ? "an older" : "a newer"),
             NCError::Error);
 }
 
@@ -141,25 +150,26 @@ StoredDataSet ProjectFile::Implementation::ReadDataSet(Statement const &row) con
     dataSet.number = static_cast<int>(row.Integer(1));
     dataSet.name = row.Text(2);
     dataSet.kind = static_cast<DataSetKind>(row.Integer(3));
-    dataSet.model = static_cast<int>(row.Integer(4));
-    dataSet.observations = static_cast<std::size_t>(row.Integer(5));
-    dataSet.variables = static_cast<std::size_t>(row.Integer(6));
-    dataSet.observationIdentifiers = static_cast<std::size_t>(row.Integer(7));
-    dataSet.variableIdentifiers = static_cast<std::size_t>(row.Integer(8));
+    dataSet.observations = static_cast<std::size_t>(row.Integer(4));
+    dataSet.variables = static_cast<std::size_t>(row.Integer(5));
+    dataSet.observationIdentifiers = static_cast<std::size_t>(row.Integer(6));
+    dataSet.variableIdentifiers = static_cast<std::size_t>(row.Integer(7));
+    dataSet.dateVariables = static_cast<std::size_t>(row.Integer(8));
     CheckSum(SumOf(dataSet), row.Integer(9), "data set " + std::to_string(dataSet.number));
     return dataSet;
 }
 
 void ProjectFile::Implementation::ReplaceDataSet(StoredDataSet const &dataSet) {
     Statement(database, "REPLACE INTO data_set VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)", dataSet.number, dataSet.name,
-              static_cast<int>(dataSet.kind), dataSet.model, static_cast<std::int64_t>(dataSet.observations),
+              static_cast<int>(dataSet.kind), static_cast<std::int64_t>(dataSet.observations),
               static_cast<std::int64_t>(dataSet.variables), static_cast<std::int64_t>(dataSet.observationIdentifiers),
-              static_cast<std::int64_t>(dataSet.variableIdentifiers), SumOf(dataSet).Value())
+              static_cast<std::int64_t>(dataSet.variableIdentifiers), static_cast<std::int64_t>(dataSet.dateVariables),
+              SumOf(dataSet).Value())
         .Run();
 }
 
 void ProjectFile::Implementation::DeleteDataSet(int number) {
-    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier})
+    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier, Part::Dates})
         DeleteBlocks(part, number);
     Statement(database, "DELETE FROM data_set WHERE number = ?", number).Run();
 }
@@ -213,28 +223,29 @@ int ProjectFile::Implementation::UserOfDataSet(int number) {
     return 0;
 }
 
-std::array<std::int64_t, 2> ProjectFile::Implementation::ReadCounters() {
-    Statement row(database, "SELECT next_data_set, next_model, checksum FROM counter WHERE id = 1");
+Counters ProjectFile::Implementation::ReadCounters() {
+    Statement row(database,
+                  "SELECT next_data_set, next_model, current_prediction_set, checksum FROM counter WHERE id = 1");
     if (!row.Step())
         database.ThrowDamaged("the table of counters is empty");
-    std::array<std::int64_t, 2> const counters = {row.Integer(1), row.Integer(2)};
-    CheckSum(SumOf(counters), row.Integer(3), "the counters");
+    Counters const counters = {row.Integer(1), row.Integer(2), row.Integer(3)};
+    CheckSum(SumOf(counters), row.Integer(4), "the counters");
     return counters;
 }
 
-int ProjectFile::Implementation::NextDataSet() {
-    return Next(0);
+int ProjectFile::Implementation::CounterValue(Counter counter) {
+    return static_cast<int>(ReadCounters()[static_cast<std::size_t>(counter)]);
 }
 
-int ProjectFile::Implementation::NextModel() {
-    return Next(1);
+void ProjectFile::Implementation::SetCounter(Counter counter, int value) {
+    Counters counters = ReadCounters();
+    counters[static_cast<std::size_t>(counter)] = value;
+    ReplaceCounters(database, counters);
 }
 
-int ProjectFile::Implementation::Next(std::size_t counter) {
-    std::array<std::int64_t, 2> counters = ReadCounters();
-    int const number = static_cast<int>(counters[counter]++);
-    Statement(database, "REPLACE INTO counter VALUES (1, ?, ?, ?)", counters[0], counters[1], SumOf(counters).Value())
-        .Run();
+int ProjectFile::Implementation::Next(Counter counter) {
+    int const number = CounterValue(counter);
+    SetCounter(counter, number + 1);
     return number;
 }
 

@@ -24,7 +24,7 @@ bool IsStillThere(std::filesystem::path const &path, int descriptor) {
 
 } // namespace
 
-WriterLock::WriterLock(std::filesystem::path const &project) : m_path(project.string() + ".lock") {
+WriterLock::WriterLock(std::filesystem::path const &project) : m_path(PathOf(project)) {
     for (;;) {
         m_descriptor = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
         if (m_descriptor < 0)

@@ -11,6 +11,8 @@ public:
     // Throws NCError when another owner holds it, in this process or in another.
     explicit WriterLock(std::filesystem::path const &project);
     ~WriterLock();
+    // The file of the lock.
+    static std::filesystem::path PathOf(std::filesystem::path const &project) { return project.string() + ".lock"; }
     WriterLock(WriterLock const &) = delete;
     WriterLock &operator=(WriterLock const &) = delete;
 

@@ -7,6 +7,7 @@
 #include "platform/identity/VarObs.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ public:
     virtual std::string GetName() const = 0;
     // One value for each observation, empty for a variable that the set does not have.
     virtual NCDataVector<float> GetVariable(std::uint32_t variable) const = 0;
+    // The same of a variable that holds dates, as days since 1970-01-01 00:00, NaN where missing; empty for any other
+    // variable. Its values, which are floats, count from `GetFirstDay`: the midnight before the first date of the set.
+    virtual std::span<double const> GetDates(std::uint32_t) const { return {}; }
+    virtual double GetFirstDay() const { return 0; }
     // One value for each variable, empty for an observation that the set does not have.
     virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
 };

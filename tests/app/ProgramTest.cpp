@@ -84,8 +84,8 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_EQ(Fields(Done("models a.project --format csv"))[2],
               (std::vector<std::string>{"2", "M2", "PLS", "1", "8", "3", "1", "1", "yes"}));
     EXPECT_EQ(Done("datasets a.project --format json"),
-              "[\n {\"data_set\": 1, \"name\": \"a\", \"kind\": \"data\", \"model\": null, \"observations\": 8, "
-              "\"variables\": 4}\n]\n");
+              "[\n {\"data_set\": 1, \"name\": \"a\", \"kind\": \"data\", \"observations\": 8, "
+              "\"variables\": 4, \"current\": null}\n]\n");
 
     std::string const csv = Done("table a.project 't M1,1,0,0' 't M1,2,0,0' 'Num M1,0,0,0' --format csv");
     EXPECT_THAT(csv, StartsWith("id,M1.t[1],M1.t[2],Num\nx1,"));
@@ -103,8 +103,7 @@ TEST_F(Program, GoesTheWholeRoad) {
         "VarID,Num,M1.p[1],M2.w*c[1]\na,");
 
     // The model's own observations as new ones have their own scores.
-    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?'"), HasSubstr("prediction set 2\n"));
-    EXPECT_THAT(Done("predict a.project --model 1 a.csv --missing '?' --name again"), HasSubstr("set 3 \"again\"\n"));
+    EXPECT_THAT(Done("predict a.project a.csv --missing '?'"), HasSubstr("prediction set 2 \"a\"\n"));
     auto const old = Fields(Done("table a.project 't M1,1,0,0' --format csv"));
     auto const predicted = Fields(Done("table a.project 'tPS M1,1,0,0' --format csv"));
     ASSERT_EQ(predicted.size(), old.size());
@@ -116,6 +115,52 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("cvSE"))) << "model 1 is not cross-validated";
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("w*")));
     EXPECT_THAT(Done("vectors a.project --model 2"), HasSubstr("\"wcv M2,1,0,1\""));
+}
+
+// Every model predicts the current set, and says how its variables are matched.
+TEST_F(Program, PredictsOneSetAtATime) {
+    MakeProject();
+    Write("few.csv", "id,b,k\np,2,1\nq,4,2\n");
+    Write("y.csv", "id,y\nr,2\n");
+    EXPECT_THAT(Done("predict a.project a.csv --missing '?' --model 1"), EndsWith("model 1: 3 of 3 X variables found\n"
+                                                                                  "    of no use to the model: y\n"));
+    EXPECT_THAT(
+        Done("predict a.project few.csv"),
+        EndsWith("set 3 \"few\"\n  observations   2\n  variables      2\n  identifiers    1 (id)\n"
+                 "  missing cells  0\n  model 1: 1 of 3 X variables found\n    lacking, taken as missing: a, c,d\n"
+                 "    of no use to the model: k\n  model 2: 1 of 3 X variables found\n    lacking, taken as "
+                 "missing: a, c,d\n    of no use to the model: k\n"));
+    EXPECT_THAT(Done("table a.project 'tPS M1,1,0,0' 'tPS M2,1,0,0' 'VarDS DS3,0,2,0' --format csv"),
+                HasSubstr("\nq,"));
+    EXPECT_THAT(Done("predict a.project --use a"), StartsWith("a.project: prediction set 2 \"a\"\n  model 1: 3 of 3"));
+    EXPECT_EQ(Fields(Done("table a.project 'tPS M1,1,0,0' 'YPredPS M2,1,1,0,1,1' --format csv")).size(), 9u);
+    EXPECT_THAT(Done("predict a.project few.csv --replace"), HasSubstr("prediction set 4 \"few\"\n"));
+    EXPECT_EQ(Done("datasets a.project --format csv"),
+              "data_set,name,kind,observations,variables,current\n1,a,data,8,4,\n2,a,prediction,8,4,no\n"
+              "4,few,prediction,2,2,yes\n");
+    // A model that has none of its variables there.
+    Done("fit a.project --type pca --components 1 --cv-groups 0 --exclude 'b,\"c,d\",y'");
+    char const *const none =
+        "None of the 1 X variables of model 3 is among the 2 variables of prediction set 4 (\"few\").";
+    EXPECT_THAT(Done("vectors a.project --model 3"), ::testing::Not(HasSubstr("tPS")));
+    struct {
+        char const *line;
+        int status;
+        char const *error;
+    } const wrong[] = {
+        {"predict a.project few.csv", 1, "Prediction set 4 has the name \"few\" already: give another one with --name"},
+        {"predict a.project y.csv --model 1", 1, "y.csv has none of the 3 X variables of model 1."},
+        {"predict a.project y.csv", 1, "y.csv has none of the 3 X variables of model 1, nor of another model."},
+        {"predict a.project --use 1", 1, "There is no prediction set \"1\" in a.project."},
+        {"predict a.project", 2, "FILE is required, or --use N."},
+        {"predict a.project few.csv --use 2", 2, "excludes"},
+        {"table a.project 'tPS M3,1,0,0'", 1, none},
+        {"build a.project --series tPS@M3", 1, none}};
+    for (auto const &row : wrong) {
+        Outcome const outcome = Run(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
+        EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
+    }
 }
 
 TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
@@ -192,6 +237,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
     Write("ragged.csv", "id,a,b\nx,1,2\ny,1\n");
     Write("other.csv", "id,k\nx,1\ny,2\n");
     std::string const before = Contents(folder / "a.project");
+    ASSERT_EQ(Shell("mkdir d; ln -s ../a.project d/soft.csv; ln a.project hard.svg; cp a.csv n.project-wal").status, 0);
     // command line; exit status; what standard error holds
     struct {
         char const *line;
@@ -200,6 +246,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
     } const cases[] = {
         {"", 2, "A command is missing. See \"dataseries --help\"."},
         {"foo", 2, "There is no command \"foo\"."},
+        {"import '' a.csv", 1, "A project needs the name of a file."},
         {"import a.project", 2, "FILE is required. See \"dataseries import --help\"."},
         {"import a.project a.csv --bogus", 2, "not expected: --bogus. See \"dataseries import --help\"."},
         {"import a.project a.csv --separator q", 2, "\"q\" is no separator: give \",\", \";\" or \"tab\"."},
@@ -212,11 +259,12 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"fit a.project --type pca --y y", 2, "A PCA model has no Y variables"},
         {"fit a.project --type pca --components 0", 2, "\"0\" is no number of components"},
         {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
+        {"fit a.project --type pca --scaling z", 2, "\"z\" is no scaling such as uv"},
+        {"fit a.project --type pca --scaling z=uv", 1, "There is no variable \"z\" of the model"},
         {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
         {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
         {"fit a.project --type pca --data 7", 1, "There is no data set 7."},
-        {"predict a.project --model 9 a.csv", 1, "There is no model 9 in a.project."},
-        {"predict a.project --model 1 other.csv", 1, "None of the 3 X variables of model 1 is among the 1 variables"},
+        {"predict a.project --model 9 a.csv --name z", 1, "There is no model 9 in a.project."},
         {"models nope.project", 1, "nope.project doesn't exist."},
         {"models a.project --format xml", 2, "--format: xml not in"},
         {"vectors a.project --model 9", 1, "There is no model 9."},
@@ -242,6 +290,14 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"table a.project 't M1,1,0,0' -o nowhere/x", 1, "nowhere/x can't be written: No such file or directory."},
         {"table a.project 't M1,1,0,0' -o .", 1, ". can't be written: Is a directory."},
         {"table a.project 't M1,1,0,0' > /dev/full", 1, "The output can't be written: No space left on device."},
+        {"table a.project 't M1,1,0,0' -o d/../a.project", 2, "a.project, a file of the project"},
+        {"table a.project 't M1,1,0,0' -o d/soft.csv", 2, "d/soft.csv is "},
+        {"table d/soft.csv 't M1,1,0,0' -o a.project-shm", 2, "a.project-shm, a file of the project"},
+        {"plot a.project 't M1,1,0,0' -o hard.svg", 2, "hard.svg is "},
+        {"build a.project --plot x.png -o d/soft.csv", 2, "d/soft.csv is "},
+        {"build a.project --plot hard.svg -o x.png", 2, "hard.svg is "},
+        {"summary a.project --model 1 --plot hard.svg", 2, "hard.svg is "},
+        {"import n.project n.project-wal", 2, "n.project-wal is "},
         {"plot a.project 't M1,1,0,0' -o x.gif", 2, "The picture x.gif is neither .svg nor .png."},
         {"plot a.project 't M1,1,0,0' -o x.png --size 9x9", 2, "\"9x9\" is no size"},
         {"plot a.project 't M1,1,0,0' -o x.png --xy", 1,
@@ -260,8 +316,9 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
 }
 
 TEST_F(Program, BuildsSelections) {
-    Write("b.csv", "obs,batch,phase,a,b,y\n1,B1,up,1,2,1\n2,B1,down,2,1,3\n3,B2,up,3,4,2\n4,B2,down,4,2,6\n"
-                   "5,B3,up,5,6,3\n6,B3,down,1,7,4\n");
+    Write("b.csv",
+          "obs,batch,phase,a@25C,b,y\n1,B1,up,1,2,1\n2,B1,down,2,1,3\n3,\"B,2\",up,3,4,2\n4,\"B,2\",down,4,2,6\n"
+          "5,B3,up,5,6,3\n6,B3,down,1,7,4\n");
     EXPECT_THAT(Done("import b.project b.csv --batch batch --phase phase"), HasSubstr("3 (obs, batch, phase)"));
     Done("fit b.project --type pca --components 2 --cv-groups 0");
     Done("fit b.project --type pls --y y --components 1 --cv-groups 3");
@@ -270,11 +327,15 @@ TEST_F(Program, BuildsSelections) {
         std::size_t lines;
     } const cases[] = {{"", "obs,M2.t[Comp. 1]\n1,", 7},
                        {"--series t --series u@M2 --x t:2@M1", "obs,M1.t[Comp. 2],M2.t[Comp. 1],M2.u[Comp. 1]\n", 7},
-                       {"--series w*c", "VarID,M2.w*c[Comp. 1]\na,", 4},
-                       {"--type variables", "VarID,M2.p[Comp. 1]\na,", 3},
+                       {"--series w*c", "VarID,M2.w*c[Comp. 1]\na@25C,", 4},
+                       {"--type variables", "VarID,M2.p[Comp. 1]\na@25C,", 3},
                        {"--series t --only 2,5", "obs,M2.t[Comp. 1]\n2,", 3},
                        {"--series t --without 1", "obs,M2.t[Comp. 1]\n2,", 6},
-                       {"--series t --batches B2,B3", "obs,M2.t[Comp. 1]\n3,", 5}};
+                       {"--series XVar:a@25C", "obs,M2.XVar(a@25C)\n1,", 7},
+                       {"--series XVar:a@25C@M1 --without 1", "obs,M1.XVar(a@25C)\n2,", 6},
+                       {"--series t --batches '\"B,2\",B3'", "obs,M2.t[Comp. 1]\n3,", 5},
+                       {"--series t --batches '\"B,2\",B3' --without 3,6", "obs,M2.t[Comp. 1]\n4,", 3},
+                       {"--series t --batches B1 --only 2,3", "obs,M2.t[Comp. 1]\n2,", 2}};
     for (auto const &row : cases) {
         std::string const csv = Done(std::string("build b.project --format csv ") + row.arguments);
         EXPECT_THAT(csv, StartsWith(row.begins)) << row.arguments;
@@ -299,7 +360,7 @@ TEST_F(Program, BuildsSelections) {
     EXPECT_THAT(Contents(folder / "scores.svg"), HasSubstr("M1.t[Comp. 2]"));
 
     // What a second run finds.
-    EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a"));
+    EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a@25C"));
     Done("defaults b.project --x-term b --observation 3 --variable y");
     std::string const kept = Done("defaults b.project");
     EXPECT_THAT(kept, HasSubstr("x-term       b"));
@@ -312,6 +373,9 @@ TEST_F(Program, BuildsSelections) {
     } const wrong[] = {
         {"build b.project --series nothing", 1, "There is no vector \"nothing\" in model 2."},
         {"build b.project --series t@M9", 1, "There is no model 9."},
+        {"build b.project --series t@", 2, "\"t@\" has nothing behind \"@\""},
+        {"build b.project --series t:", 2, "\"t:\" has nothing behind \":\""},
+        {"build b.project --series t:@", 1, "There is no component \"@\""},
         {"build b.project --series t@X", 2, "\"X\" is no source"},
         {"build b.project --series t:2", 1, "There is no component \"2\", which \"t:2\" asks for: model 2 has 1"},
         {"build b.project --series q", 1, "There is no vector \"q\" in model 2. It is there for OPLS, O2PLS."},
@@ -319,7 +383,7 @@ TEST_F(Program, BuildsSelections) {
         {"build b.project --series tPS", 1, "\"tPS\" gives no data"},
         {"build b.project --series t --type variables", 1, "no vector \"t\" with one value for each variable"},
         {"build b.project --only 9", 1, "There is no observation \"9\" among the items of the series."},
-        {"build b.project --batches B9", 1, "There is no batch \"B9\" among the items of the series."},
+        {"build b.project --batches B1,B9", 1, "There is no batch \"B9\" among the items of the series."},
         {"build b.project --only 1 --without 2", 2, "excludes"},
         {"build b.project --scale 2", 2, "--scale"},
         {"defaults b.project --y-term z", 1, "There is no variable \"z\" in the project."},
@@ -339,6 +403,20 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
     Done("fit o.project --type opls --y y --exclude z --components 1,1 --cv-groups 4");
     Done("fit o.project --type o2pls --y y,z --components 1,1,1 --cv-groups 4");
     Done("fit o.project --type pls --y y --components 2 --cv-groups 4 --exclude z --transform y=log");
+    Done("fit o.project --type pls --y y,z --components 1 --cv-groups 0 --scaling 'X:par,Y:none,z=ctr,c=uv'"
+         " --transform a=log,b=power:1:0:2");
+    auto const weights = Fields(Done("table o.project 'Xws M4' --format csv"));
+    auto const deviation = [](std::vector<double> const &values) {
+        double sum = 0, squares = 0;
+        for (double const value : values) {
+            sum += value;
+            squares += value * value;
+        }
+        return std::sqrt((squares - sum * sum / 8) / 7);
+    };
+    EXPECT_NEAR(std::stod(weights[2][1]), 1 / std::sqrt(deviation({4, 1, 25, 9, 49, 16, 4, 1})), 1e-6) << "Pareto";
+    EXPECT_NEAR(std::stod(weights[3][1]), 1 / deviation({1, 4, 2, 6, 3, 8, 5, 1}), 1e-6) << "unit variance";
+    EXPECT_EQ(Done("table o.project 'Yavg M4' --format csv"), "VarID,M4.Yavg\ny,0\nz,3.5\n");
     auto const summary = Fields(Done("summary o.project --model 1 --format csv --plot s.svg"));
     ASSERT_EQ(summary.size(), 3u);
     EXPECT_EQ(summary[0][4], "R2Y");
@@ -379,7 +457,8 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
     for (auto const &line : Fields(Done("table s.project 'Xavg M1' --format csv")))
         names += line[0] + ' ';
     EXPECT_EQ(names, "VarID x w x*x x*w ");
-    EXPECT_THAT(Done("predict s.project --model 1 new.csv"), HasSubstr("Groups without centre values"));
+    EXPECT_THAT(Done("predict s.project new.csv"),
+                HasSubstr("groups without centre values, whose locally centred variables are taken as missing: west"));
     EXPECT_THAT(Done("centre s.project"), HasSubstr("\ns                            12\n"));
     EXPECT_THAT(Done("centre s.project --none"), HasSubstr("no centre values"));
     Done("fit s.project --type pls --y y --components 1 --cv-by site --exclude a");
@@ -403,6 +482,33 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
     }
 }
 
+// Pairs of rows a minute apart over ten years, and a prediction set of other years.
+TEST_F(Program, KeepsTimesAsTheyAre) {
+    ASSERT_EQ(
+        Shell("TZ=UTC awk 'BEGIN { print \"id,when,v,u\"; for (i = 0; i < 4000; ++i) printf \"r%d,%s,%d,%d\\n\", i, "
+              "strftime(\"%Y-%m-%dT%H:%M\", 1394323200 + int(i / 2) * 157800 + i % 2 * 60), i % 7, i % 5 }' > t.csv")
+            .status,
+        0);
+    Write("n.csv", "id,when,v,u\np,2031-05-06 07:08:09.5,1,2\nq,2031-05-06,2,3\n");
+    Done("import t.project t.csv");
+    Done("fit t.project --type pca --components 1 --cv-groups 0");
+    Done("predict t.project n.csv");
+    auto const written = Fields(Contents(folder / "t.csv"));
+    auto const read = Fields(Done("table t.project 'VarDS DS1,0,1,0' 'Date/Time M1' --format csv"));
+    EXPECT_EQ(read[0], Fields("id,DS1.Var(when),M1.Date/Time")[0]);
+    ASSERT_EQ(read.size(), written.size());
+    for (std::size_t row = 1; row < read.size(); ++row) {
+        ASSERT_EQ(read[row][1], written[row][1]);
+        ASSERT_EQ(read[row][2], written[row][1]);
+    }
+    EXPECT_THAT(Done("table t.project 'Date/Time-PS M1' --format json"),
+                HasSubstr("[\"2031-05-06T07:08:09.500\", \"2031-05-06T00:00:00.000\"]"));
+    EXPECT_THAT(Done("table t.project 'ObsDS DS1,0,2,0'"), HasSubstr("\nwhen   2014-03-09T00:01\nv "));
+    EXPECT_THAT(Done("build t.project --series VarDS:when@DS1 --only r1"), EndsWith("\nr1    2014-03-09T00:01\n"));
+    Done("build t.project --x VarDS:when@DS1 --y VarDS:v@DS1 --plot t.svg");
+    EXPECT_THAT(Contents(folder / "t.svg"), HasSubstr(">2016-01-01<"));
+}
+
 TEST_F(Program, EndsCleanly) {
     std::string const many =
         "seq 300000 | awk 'BEGIN { print \"id,a,b\" } { print \"r\" $1 \",\" $1 % 7 \",\" $1 % 5 }' > a.csv; ";
@@ -421,6 +527,13 @@ TEST_F(Program, EndsCleanly) {
     EXPECT_EQ(cancelled.status, 1);
     EXPECT_EQ(cancelled.error, "dataseries: The work was cancelled.\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "b.project"));
+    // So does a disk without room, and what a killed import left is in nobody's way.
+    Outcome const full = Shell("ulimit -f 200; " PROGRAM " import b.project a.csv; echo $?; ls -d b.project*");
+    EXPECT_THAT(full.out, "1\n") << "and no file";
+    EXPECT_THAT(full.error, HasSubstr("b.project.new can't be read or written"));
+    for (char const *const left : {"b.project.new", "b.project.new-journal", "b.project.lock", "b.project-wal"})
+        Write(left, "rubbish");
+    EXPECT_THAT(Shell(PROGRAM " import b.project a.csv; ls -d b.project*").out, EndsWith("\nb.project\n"));
     // What is no regular file is written in place, and the file of a link takes the place of the old one.
     EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format csv -o /dev/stdout"), StartsWith("id,M1.t[1]\nr1,"));
     Write("real.csv", "old");

@@ -60,8 +60,8 @@ struct Table {
         }
     }
     NewDataSet Named(std::string_view name) const { return {name, observations, variables, columns}; }
-    NewDataSet ForModel(int model, std::string_view name = "") const {
-        return {name, observations, variables, columns, DataSetKind::Prediction, model};
+    NewDataSet ToPredict(std::string_view name = "") const {
+        return {name, observations, variables, columns, DataSetKind::Prediction};
     }
 
     std::vector<TextColumn> observations;
@@ -79,12 +79,14 @@ std::vector<int> Numbers(ProjectFile const &file) {
 // All that the file holds, as text.
 std::string Content(ProjectFile const &file) {
     std::ostringstream stream;
+    if (int const current = file.CurrentPredictionSet())
+        stream << "current " << current << "\n";
     auto const show = [&](std::vector<TextColumn> const &columns) {
         for (TextColumn const &column : columns)
             stream << column.name << "=" << Text(column.texts.Pack()) << ";";
     };
     for (DataSetRecord const &set : file.DataSets()) {
-        stream << set.number << set.name << static_cast<int>(set.kind) << set.model << "/" << set.observations << "\n";
+        stream << set.number << set.name << static_cast<int>(set.kind) << "/" << set.observations << "\n";
         show(file.ObservationIdentifiers(set.number));
         show(file.VariableIdentifiers(set.number));
         for (std::size_t variable = 1; variable <= set.variables; ++variable)
@@ -106,7 +108,7 @@ void Fill(ProjectFile &file, std::size_t rows = 3) {
     file.AddDataSet(Table(1, rows).Named("first"));
     int const model = file.AddModel("M", std::vector{1}, Bytes("definition"));
     file.SetResults(model, Bytes("results"));
-    file.AddDataSet(Table(5).ForModel(model));
+    file.AddDataSet(Table(5).ToPredict());
     file.SetSection("Plot", "<a/>");
     file.SetSection("Other", "");
 }
@@ -125,7 +127,7 @@ TEST_F(ProjectFileTest, KeepsEverything) {
     EXPECT_EQ(file.ObservationIdentifiers(1), table.observations);
     EXPECT_EQ(file.VariableIdentifiers(1), table.variables);
     EXPECT_EQ(file.Column(1, 2), table.columns[1]);
-    EXPECT_EQ(file.DataSet(2).model, 1);
+    EXPECT_EQ(file.CurrentPredictionSet(), 2);
     EXPECT_EQ(Text(file.Definition(1)), "definition");
     EXPECT_EQ(Text(*file.Results(1)), "results");
     EXPECT_THAT(file.SectionNames(), ElementsAre("Other", "Plot"));
@@ -141,12 +143,18 @@ TEST_F(ProjectFileTest, KeepsEverything) {
 TEST_F(ProjectFileTest, ChangesAndDeletes) {
     ProjectFile file = ProjectFile::Create(path);
     Fill(file);
-    EXPECT_EQ(file.AddDataSet(Table(6).ForModel(1)), 3);
-    EXPECT_THAT(Numbers(file), ElementsAre(1, 3)) << "one unnamed prediction set for a model";
+    EXPECT_EQ(file.AddDataSet(Table(6).ToPredict("again")), 3);
     file.RenameDataSet(3, "kept");
-    EXPECT_EQ(file.AddDataSet(Table(7).ForModel(1)), 4);
-    EXPECT_EQ(file.AddDataSet(Table(8).ForModel(1, "too")), 5);
-    EXPECT_THAT(Numbers(file), ElementsAre(1, 3, 4, 5));
+    EXPECT_EQ(file.DataSet(3).name, "kept");
+    EXPECT_EQ(file.AddDataSet(Table(7).Named("data")), 4);
+    EXPECT_EQ(file.AddDataSet(Table(8).ToPredict("too")), 5);
+    EXPECT_THAT(Numbers(file), ElementsAre(1, 2, 3, 4, 5));
+    EXPECT_EQ(file.CurrentPredictionSet(), 5);
+    file.UsePredictionSet(2);
+    file.DeleteDataSet(5);
+    EXPECT_EQ(file.CurrentPredictionSet(), 2);
+    file.DeleteDataSet(2);
+    EXPECT_EQ(file.CurrentPredictionSet(), 3) << "the newest of those left";
 
     EXPECT_EQ(file.AddModel("N", std::vector{3, 1}, {}), 2);
     file.ChangeModel(1, "M2", std::vector{1}, Bytes("new"));
@@ -154,13 +162,14 @@ TEST_F(ProjectFileTest, ChangesAndDeletes) {
     file.DropResults(1);
     EXPECT_EQ(file.Results(1), std::nullopt);
     std::string const before = Content(file);
-    EXPECT_THAT([&] { file.DeleteModel(1); },
+    EXPECT_THAT([&] { file.DeleteDataSet(3); },
                 ThrowsMessage<NCError>("Data set 3 can't be deleted: model 2 is made of it."));
     EXPECT_EQ(Content(file), before);
 
     file.DeleteModel(2);
     file.DeleteModel(1);
-    file.DeleteDataSet(1);
+    for (int const number : {1, 3, 4})
+        file.DeleteDataSet(number);
     file.DeleteSection("Plot");
     EXPECT_EQ(Content(file), "Other=\n");
     EXPECT_EQ(file.AddDataSet(Table(1).Named("")), 6) << "numbers are not given again";
@@ -193,9 +202,9 @@ TEST_F(ProjectFileTest, TellsWhatCannotBeDone) {
              file.AddModel("", std::vector{1, 8}, {});
          },
          "has no data set 8."},
-        {[&] { file.AddDataSet(Table(1).ForModel(9)); }, "has no model 9."},
+        {[&] { file.UsePredictionSet(9); }, "has no data set 9."},
+        {[&] { file.UsePredictionSet(1); }, "Data set 1 is no prediction set."},
         {[&] { file.DeleteDataSet(1); }, "Data set 1 can't be deleted: model 1 is made of it."},
-        {[&] { file.RenameDataSet(2, ""); }, "Prediction set 2 needs a name."},
         {[&] { file.AddDataSet(Table(1).Named(""), Progress([](double done) { return done < 0.4; })); }, "cancelled"},
     };
     for (auto const &[action, message] : cases)
@@ -300,14 +309,14 @@ TEST_F(ProjectFileTest, SurvivesBeingKilledWhileCreating) {
         int const told = KillDuring(
             [&](int pipe) {
                 for (int number = first;; ++number) {
-                    ProjectFile::Create(name(number));
+                    ProjectFile::Create(name(number), [](ProjectFile &file) { Fill(file); });
                     Report(pipe, number);
                 }
             },
             1, 397 * round);
         first = told + 1;
         if (std::filesystem::exists(name(first))) {
-            EXPECT_EQ(Content(ProjectFile::OpenToWrite(name(first++))), "");
+            EXPECT_EQ(ProjectFile::OpenToWrite(name(first++)).DataSets().size(), 2u);
         }
     }
 }
@@ -397,7 +406,8 @@ TEST_F(ProjectFileTest, RefusesWhatIsNoProject) {
         {"", "CREATE TABLE data_set (number)", "is not a project."},
         {whole.substr(0, whole.size() / 2), "", "is damaged"},
         {whole.substr(0, 100), "", "project"},
-        {whole, "PRAGMA user_version = 2", "has format 2, expected format 1."},
+        {whole, "PRAGMA user_version = 3", "has format 3, expected format 2: a newer version"},
+        {whole, "PRAGMA user_version = 1", "has format 1, expected format 2: an older version"},
         {whole, "DROP TABLE model", "is damaged: no such table: model."},
         {whole, "DELETE FROM counter", "is damaged: the table of counters is empty."},
         {whole, "UPDATE data_set SET name = 'other'", "is damaged: the checksum of data set 1 is wrong."},

@@ -40,7 +40,7 @@ struct ModelCase {
     int components;
 };
 
-// One orthogonal component of each kind that the model can have, three rounds, and new rows.
+// One orthogonal component of each kind that the model can have, three rounds; and new rows, the same for all models.
 inline void AddModel(Project &project, ModelCase const &model, char const *predictions) {
     ModelRequest request;
     request.type = model.type;
@@ -49,10 +49,11 @@ inline void AddModel(Project &project, ModelCase const &model, char const *predi
     request.components = model.components;
     request.xOrthogonal = request.yOrthogonal = 1;
     request.crossValidationGroups = 3;
-    project.AddPredictions(project.AddModel(request), Read(predictions));
+    project.AddModel(request);
+    project.AddPredictions(Read(predictions), true);
 }
 
-// Model 1 PLS, model 2 PCA, both of the complete rows; model 3 PCA and 4 PLS with one cell missing; model 1 has a
+// Model 1 PLS, model 2 PCA, both of the complete rows; model 3 PCA and 4 PLS with one cell missing; there is a
 // prediction set.
 class SmallProject : public testing::Test {
 protected:
@@ -65,7 +66,7 @@ protected:
         Add(ModelTypeE::PCA, 1);
         Add(ModelTypeE::PCA, 2);
         Add(ModelTypeE::PLS, 2);
-        s_project->AddPredictions(1, Read(newRows));
+        s_project->AddPredictions(Read(newRows));
     }
     static void TearDownTestSuite() {
         s_project.reset();

@@ -34,14 +34,13 @@ std::string SeededRows(bool missing) {
     return text.str();
 }
 
-// Models 1 and 2 are PLS and PCA of complete rows, 3 and 4 of rows with a missing cell; each is used on its own rows as
-// a prediction set.
+// Models 1 and 2 are PLS and PCA of complete rows, 3 and 4 of rows with a missing cell. The rows of each pair are a
+// prediction set too.
 class SeededProject : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         s_folder = new TemporaryFolder;
         s_project = engine::Project::Create(*s_folder / "seeded.dsp");
-        int model = 0;
         for (int dataSet : {0, 1}) {
             int const number = s_project->AddDataSet(Read(SeededRows(dataSet == 1).c_str()));
             for (ModelTypeE::Model const type : {ModelTypeE::PLS, ModelTypeE::PCA}) {
@@ -51,8 +50,10 @@ protected:
                 (type == ModelTypeE::PCA ? request.excluded : request.responses) = {"y1", "y2"};
                 request.components = components;
                 s_project->AddModel(request);
-                s_project->AddPredictions(++model, Read(SeededRows(dataSet == 1).c_str()));
             }
+            engine::ImportedTable rows = Read(SeededRows(dataSet == 1).c_str());
+            rows.name = dataSet == 1 ? "holes" : "whole";
+            s_project->AddPredictions(rows);
         }
     }
     static void TearDownTestSuite() {
@@ -169,7 +170,8 @@ TEST_F(SeededProject, OwnRowsArePredictedAsTheyWereFitted) {
                        {"YPred", "YPredPS", "3,2,0,1,1", 1},
                        {"YVarResSt", "YVarResPSSt", "3,2,0,1,1", 1},
                        {"DModX", "DModXPS", "2,0,0", std::sqrt((rowCount - 1.0 - 2) / rowCount)}};
-    for (int const model : {1, 2, 3, 4})
+    for (int const model : {1, 2, 3, 4}) {
+        s_project->UsePredictions(s_project->FindPredictionSet(model < 3 ? "whole" : "holes"));
         for (auto const &row : cases) {
             if (model % 2 == 0 && row.own[0] == 'Y')
                 continue; // PCA has no Y
@@ -181,6 +183,7 @@ TEST_F(SeededProject, OwnRowsArePredictedAsTheyWereFitted) {
                 EXPECT_NEAR(predicted[i], IsMissing(static_cast<float>(own[i])) ? own[i] : own[i] * row.factor, 2e-4)
                     << row.own << model << " at " << i;
         }
+    }
 }
 
 TEST_F(SeededProject, CoefficientsPredict) {

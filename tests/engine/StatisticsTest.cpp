@@ -143,7 +143,7 @@ TEST(EngineProject, KeepsModelsPredictionsAndSettingsInItsFile) {
         request.excluded = {"x3", "c"};
         request.components = 1;
         EXPECT_EQ(project->AddModel(request), 1);
-        project->AddPredictions(1, Read(newRows));
+        project->AddPredictions(Read(newRows));
         auto const section = project->GetSettingsSection("DefaultSelection");
         section->WriteKey("number", 7);
         section->CreateSubSection("XTerm")->WriteKey("text", "x1");
@@ -198,7 +198,7 @@ TEST(EngineProject, RefusesRequestsThatItCannotMeet) {
             EXPECT_STREQ(error.what(), row.message);
         }
     EXPECT_EQ(project->GetNumberOfModels(), 0);
-    EXPECT_THROW(project->AddPredictions(1, Read(newRows)), NCError);
+    EXPECT_THROW(project->MatchVariables(1, Read(newRows)), NCError);
 }
 
 // Items are the same when their identifiers are; one that stands twice in a data set is two items.
@@ -246,6 +246,9 @@ TEST(EngineProject, KnowsDatesBatchesAndTransformations) {
     EXPECT_TRUE(project->IsBatchProject());
     NCStringVector const names = project->GetDataSet(1)->GetBatchInfo().GetBatchNames();
     EXPECT_EQ(names, (NCStringVector{"x", "y"}));
+    std::istringstream further("id,batch,b\n7,u,2\n8,w,3\n9,w,5\n");
+    project->AddDataSet(engine::ReadTable(further, "other heading", {.batchColumn = "batch"}));
+    EXPECT_EQ(project->GetDataSet(2)->GetBatchInfo().GetBatchNames(), (NCStringVector{"u", "w"}));
     request.transformations = {{"z", {}}};
     EXPECT_THROW(project->AddModel(request), NCError);
 }

@@ -197,10 +197,11 @@ TEST(ReadTable, DatesBecomeDays) {
     for (auto const &row : cases) {
         std::istringstream stream(std::string("id,v,when\na,1,") + row.cell + "\nb,2,\n");
         ImportedTable const table = ReadTable(stream, "dates.csv");
-        ASSERT_EQ(table.dateTimeVariables.size(), row.days < 0 ? 0u : 1u) << row.cell;
+        ASSERT_EQ(table.dates.size(), row.days < 0 ? 0u : 1u) << row.cell;
         if (row.days < 0)
             continue;
-        EXPECT_NEAR(table.columns[1][0], row.days, 1e-3) << row.cell;
+        EXPECT_NEAR(table.dates[0].days[0], row.days, 1e-9) << row.cell;
+        EXPECT_NEAR(table.columns[1][0], row.days - std::floor(row.days), 1e-6) << "since that midnight";
         EXPECT_EQ(table.columns[1][1], -99.0f);
     }
 }

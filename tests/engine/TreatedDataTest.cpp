@@ -89,7 +89,7 @@ TEST_F(TreatedData, GoesThroughEachTransformationAndBack) {
                    {"YPred M1,1,1,0,1,0", Scores, {1.475375, 1.967987, 2.536553, 1.085067, 2.871533}},
                    {"RMSEE M1,1,0,0", Loadings, {97.251534}}});
     // What the way back does not reach is missing: the logarithm of a negative prediction.
-    m_project->AddPredictions(1, Read("id,log,neglog,logit,exp,power,none\np,-4,9,1,-20,99,-9\nq,-6,9,1,-20,99,-9\n"));
+    m_project->AddPredictions(Read("id,log,neglog,logit,exp,power,none\np,-4,9,1,-20,99,-9\nq,-6,9,1,-20,99,-9\n"));
     EXPECT_LT(Table("XVarPredPS M1,1,4,0,1,0", Scores)->GetMatrix()(1, 1), 0);
     EXPECT_TRUE(IsMissing(Table("XVarPredPS M1,1,4,0,1,1", Scores)->GetMatrix()(1, 1)));
     // So is, in any units, what is outside of the domain.
@@ -144,7 +144,7 @@ TEST_F(TreatedData, IsCentredByGroups) {
     // New rows are found in the model's groups by name; those of no group have their centred variables missing.
     auto const table = Read("id,site,x1,x2\np,s,11,100\nq,west,11,100\nr,,11,100\n");
     EXPECT_EQ(m_project->MatchVariables(1, table).unknownGroups, (std::vector<std::string>{"", "west"}));
-    m_project->AddPredictions(1, table);
+    m_project->AddPredictions(table);
     ExpectFigures(*m_project, {{"XVarPS M1,0,1,0,0,0", Scores, {-1.5, -99, -99}},
                                {"XVarPS M1,0,1,0,1,1", Scores, {11, 11, 11}},
                                {"LocalCenteringPS M1,0,0,0", Scores, {2, 2, 12.5, 12.5}}});
@@ -186,7 +186,7 @@ TEST_F(TreatedData, HasSquareAndCrossTerms) {
     // Without units of the data their predictions are in those before scaling.
     EXPECT_EQ(Table("XVarPred M1,1,3,0,1,1", Scores)->GetMatrix(), Table("XVarPred M1,1,3,0,1,0", Scores)->GetMatrix());
     // New rows need the factors alone.
-    m_project->AddPredictions(1, Read("id,x2,x1\np,10,3\n"));
+    m_project->AddPredictions(Read("id,x2,x1\np,10,3\n"));
     EXPECT_EQ(Table("tPS M1,1,0,0", Scores)->GetMatrix()(1, 1), Table("t M1,1,0,0", Scores)->GetMatrix()(1, 3));
     EXPECT_EQ(m_project->GetWorkset(1)->GetVariables().size(), 3u);
 

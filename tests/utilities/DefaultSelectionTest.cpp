@@ -42,7 +42,7 @@ protected:
         request.responses = {};
         request.excluded = {"x1", "y"};
         project->AddModel(request);
-        project->AddPredictions(1, Read("id,x1,x2,x3\np,1,2,3\nq,4,5,6\n"));
+        project->AddPredictions(Read("id,x1,x2,x3\np,1,2,3\nq,4,5,6\n"));
         project.reset();
         Open();
     }

@@ -1,7 +1,11 @@
-#include "engine/import/DateTime_internal.h"
+#include "engine/DateTime.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
 
 namespace engine {
 
@@ -42,7 +46,42 @@ private:
     std::string_view m_text;
 };
 
+constexpr std::int64_t microsecondsPerDay = 86'400'000'000;
+
+// Of each DatePrecision, in microseconds.
+constexpr std::int64_t units[] = {microsecondsPerDay, 60'000'000, 1'000'000, 1'000, 1};
+
+std::int64_t Microseconds(double days) {
+    double const day = std::floor(days);
+    return static_cast<std::int64_t>(day) * microsecondsPerDay +
+           std::llround((days - day) * static_cast<double>(microsecondsPerDay));
+}
+
 } // namespace
+
+DatePrecision PrecisionOf(std::span<double const> days) {
+    std::size_t level = 0;
+    for (double const day : days)
+        while (!std::isnan(day) && Microseconds(day) % units[level] != 0)
+            ++level;
+    return static_cast<DatePrecision>(level);
+}
+
+std::string DateTimeText(double days, DatePrecision precision) {
+    using namespace std::chrono;
+    microseconds const time(Microseconds(days));
+    sys_days const midnight = floor<std::chrono::days>(sys_time<microseconds>(time));
+    year_month_day const date(midnight);
+    hh_mm_ss const clock(time - duration_cast<microseconds>(midnight.time_since_epoch()));
+    char text[40];
+    int const length =
+        std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%06d", static_cast<int>(date.year()),
+                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                      static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+    constexpr int cut[] = {16, 10, 7, 3, 0};
+    return std::string(text, static_cast<std::size_t>(length - cut[static_cast<std::size_t>(precision)]));
+}
 
 std::optional<double> ReadDateTime(std::string_view text) {
     Scanner scanner(text);
