@@ -1,5 +1,8 @@
 #include "engine/ProjectFile.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstring>

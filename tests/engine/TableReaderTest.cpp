@@ -1,5 +1,8 @@
 #include "engine/TableReader.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <sstream>
 
