@@ -56,8 +56,8 @@ public:
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
     NCDataVector<float> GetVariable(std::uint32_t variable) const override;
     NCDataVector<float> GetObservation(std::uint32_t observation) const override;
-    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
-    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
+    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations).Of(m_observations); }
+    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables).Of(m_variables); }
 
     // By column of the data set, from 0. Several threads may ask at once.
     std::span<float const> Values(int column) const override;
