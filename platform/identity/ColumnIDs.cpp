@@ -12,6 +12,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <locale>
 #include <numeric>
 #include <span>
 #include <variant>
@@ -95,7 +96,7 @@ ColumnIDs::Positions PositionsWhere(int size, Predicate const &keep) {
 }
 
 std::string NumberText(double value) {
-    return (boost::format("%1$.6g") % value).str();
+    return (boost::format("%1$.6g", std::locale::classic()) % value).str();
 }
 
 VarObs const &IdentifiersOf(ColumnIDs::Source kind, NCProject const &project) {

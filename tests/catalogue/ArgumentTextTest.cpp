@@ -129,6 +129,12 @@ TEST(ArgumentText, AlignedContributionTail) {
     Parsers().ParseALContribution("1,2,0,0,0", weights, group1, group2, yVariable, components);
     EXPECT_THAT(components, ElementsAre(4, 5));
     EXPECT_THAT(weights, ElementsAre(WeightTypeE::WStar, WeightTypeE::WStar));
+    // Text that ends with or just behind a name has a value of 0, and starts over.
+    for (char const *const text : {"0,0,1,a$", "0,0,1,a$,", "0,0,1,a$1"}) {
+        group1.clear();
+        Parsers().ParseALContribution(text, weights, group1, group2, yVariable, components);
+        EXPECT_THAT(group1, ElementsAre(std::pair<std::string, float>("a", 0.0f))) << text;
+    }
 }
 
 } // namespace

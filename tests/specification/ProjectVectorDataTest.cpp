@@ -161,8 +161,8 @@ TEST(ProjectVectorData, ResolvesNumbersFromTheDefaults) {
                        {{"probe", Loadings, ObsOrVar}, "M1", 1, -1, 0, 0},
                        {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M4", 3, -1, 0, 0},
                        {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", 2, -1, 0, 0},
-                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", 1, -1, 0, 0},
-                       {{.number = Identifier, .data = OfSet}, "DS1", 3, -1, 0, 0}};
+                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", 3, -1, 0, 0},
+                       {{.number = Identifier, .data = OfSet}, "DS1", 1, -1, 0, 0}};
     for (auto const &row : cases) {
         VectorProbe const vector(row.vector);
         ProjectVectorData const data = world.Data(vector, row.source);

@@ -76,7 +76,7 @@ TEST(VectorText, WritesWhatTheCatalogueReads) {
         {{"VarPS", Scores, ObsOrVar, 0, OfPredSet, Predicted}, "", {}, "VarPS PS,0,5,0", "VarPS PS,0,4294967295,0"},
         {{"XObs", Loadings, ObsOrVar}, "M1", Number(open), "XObs M1,0,1,0", "XObs M1,0,4294967295,0"},
         {{"n", PerComponent, ObsOrVar}, "M1", {}, "n M1,0,4294967295,0"},
-        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "VarID DS1,0,3,0", "VarID DS1,0,4294967295,0"},
+        {{"VarID", Loadings, Identifier, 0, OfSet}, "DS1", {}, "VarID DS1,0,3,0", "VarID DS1,0,4294967295,0"},
         // Several kinds of components, -2 is the last one, too.
         {xVarRes, "M3", [](auto &d) { Components(open, -2, -2, 7)(d), d.SetNumber(1); }, "XVarRes M3,5,2,1,7,1,0"},
         {xVarRes, "M3", [](auto &d) { Components(1, 2, 1, -2)(d), d.SetNumber(1); }, "XVarRes M3,1,2,1,-2,1,0"},
@@ -154,8 +154,8 @@ TEST(VectorText, LabelsSeries) {
         bool compact = false;
     } const cases[] = {
         // Items of data sets.
-        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "DS1.second (other)", 2},
-        {{"VarID", Scores, Identifier, 0, OfSet}, "DS1", {}, "DS1.name"},
+        {{"VarID", Loadings, Identifier, 0, OfSet}, "DS1", {}, "DS1.second (other)", 2},
+        {{"VarID", Loadings, Identifier, 0, OfSet}, "DS1", {}, "DS1.name"},
         {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS1", Number(3), "DS1.long VarDS(v3)"},
         {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS2", Number(open), "DS2.long VarDS(w2)", 2},
         {{"ObsDS", Loadings, ObsOrVar, 0, OfSet}, "DS1", Number(4), "DS1.long ObsDS(o4)"},

@@ -40,7 +40,7 @@ TEST(VectorValidation, ChecksNumbers) {
         {{.number = YPhase}, "M3", {Number(99, 1), Number(1, 2)}, {Number(1, 0), Number(1, 3)}},
         {{.number = Phase}, "M3", {Number(1, 2)}, {Number(1, open)}},
         {{.number = Phase}, "M1", {}, {Number(1, 1)}},
-        {{.number = Identifier, .data = OfSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
+        {{"id", Loadings, Identifier, 0, OfSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
         {{.number = static_cast<V::NumberType>(13)}, "M1", {}, {Number(1)}},
         // Observations of the model, the prediction set, a data set; variables likewise; other axes have neither.
         {{"probe", Loadings, ObsOrVar}, "M1", {Number(open), Number(6)}, {Number(7), Number(0)}},
