@@ -163,14 +163,16 @@ std::string ProjectVectorData::GetBatchName(ProjectPtr const &project) const {
                 return {};
             ObservationInfos const &rows = predictions->GetObservations();
             auto const beginnings = BatchUtilities::GetBatchBeginnings(project->GetObservations(), rows);
-            if (batchIx > beginnings.Size())
+            if (batchIx < 1 || batchIx > beginnings.Size())
                 return {};
             return rows[static_cast<std::size_t>(beginnings[batchIx] - 1)].GetBatchName(project->GetObservations());
         }
         auto const batchModel = boost::dynamic_pointer_cast<NCBatchModel const>(project->GetModel(model->number));
         auto const workset = project->GetWorkset(model->number);
-        if (batchModel)
-            return batchModel->GetBatchName(batchIx);
+        if (batchModel) {
+            bool const known = batchIx >= 1 && batchIx <= static_cast<int>(batchModel->GetBatchIndexes().size());
+            return known ? batchModel->GetBatchName(batchIx) : std::string();
+        }
         return workset ? picked(BatchUtilities::GetBatchNames(workset->GetBatchInfo(), true)) : std::string();
     }
     if (predicted) {
