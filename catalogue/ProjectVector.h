@@ -15,9 +15,10 @@
 // One named statistic: `t`, `DModX`, `YPred`, ... An instance is a row of metadata, which tells all that windows need
 // to know without knowing a statistic by name, and a factory of the table that the statistic fills for a project.
 //
-// Every statistic is a class derived directly from this one, without data of its own, with one static instance (some
-// have several) that enters itself in the ProjectVectorHandler while the library loads. Instances are constant and are
-// compared by pointer. See "How to add a statistic" in docs/architecture.md.
+// Every statistic is a class of its own without data of its own, with one static instance (some have several) that
+// enters itself in the ProjectVectorHandler while the library loads. Most derive directly from this class; the form
+// that OPLS and O2PLS models have of a statistic derives from that statistic. Instances are constant and are compared
+// by pointer. See "How to add a statistic" in docs/architecture.md.
 class DATASERIES_API ProjectVector {
 public:
     // The axis along which the values of a vector lie. The numbers of all enumerations here are saved and are fixed.

@@ -21,8 +21,7 @@ namespace {
 // Whether the left record says all that tells the right one from others.
 bool IsSame(Plain const &left, Plain const &right) {
     VectorTraits const &vector = left.vector;
-    bool const pure = vector.data == OfSet || vector.data == OfPredSet;
-    if (!pure && left.dataSet == 0 && left.model != 0) {
+    if (left.IsOfModel()) {
         if (right.dataSet != 0 || right.model != left.model)
             return false;
     } else if (left.dataSet > 0 && left.dataSet != right.dataSet) {
@@ -106,40 +105,41 @@ TEST(ProjectVectorData, AnswersForAnyContent) {
 TEST(ProjectVectorData, ResolvesComponents) {
     World const world;
     world.project->dataSets[2].oscComponents = 4;
-    // Source; kinds; number type; stored; what the five reads give (each raw and resolved); the largest
-    struct {
-        char const *source;
-        V::DataTypeEnum data;
-        int components;
-        V::NumberType number;
-        Change change;
-        std::vector<int> expected; // predictive, X side, Y side, own kind, number, number 2, largest
-    } const cases[] = {{"M3", OfModel, 1, NoNumber, {}, {-1, 5, -1, 2, -1, 1, -1, 5, 5, 5, 5}},
-                       {"M3", OfModel, 2, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, 1, 1, 5, 5, 2}},
-                       {"M3", OfModel, 4, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, -1, 1, 5, 5, 1}},
-                       {"M3", OfModel, 8, NoNumber, Kinds(2, 1, 1, 6), {2, 2, 1, 1, 1, 1, 6, 6, 5, 5, 0}},
-                       {"M3", OfModel, 3, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 1}},
-                       {"M3", OfModel, 0, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, -1}},
-                       {"M3", OfModel, 0, X, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 5}},
-                       {"M1", OfModel, 0, Y, Number(2), {-1, 3, -1, 0, -1, 0, 3, 3, 2, 3, -1}},
-                       {"M3", OfModel, 0, Range, {}, {-1, 5, -1, 2, -1, 1, 2, 2, 1, 5, 5}},
-                       {"M3", OfModel, 0, Range, Number(-2, 1), {-1, 5, -1, 2, -1, 1, 1, 1, 1, 1, 5}},
-                       {"M3", OfModel, 0, Range, Number(2, 9), {-1, 5, -1, 2, -1, 1, 2, 2, 2, 9, 5}}};
-    for (auto const &row : cases) {
-        VectorProbe const vector({.number = row.number, .components = row.components, .data = row.data});
-        ProjectVectorData const data = world.Data(vector, row.source, row.change);
-        std::vector<int> const found{data.GetPredComponent(false),
-                                     data.GetPredComponent(true),
-                                     data.GetXSideOrthoComponent(false),
-                                     data.GetXSideOrthoComponent(true),
-                                     data.GetYSideOrthoComponent(false),
-                                     data.GetYSideOrthoComponent(true),
-                                     data.GetComponent(false),
-                                     data.GetComponent(true),
-                                     data.GetNumberIDComponent(),
-                                     data.GetNumberID2Component(),
-                                     data.GetMaxComponents(world.project)};
-        EXPECT_EQ(found, row.expected) << &row - cases;
+    Dice dice(6);
+    for (int i = 0; i < 2000; ++i) {
+        Plain plain = Plain::Random(dice);
+        plain.vector.data = OfModel;
+        plain.dataSet = 0;
+        VectorProbe const vector(plain.vector);
+        ProjectVectorData const data = plain.Record(world, &vector);
+        auto const count = [&](int kind) { return Plain::Count(plain.model, kind); };
+        int const all = count(1) + count(2) + count(4), kinds = plain.vector.components, type = plain.vector.number;
+        int const of[] = {all, count(2), count(4), 0}, last = count(plain.vector.pairLimit);
+        auto const stored = [&](std::size_t which, bool resolve) {
+            int const component = plain.components[which];
+            return plain.model == 0 && which < 3 ? 1 : resolve && component == -1 && which < 3 ? of[which] : component;
+        };
+        bool const isRange = type == Range || type == BatchRange;
+        int const number2 = plain.number2 == open ? all : plain.number2;
+        int const place = kinds == 1 ? 0 : kinds == 2 ? 1 : kinds == 4 ? 2 : kinds == 8 ? 3 : -1;
+        for (bool const resolve : {false, true}) {
+            EXPECT_EQ(data.GetPredComponent(resolve), stored(0, resolve));
+            EXPECT_EQ(data.GetXSideOrthoComponent(resolve), stored(1, resolve));
+            EXPECT_EQ(data.GetYSideOrthoComponent(resolve), stored(2, resolve));
+            EXPECT_EQ(data.GetComponent(resolve), place >= 0 ? stored(static_cast<std::size_t>(place), resolve)
+                                                  : type != Range
+                                                      ? all
+                                                      : std::min(last, plain.number2 == open ? last : plain.number2));
+        }
+        EXPECT_EQ(data.GetNumberIDComponent(), isRange && plain.number < 0 ? 1
+                                               : plain.number == open      ? all
+                                                                           : plain.number);
+        EXPECT_EQ(data.GetNumberID2Component(), number2);
+        EXPECT_EQ(data.GetMaxComponents(world.project), (kinds & 8) != 0  ? 0
+                                                        : place >= 0      ? of[place]
+                                                        : (type & 5) != 0 ? all
+                                                        : kinds == 0      ? -1
+                                                                          : 1);
     }
     // 1 where no model is.
     for (auto const &[type, source] : {std::pair(OfSet, "M3"), {OfModel, "DS1"}, {OfModel, ""}}) {

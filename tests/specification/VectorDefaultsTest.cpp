@@ -155,11 +155,11 @@ TEST(VectorDefaults, ChooseTheFirstVector) {
     ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, data, OfModel, nullptr, 1, V::ObsAndPred);
     EXPECT_EQ(data.GetDataSourceName(), "M7");
     // A given one goes before, for a new record and for this one.
+    project.activeModel = 7;
     for (ProjectVectorData given : {ProjectVectorData(), data}) {
         ModelInfo const *const model = project.GetModelInfo(8).get();
         ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, given, OfModel, model, 1, V::ObsAndPred);
         EXPECT_EQ(given.GetDataSourceName(), "M8");
-        project.activeModel = 7;
     }
 }
 

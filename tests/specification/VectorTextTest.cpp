@@ -51,18 +51,15 @@ namespace {
 // The argument text by the documented layout, without defaults.
 class ReferenceWriter {
 public:
-    explicit ReferenceWriter(Plain const &plain) : m_plain(plain), m_vector(plain.vector) {
-        bool const pure = m_vector.data == OfSet || m_vector.data == OfPredSet;
-        m_ofModel = !pure && plain.dataSet == 0 && plain.model != 0;
-    }
+    explicit ReferenceWriter(Plain const &plain) : m_plain(plain), m_vector(plain.vector) {}
 
     std::string Text() {
         int const number = m_vector.number;
         bool const range = number == Range || number == BatchRange;
         m_text = m_vector.name;
-        m_text += (m_vector.data & OfModel) != 0 && m_ofModel ? " M" + std::to_string(m_plain.model)
-                  : m_vector.obsPred == Predicted             ? " PS"
-                                                              : " DS" + std::to_string(m_plain.dataSet);
+        m_text += (m_vector.data & OfModel) != 0 && m_plain.IsOfModel() ? " M" + std::to_string(m_plain.model)
+                  : m_vector.obsPred == Predicted                       ? " PS"
+                                                                        : " DS" + std::to_string(m_plain.dataSet);
         Components();
         if (number == NoNumber || number == Batch)
             Add(0);
@@ -83,7 +80,7 @@ public:
         } else if (number == YPhase || number == Phase) {
             Add(Unsigned(m_plain.number2));
         }
-        if ((number >= Batch && number <= BatchOnly) && number != YPhase)
+        if (m_plain.UsesBatch())
             Add(m_plain.batch);
         if (m_vector.Has('l'))
             m_text += ",1-1";
@@ -97,11 +94,7 @@ public:
 private:
     static std::int64_t Unsigned(int number) { return static_cast<std::uint32_t>(number); }
 
-    // Of the model, whatever the record shows: predictive, on the X side, on the Y side.
-    int Count(int kind) const {
-        static constexpr int counts[][3] = {{0, 0, 0}, {3, 0, 0}, {1, 2, 0}, {2, 2, 1}, {2, 0, 0}};
-        return counts[m_plain.model][kind == 4 ? 2 : kind - 1];
-    }
+    int Count(int kind) const { return Plain::Count(m_plain.model, kind); }
 
     void Add(std::int64_t number) { m_text += ',' + std::to_string(number); }
     void Add(double number, int digits) {
@@ -121,7 +114,7 @@ private:
                 continue;
             if (kind == 8)
                 Add(component);
-            else if (!m_ofModel)
+            else if (!m_plain.IsOfModel())
                 Add(1);
             else
                 Add(!last ? component : kind == 1 ? Count(1) + Count(2) + Count(4) : Count(kind));
@@ -156,7 +149,6 @@ private:
 
     Plain const &m_plain;
     VectorTraits const &m_vector;
-    bool m_ofModel = false;
     std::string m_text;
 };
 

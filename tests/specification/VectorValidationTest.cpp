@@ -73,17 +73,7 @@ namespace {
 struct Pair {
     Plain const &left, &right;
 
-    static bool IsOfModel(Plain const &plain) {
-        return plain.vector.data != OfSet && plain.vector.data != OfPredSet && plain.dataSet == 0 && plain.model != 0;
-    }
-    static bool UsesBatch(Plain const &plain) {
-        return plain.vector.number >= Batch && plain.vector.number <= BatchOnly && plain.vector.number != YPhase;
-    }
-    static int Count(int model, int kind) {
-        static constexpr int counts[][3] = {{0, 0, 0}, {3, 0, 0}, {1, 2, 0}, {2, 2, 1}, {2, 0, 0}};
-        return counts[model][kind == 4 ? 2 : kind - 1];
-    }
-    bool AreOfOneModel() const { return IsOfModel(left) && IsOfModel(right) && left.model == right.model; }
+    bool AreOfOneModel() const { return left.IsOfModel() && right.IsOfModel() && left.model == right.model; }
     bool AreOfOneSet() const {
         if ((left.vector.data & OfSet) != 0)
             return (right.vector.data & OfSet) != 0 && left.dataSet == right.dataSet;
@@ -91,9 +81,9 @@ struct Pair {
     }
 
     bool ShareBatches() const {
-        if (!UsesBatch(left) || !UsesBatch(right))
+        if (!left.UsesBatch() || !right.UsesBatch())
             return true;
-        if (left.vector.obsPred != right.vector.obsPred || IsOfModel(left) || IsOfModel(right))
+        if (left.vector.obsPred != right.vector.obsPred || left.IsOfModel() || right.IsOfModel())
             return left.vector.obsPred == right.vector.obsPred && AreOfOneModel();
         return AreOfOneSet();
     }
@@ -110,25 +100,26 @@ struct Pair {
             if (kinds.contains(one) && !(kinds.contains(other) && AreOfOneModel()))
                 return false;
         if (items.contains(one))
-            return (IsOfModel(left) || IsOfModel(right) ? AreOfOneModel() : AreOfOneSet()) && one == other &&
+            return (left.IsOfModel() || right.IsOfModel() ? AreOfOneModel() : AreOfOneSet()) && one == other &&
                    (left.vector.type != Loadings || left.vector.obsPred == right.vector.obsPred);
         if (!ranges.contains(one))
             return true;
-        bool const moves = IsOfModel(left) && IsOfModel(right) && left.model != right.model;
-        return ranges.contains(other) && (!moves || (left.number <= Count(right.model, 1) &&
-                                                     left.number2 <= Count(right.model, left.vector.pairLimit)));
+        bool const moves = left.IsOfModel() && right.IsOfModel() && left.model != right.model;
+        return ranges.contains(other) && (!moves || (left.number <= Plain::Count(right.model, 1) &&
+                                                     left.number2 <= Plain::Count(right.model, left.vector.pairLimit)));
     }
 
     static int Resolved(Plain const &plain, std::size_t i) {
         int const component = plain.components[i];
-        if (!IsOfModel(plain))
+        if (!plain.IsOfModel())
             return 1;
-        int const all = Count(plain.model, 1) + Count(plain.model, 2) + Count(plain.model, 4);
-        return component != -1 ? component : i == 0 ? all : Count(plain.model, i == 1 ? 2 : 4);
+        int const all = Plain::Count(plain.model, 1) + Plain::Count(plain.model, 2) + Plain::Count(plain.model, 4);
+        return component != -1 ? component : i == 0 ? all : Plain::Count(plain.model, i == 1 ? 2 : 4);
     }
 
     bool ShareText() const {
-        bool const sameSource = IsOfModel(left) ? AreOfOneModel() : !IsOfModel(right) && left.dataSet == right.dataSet;
+        bool const sameSource =
+            left.IsOfModel() ? AreOfOneModel() : !right.IsOfModel() && left.dataSet == right.dataSet;
         bool const sameUnits =
             !left.vector.Has('u') || (left.unscaled == right.unscaled && left.backTransformed == right.backTransformed);
         bool sameComponents = true;
@@ -139,7 +130,7 @@ struct Pair {
         int const one = left.vector.number;
         if (one == ObsOrVar || (left.vector.type == Scores && right.vector.number == X))
             return true;
-        return left.vector.type == Aligned && UsesBatch(left) && (one == NoNumber || left.number == right.number) &&
+        return left.vector.type == Aligned && left.UsesBatch() && (one == NoNumber || left.number == right.number) &&
                (one != BatchRange || left.number2 == right.number2);
     }
 };

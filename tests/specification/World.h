@@ -96,6 +96,14 @@ struct Plain {
     std::vector<int> from, to, weights, weightComponents;
     BatchPoints points;
 
+    bool IsOfModel() const { return vector.data != OfSet && vector.data != OfPredSet && dataSet == 0 && model != 0; }
+    bool UsesBatch() const { return vector.number >= Batch && vector.number <= BatchOnly && vector.number != YPhase; }
+    // Components of a model of the world by kind: predictive, on the X side, on the Y side.
+    static int Count(int ofModel, int kind) {
+        static constexpr int counts[][3] = {{0, 0, 0}, {3, 0, 0}, {1, 2, 0}, {2, 2, 1}, {2, 0, 0}};
+        return counts[ofModel][kind == 4 ? 2 : kind - 1];
+    }
+
     static Plain Random(Dice &dice) {
         Plain plain;
         plain.vector = {dice({"t", "T2Range", "T2RangePS", "BatchVIP"}),
