@@ -3,12 +3,14 @@
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
 #include "app/PlotScript.h"
+#include "app/Reason.h"
 #include "app/SeriesSpecification.h"
 #include "app/TableWriter.h"
 #include "app/VariableOptions.h"
 #include "app/VectorSearch.h"
 #include "building/CreateProjectData.h"
 #include "building/ProjectDataBuilder.h"
+#include "catalogue/ProjectVectorHandler.h"
 #include "selection/SelectDataSeriesData.h"
 #include "utilities/DefaultSelection.h"
 
@@ -22,6 +24,8 @@ namespace {
 using Axis = ProjectVector::VectorTypeEnum;
 using ProjectDataUtilities::CreateProjectData;
 using ProjectDataUtilities::ProjectDataBuilder;
+
+constexpr char const *countingRow = "Num";
 
 struct BuildRequest {
     std::filesystem::path project;
@@ -48,11 +52,21 @@ SelectDataSeriesData::Mode ModeOf(BuildRequest const &request) {
 Axis AxisFor(engine::Project const &project, BuildRequest const &request) {
     if (request.axis)
         return *request.axis;
-    for (std::string const &text : {request.x, request.y})
-        if (!text.empty())
+    std::vector<std::string> texts{request.x, request.y};
+    texts.insert(texts.end(), request.series.begin(), request.series.end());
+    for (std::string const &text : texts)
+        if (!text.empty() && text != countingRow)
             return FindAxis(project, ReadVectorText(text));
-    return request.series.empty() ? ProjectVector::VectorTypeVariablesScores
-                                  : FindAxis(project, ReadVectorText(request.series.front()));
+    if (std::find(texts.begin(), texts.end(), countingRow) != texts.end())
+        throw Problem(ExceptionMessage::translate("\"Num\" counts the items of another vector; give one, too."));
+    return ProjectVector::VectorTypeVariablesScores;
+}
+
+NCError GivesNothing(engine::Project const &project, std::string const &text, ProjectVectorData const &data,
+                     ProjectUtilities::DefaultSelection const &defaults) {
+    std::string const arguments = data.ToStdString(&defaults);
+    return GivesNothing(project, *data.GetProjectVector(), ReadSource(project, data.GetDataSourceName(), text),
+                        arguments.substr(arguments.find(' ') + 1), text);
 }
 
 // A vector that gives nothing would be left out of the table without a word.
@@ -60,8 +74,7 @@ void CheckGivesData(engine::Project const &project, std::string const &text, Pro
                     ProjectUtilities::DefaultSelection const &defaults) {
     if (!data.CheckNumberIDs(project.shared_from_this()) ||
         CreateProjectData(project).GetColumnIDs(data.ToStdString(&defaults), axis).Size() == 0)
-        throw Problem(ExceptionMessage::translate("\"{1}\" gives no data: {2} has nothing of it.") % text %
-                      data.GetDataSourceName());
+        throw GivesNothing(project, text, data, defaults);
 }
 
 void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
@@ -69,7 +82,12 @@ void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildReque
     ProjectUtilities::DefaultSelection const &defaults = *selection.GetDefaultSelection();
     Axis const axis = selection.GetVectorType();
     auto const specified = [&](std::string const &text) {
-        ProjectVectorData data = Specify(project, ReadVectorText(text), axis, defaults);
+        ProjectVectorData data;
+        if (text == countingRow) {
+            data.SetProjectVector(ProjectVectorHandler::Instance()->GetNumVector(axis));
+            return data;
+        }
+        data = Specify(project, ReadVectorText(text), axis, defaults);
         CheckGivesData(*project, text, data, axis, defaults);
         return data;
     };
@@ -116,12 +134,30 @@ void SelectBatches(SelectDataSeriesData &selection, std::vector<std::string> con
     selection.SelectBatches(names);
 }
 
+// Which of the series the builder left out.
+NCError MissingSeries(engine::Project const &project, SelectDataSeriesData const &selection, ProjectData const *table) {
+    ProjectUtilities::DefaultSelection const &defaults = *selection.GetDefaultSelection();
+    for (ProjectVectorData const *const data : selection.VectorsInUse()) {
+        std::string const text = data->ToStdString(&defaults);
+        if (!data->GetProjectVector()->IsNumVector() &&
+            !CreateProjectData(project).GetProjectData(text, selection.GetVectorType()))
+            return GivesNothing(project, text, *data, defaults);
+    }
+    return Problem(ExceptionMessage::translate("Of {1} series {2} have an item in common.") %
+                   static_cast<int>(selection.VectorsInUse().size()) % (table ? table->Rows() : 0));
+}
+
 // The labels that a window shows, in place of those of the statistics.
 TablePtr Labelled(ProjectData const &table, SelectDataSeriesData const &selection) {
     int const alias = selection.GetPreferredTitleID(false);
     NCStringVector labels;
-    for (ProjectVectorData const *data : selection.VectorsInUse())
-        labels.push_back(data->GetProjectVectorName(selection.GetDefaultSelection().get(), false, "", alias, false));
+    ProjectUtilities::DefaultSelection const *const defaults = selection.GetDefaultSelection().get();
+    for (ProjectVectorData const *data : selection.VectorsInUse()) {
+        // An identifier is named by its own heading.
+        bool const isIdentifier = data->GetProjectVector()->GetNumberType() == ProjectVector::NumberIdentifier;
+        labels.push_back(data->GetProjectVectorName(
+            defaults, false, "", isIdentifier ? static_cast<int>(data->GetNumber(defaults)) : alias, false));
+    }
     return std::make_unique<ProjectData>(RowIDs(labels, table.GetProject()), table.GetColumnIDs(), table.GetMatrix());
 }
 
@@ -169,7 +205,7 @@ void Build(BuildRequest const &request) {
     builder.SetIsList(request.picture.empty());
     TablePtr const table(builder.Build());
     if (!table || table->Rows() != static_cast<int>(selection.VectorsInUse().size()))
-        throw Problem(ExceptionMessage::translate("Not every series gives data for its arguments."));
+        throw MissingSeries(*project, selection, table.get());
     TablePtr const labelled = Labelled(*table, selection);
     // What is stretched is no date any more.
     TableDates const dates = request.scale == SelectDataSeriesData::ScaleNone
@@ -221,6 +257,7 @@ void AddBuildCommand(CLI::App &program) {
         "A name that ends like a source needs one behind it: XVar:p@M2@M1. Names in lists are separated by commas; "
         "one\n"
         "that holds a comma stands in double quotes.\n"
+        "Num counts the items.\n"
         "Without any vector the default one is shown. Two axes, or an axis and a series, are drawn against each "
         "other.\n"
         "Example: dataseries build wine.project --x t:1 --y t:2 --plot scores.png\n"

@@ -1,14 +1,15 @@
 #include "app/Commands.h"
 #include "app/Failure.h"
 #include "app/Listing.h"
-#include "app/Series.h"
-#include "app/VectorSearch.h"
+#include "app/Reason.h"
+#include "app/SeriesSpecification.h"
+#include "building/CreateProjectData.h"
 #include "catalogue/ProjectVectorHandler.h"
+#include "utilities/DefaultSelection.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cxxabi.h>
-#include <functional>
 #include <typeinfo>
 
 namespace {
@@ -55,101 +56,94 @@ void Catalogue(Format format) {
     output.Finish();
 }
 
-// Whether a vector has anything to show, and the source that its arguments begin with.
-struct Choice {
-    std::function<bool(ProjectVector const &)> isValid;
-    std::string source;
-    std::string title;
-};
-
-Choice OfModel(engine::Project const &project, int number) {
-    boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(number);
-    if (!info)
-        throw Problem(ExceptionMessage::translate("There is no model {1}.") % number);
-    auto const predictions = project.GetPredSet(-1);
-    bool const isPredicted = predictions && project.MatchVariables(number, predictions->GetNumber()).found > 0;
-    auto const isValid = [&project, info, isPredicted](ProjectVector const &vector) {
-        bool const validated = vector.OnlyCrossValidated() || vector.NeedsValidationRounds();
-        return (vector.GetModelType() & info->type) != 0 && vector.IsValidModel(project, *info) &&
-               (info->crossValidated || !validated) &&
-               (isPredicted || vector.GetObsPredType() != ProjectVector::Predicted);
-    };
-    std::string const digits = std::to_string(number);
-    return {isValid, "M" + digits, "model " + digits + " (" + ModelTypeE::GetModelTypeName(info->type) + ")"};
-}
-
-Choice OfDataSet(engine::Project const &project, int number) {
-    if (!project.GetDataSetInfo(number))
-        throw Problem(ExceptionMessage::translate("There is no data set {1}.") % number);
-    auto const isValid = [&project, number](ProjectVector const &vector) {
-        return vector.IsValidDataset(project, number);
-    };
-    return {isValid, "DS" + std::to_string(number), "data set " + std::to_string(number)};
-}
-
-Choice OfPredictions(engine::Project const &project) {
-    if (!project.GetPredSet(-1))
-        throw Problem(ExceptionMessage::translate("There is no prediction set; \"dataseries predict\" makes one."));
-    auto const isValid = [](ProjectVector const &vector) {
-        return (vector.GetDataType() & ProjectVector::DataTypePredictionSet) != 0;
-    };
-    return {isValid, "PS", "the prediction set"};
-}
-
-Choice Choose(engine::Project const &project, VectorsRequest const &request) {
+Source SourceOf(engine::Project const &project, VectorsRequest const &request) {
     if (request.dataSet)
-        return OfDataSet(project, *request.dataSet);
+        return ReadSource(project, "DS" + std::to_string(*request.dataSet));
     if (request.predictions)
-        return OfPredictions(project);
+        return ReadSource(project, "PS");
     if (request.model)
-        return OfModel(project, *request.model);
+        return ReadSource(project, "M" + std::to_string(*request.model));
     for (int i = 1; i <= project.GetNumberOfModels(); ++i)
         if (project.IsModelFitted(project.GetModelNumberAt(i)))
-            return OfModel(project, project.GetModelNumberAt(i));
+            return ReadSource(project, "M" + std::to_string(project.GetModelNumberAt(i)));
     throw Problem(ExceptionMessage::translate("There is no fitted model; \"dataseries fit\" makes one, and --data N "
                                               "lists the vectors of a data set."));
 }
 
-// An argument text of the vector, in the order in which its fields are read. "..." stands for what depends on the
-// question: groups of observations, multipliers.
-std::string Example(ProjectVector const &vector, std::string const &source) {
-    constexpr int allKinds = ProjectVector::ComponentPredictive | ProjectVector::ComponentXSideOrthogonal |
-                             ProjectVector::ComponentYSideOrthogonal;
-    bool const hasNumber =
-        vector.GetNumberType() != ProjectVector::NumberNone && vector.GetNumberType() != ProjectVector::NumberBatch;
-    std::string text = vector.GetName() + (" " + source);
-    text += vector.GetComponentType() == allKinds                       ? ",1,0,0"
-            : vector.GetComponentType() == ProjectVector::ComponentNone ? ",0"
-                                                                        : ",1";
-    text += hasNumber ? ",1" : ",0";
-    text += vector.NeedsValidationRounds() ? ",1" : ",0";
-    text += vector.UseUnscalingTransform() ? ",0,0" : "";
-    text += vector.IsContribution() ? ",..." : "";
-    text += vector.UseNumberID2() ? ",1" : "";
-    text += vector.UseBatchIx() ? ",1" : "";
-    bool const hasMore =
-        vector.IsImpulseResponseVector() || vector.HasMultiplier() || vector.HasResolvableCoefficients();
-    return text + (hasMore ? ",..." : "");
+// What a list shows of a vector: an argument text that gives data, or why there is none.
+struct Entry {
+    std::string example;
+    std::string reason;
+};
+
+bool IsValid(engine::Project const &project, ProjectVector const &vector, Source const &source) {
+    return vector.IsValidProject(project.shared_from_this()) &&
+           (source.model                                    ? vector.IsValidModel(project, *source.model)
+            : source.data == ProjectVector::DataTypeDataSet ? vector.IsValidDataset(project, source.dataSet)
+                                                            : true);
+}
+
+// Nothing for a vector that another one of its name stands for here.
+std::optional<Entry> EntryOf(engine::Project const &project, ProjectVector const &vector, Source const &source,
+                             ProjectUtilities::DefaultSelection const &defaults) {
+    ProjectVector const *const found = Find(vector.GetName(), vector.GetType(), source);
+    if ((vector.GetDataType() & source.data) == 0 || (found && found != &vector))
+        return {};
+    if (!found)
+        return Entry{vector.GetName(), "It is there for " + KindsOf(vector.GetModelType()) + "."};
+    Entry entry{vector.GetName(), {}};
+    try {
+        ProjectVectorData data = DefaultSpecification(vector, source, defaults);
+        if (vector.HasMultiplier())
+            data.multiplier1 = 3.0, data.multiplier2 = -3.0;
+        if (vector.IsContribution()) {
+            data.obs2 = {1};
+            data.SetWeightComp({1});
+        }
+        std::string const text = data.ToStdString(&defaults);
+        TablePtr const table =
+            IsValid(project, vector, source)
+                ? ProjectDataUtilities::CreateProjectData(project).GetProjectData(text, vector.GetType())
+                : nullptr;
+        if (table && table->Rows() > 0 && table->Columns() > 0)
+            entry.example = text;
+        else
+            entry.reason = ReasonForNothing(project, vector, source, text.substr(text.find(' ') + 1));
+    } catch (NCError const &error) {
+        entry.reason = error.what();
+    }
+    return entry;
+}
+
+void Write(Output &output, ProjectVector const &vector, Entry const &entry) {
+    if (entry.reason.empty())
+        output << "  \"" << entry.example << "\"\n";
+    else
+        output << "  " << entry.example << ": not here. " << entry.reason << "\n";
+    std::istringstream help(vector.GetHelpString());
+    for (std::string line; std::getline(help, line);)
+        output << "      " << line << "\n";
+    output << "\n";
 }
 
 void Vectors(VectorsRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
-    Choice const choice = Choose(*project, request);
+    Source const source = SourceOf(*project, request);
+    ProjectUtilities::DefaultSelection const defaults(project);
+    std::string const kind = source.model ? " (" + ModelTypeE::GetModelTypeName(source.model->type) + ")" : "";
     Output output;
     for (int number = 1; number <= ProjectVector::VectorTypeBatch; ++number) {
         auto const axis = static_cast<ProjectVector::VectorTypeEnum>(number);
         bool isFirst = true;
         for (ProjectVector const *const vector : *ProjectVectorHandler::Instance()) {
-            if (vector->GetType() != axis || (!request.all && !vector->IsDisplayable()) || !choice.isValid(*vector) ||
-                !vector->IsValidProject(project))
+            if (vector->GetType() != axis || (!request.all && !vector->IsDisplayable()))
+                continue;
+            std::optional<Entry> const entry = EntryOf(*project, *vector, source, defaults);
+            if (!entry || (!request.all && !entry->reason.empty()))
                 continue;
             if (std::exchange(isFirst, false))
-                output << "Of " << choice.title << ", one value for each " << ItemOf(axis) << ":\n\n";
-            output << "  \"" << Example(*vector, choice.source) << "\"\n";
-            std::istringstream help(vector->GetHelpString());
-            for (std::string line; std::getline(help, line);)
-                output << "      " << line << "\n";
-            output << "\n";
+                output << "Of " << source.name << kind << ", one value for each " << ItemOf(axis) << ":\n\n";
+            Write(output, *vector, *entry);
         }
     }
     output.Finish();
@@ -177,7 +171,8 @@ void AddCatalogueCommands(CLI::App &program) {
     auto *const data =
         command->add_option("--data", request->dataSet, "Of a data set")->type_name("N")->excludes(model);
     command->add_flag("--predictions", request->predictions, "Of the prediction set")->excludes(model)->excludes(data);
-    command->add_flag("--all", request->all, "Also those that lists leave out");
+    command->add_flag("--all", request->all,
+                      "Also those that are left out of lists or give nothing here, with the reason");
     command->footer("Example: dataseries vectors wine.project --model 1");
     command->callback([request] { Vectors(*request); });
 }

@@ -13,9 +13,8 @@ struct DefaultsRequest {
     std::string xTerm;
     std::string yTerm;
     std::string observation;
-    std::string variable;
 
-    bool Changes() const { return !xTerm.empty() || !yTerm.empty() || !observation.empty() || !variable.empty(); }
+    bool Changes() const { return !xTerm.empty() || !yTerm.empty() || !observation.empty(); }
 };
 
 // What is new; all names are looked up before the first is kept.
@@ -24,7 +23,6 @@ void Change(engine::Project const &project, ProjectUtilities::DefaultSelection &
     auto const variable = [&](std::string const &name) { return name.empty() ? 0 : VariableNumber(project, name); };
     std::uint32_t const xTerm = variable(request.xTerm);
     std::uint32_t const yTerm = variable(request.yTerm);
-    std::uint32_t const item = variable(request.variable);
     std::uint32_t const observation = request.observation.empty() ? 0 : ObservationNumber(project, request.observation);
     ColumnTerm const x(xTerm);
     ColumnTerm const y(yTerm);
@@ -32,8 +30,6 @@ void Change(engine::Project const &project, ProjectUtilities::DefaultSelection &
         defaults.SetDefaultXTerm(&x);
     if (yTerm != 0)
         defaults.SetDefaultYTerm(&y);
-    if (item != 0)
-        defaults.SetDefaultSelectedVariable(item);
     if (observation != 0)
         defaults.SetDefaultSelectedObservation(observation, false);
 }
@@ -53,12 +49,9 @@ void Show(engine::Project const &project, ProjectUtilities::DefaultSelection con
     }
     int const model = std::max(number, 0);
     int const dataSet = project.GetFirstDataSet(0);
-    if (model > 0 || dataSet > 0) {
+    if (model > 0 || dataSet > 0)
         listing.Add({"observation", project.GetObservations().GetText(
                                         defaults.GetDefaultSelectedObservation(model, dataSet, false), 1)});
-        listing.Add({"variable",
-                     project.GetVariables().GetText(defaults.GetDefaultSelectedVariable(model, dataSet, false), 1)});
-    }
     Output output;
     listing.Write(output, Format::Text);
     output.Finish();
@@ -82,7 +75,6 @@ void AddDefaultsCommand(CLI::App &program) {
     command->add_option("--x-term", request->xTerm, "The current X variable")->type_name("NAME");
     command->add_option("--y-term", request->yTerm, "The current Y variable")->type_name("NAME");
     command->add_option("--observation", request->observation, "The current observation")->type_name("NAME");
-    command->add_option("--variable", request->variable, "The current variable of a data set")->type_name("NAME");
     command->footer("Example: dataseries defaults oil.project --y-term octane");
     command->callback([request] { Defaults(*request); });
 }

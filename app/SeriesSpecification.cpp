@@ -4,18 +4,11 @@
 #include "app/VectorSearch.h"
 #include "utilities/DefaultSelection.h"
 
-#include <charconv>
 #include <vector>
 
 namespace {
 
 using Axis = ProjectVector::VectorTypeEnum;
-
-std::optional<int> ReadNumber(std::string_view text) {
-    int number = 0;
-    auto const [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && rest == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 // "M2", "DS1" or "PS", whether or not it is there.
 bool IsSource(std::string_view text) {
@@ -24,37 +17,10 @@ bool IsSource(std::string_view text) {
     return text == "PS" || (isNumbered && text.find_first_not_of("0123456789", prefix) == text.npos);
 }
 
-// "M2", "DS1", "PS" as a source. UsageError for another text, NCError when it is not there.
-Source ReadSource(engine::Project const &project, std::string const &text) {
-    if (text == "PS") {
-        if (!project.GetPredSet(-1))
-            throw Problem(ExceptionMessage::translate("There is no prediction set; \"dataseries predict\" makes one."));
-        return {ProjectVector::DataTypePredictionSet, {}, "the prediction set", "--predictions"};
-    }
-    bool const ofData = text.starts_with("DS");
-    std::optional<int> const number = ReadNumber(std::string_view(text).substr(ofData ? 2 : 1));
-    if (!number || (!ofData && text[0] != 'M'))
-        throw UsageError("\"" + text +
-                         "\" is no source: give a model (M1), a data set (DS1) or the prediction set (PS)");
-    if (ofData) {
-        if (!project.GetDataSetInfo(*number))
-            throw Problem(ExceptionMessage::translate("There is no data set {1}.") % *number);
-        return {ProjectVector::DataTypeDataSet,
-                {},
-                "data set " + std::to_string(*number),
-                "--data " + std::to_string(*number)};
-    }
-    auto const model = project.GetModelInfo(*number);
-    if (!model)
-        throw Problem(ExceptionMessage::translate("There is no model {1}.") % *number);
-    return {ProjectVector::DataTypeModel, model, "model " + std::to_string(*number),
-            "--model " + std::to_string(*number)};
-}
-
 // Where a vector may come from, the likeliest first.
 std::vector<Source> SourcesOf(engine::Project const &project, VectorText const &text) {
     if (text.source)
-        return {ReadSource(project, *text.source)};
+        return {ReadSource(project, *text.source, text.whole)};
     std::vector<Source> sources;
     if (int const model = project.GetActiveModelNumber(); model > 0)
         sources.push_back(ReadSource(project, "M" + std::to_string(model)));
@@ -130,7 +96,7 @@ private:
     }
 
     int CheckedComponent(std::string const &text, int count) const {
-        std::optional<int> const component = ReadNumber(text);
+        std::optional<int> const component = NumberIn(text);
         if (!component || *component < m_vector.GetFirstComponent() || *component > count)
             throw Problem(ExceptionMessage::translate("There is no component \"{1}\", which \"{2}\" asks for: {3} has "
                                                       "{4} of that kind.") %
@@ -228,19 +194,26 @@ Axis FindAxis(engine::Project const &project, VectorText const &text) {
     return *AxisOf(text.name, ChooseSource(project, text, {}));
 }
 
+ProjectVectorData DefaultSpecification(ProjectVector const &vector, Source const &source,
+                                       ProjectUtilities::DefaultSelection const &defaults) {
+    ProjectVectorData data;
+    data.SetProjectVector(&vector);
+    if (source.model)
+        data.SetModelInfoPtr(source.model);
+    else
+        data.SetDataSet(source.dataSet);
+    data.SetDefaultNumberID(defaults);
+    if (vector.HasOneComponent() && !vector.PredictiveComponentDefaultsToLast())
+        data.SetComponent(1);
+    if (vector.IsT2RangeVector())
+        data.SetNumberID2(ProjectVectorData::NotSet); // to the last component
+    return data;
+}
+
 ProjectVectorData Specify(boost::shared_ptr<engine::Project> const &project, VectorText const &text, Axis axis,
                           ProjectUtilities::DefaultSelection const &defaults) {
     Source const source = ChooseSource(*project, text, axis);
-    ProjectVectorData data;
-    data.SetProjectVector(Find(text.name, axis, source));
-    if (source.model)
-        data.SetModelInfoPtr(source.model);
-    else if (source.data == ProjectVector::DataTypeDataSet)
-        data.SetDataSet(*ReadNumber(source.name.substr(source.name.rfind(' ') + 1)));
-    data.SetDefaultNumberID(defaults);
-    ProjectVector const &vector = *data.GetProjectVector();
-    if (vector.HasOneComponent() && !vector.PredictiveComponentDefaultsToLast())
-        data.SetComponent(1);
+    ProjectVectorData data = DefaultSpecification(*Find(text.name, axis, source), source, defaults);
     if (text.argument)
         ArgumentReader(*project, text, source, data).Read(*text.argument);
     return data;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/VectorSearch.h"
 #include "engine/Project.h"
 #include "specification/ProjectVectorData.h"
 
@@ -31,6 +32,10 @@ ProjectVector::VectorTypeEnum FindAxis(engine::Project const &project, VectorTex
 // adds up over components. NCError that names what is not there.
 ProjectVectorData Specify(boost::shared_ptr<engine::Project> const &project, VectorText const &text,
                           ProjectVector::VectorTypeEnum axis, ProjectUtilities::DefaultSelection const &defaults);
+
+// The specification of a vector of a source that leaves everything to the defaults.
+ProjectVectorData DefaultSpecification(ProjectVector const &vector, Source const &source,
+                                       ProjectUtilities::DefaultSelection const &defaults);
 
 // The number of a variable or observation by its primary identifier. NCError when there is none.
 std::uint32_t VariableNumber(engine::Project const &project, std::string const &name);

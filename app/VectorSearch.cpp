@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace {
 
@@ -25,14 +26,6 @@ constexpr std::array<AxisName, 6> axes = {{{"observations", "observation"},
                                            {"aligned", "aligned point"},
                                            {"batches", "batch"}}};
 
-std::string KindsOf(ModelTypeE::Model mask) {
-    std::string kinds;
-    for (int const bit : {1, 2, 4, 8, 16})
-        if ((mask & bit) != 0)
-            kinds += (kinds.empty() ? "" : ", ") + ModelTypeE::GetModelTypeName(static_cast<ModelTypeE::Model>(bit));
-    return kinds;
-}
-
 // Why there is no such vector, or where to look.
 std::string HintForUnknown(std::string const &name, Source const &source) {
     if (std::optional<Axis> const other = AxisOf(name, source))
@@ -45,6 +38,47 @@ std::string HintForUnknown(std::string const &name, Source const &source) {
 }
 
 } // namespace
+
+std::optional<int> NumberIn(std::string_view text) {
+    int number = 0;
+    auto const [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && rest == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+Source ReadSource(engine::Project const &project, std::string const &text, std::string const &asking) {
+    std::string const suffix = asking.empty() ? "." : ", which \"" + asking + "\" asks for.";
+    if (text == "PS") {
+        if (!project.GetPredSet(-1))
+            throw Problem(
+                ExceptionMessage::translate("There is no prediction set{1} \"dataseries predict\" makes one.") %
+                suffix);
+        return {ProjectVector::DataTypePredictionSet, {}, 0, "the prediction set", "--predictions"};
+    }
+    bool const ofData = text.starts_with("DS");
+    std::optional<int> const number =
+        NumberIn(std::string_view(text).substr(std::min<std::size_t>(ofData ? 2 : 1, text.size())));
+    if (!number || (!ofData && text[0] != 'M'))
+        throw UsageError("\"" + text + "\"" + (asking.empty() ? "" : " in \"" + asking + "\"") +
+                         " is no source: give a model (M1), a data set (DS1) or the prediction set (PS)");
+    std::string const digits = std::to_string(*number);
+    if (ofData) {
+        if (!project.GetDataSetInfo(*number))
+            throw Problem(ExceptionMessage::translate("There is no data set {1}{2}") % digits % suffix);
+        return {ProjectVector::DataTypeDataSet, {}, *number, "data set " + digits, "--data " + digits};
+    }
+    auto const model = project.GetModelInfo(*number);
+    if (!model)
+        throw Problem(ExceptionMessage::translate("There is no model {1}{2}") % digits % suffix);
+    return {ProjectVector::DataTypeModel, model, 0, "model " + digits, "--model " + digits};
+}
+
+std::string KindsOf(ModelTypeE::Model mask) {
+    std::string kinds;
+    for (int const bit : {1, 2, 4, 8, 16})
+        if ((mask & bit) != 0)
+            kinds += (kinds.empty() ? "" : ", ") + ModelTypeE::GetModelTypeName(static_cast<ModelTypeE::Model>(bit));
+    return kinds;
+}
 
 ProjectVector const *Find(std::string const &name, Axis axis, Source const &source) {
     ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "catalogue/ProjectVector.h"
+#include "engine/Project.h"
 #include "platform/text/Exception.h"
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace CLI {
 class App;
@@ -14,9 +16,20 @@ class App;
 struct Source {
     ProjectVector::DataTypeEnum data = ProjectVector::DataTypeNone;
     boost::shared_ptr<ModelInfo const> model;
+    int dataSet = 0;
     std::string name;   // "model 1"
     std::string option; // what lists the vectors of this source
 };
+
+// The number that a text is, when it is just that.
+std::optional<int> NumberIn(std::string_view text);
+
+// "M2", "DS1" or "PS" as a source. UsageError for another text, NCError for what the project does not have; both name
+// the text that asks for it, where one is given.
+Source ReadSource(engine::Project const &project, std::string const &text, std::string const &asking = {});
+
+// The kinds of models in a mask: "PLS, OPLS".
+std::string KindsOf(ModelTypeE::Model mask);
 
 // The vector of that name on an axis; null when the source has none.
 ProjectVector const *Find(std::string const &name, ProjectVector::VectorTypeEnum axis, Source const &source);

@@ -13,7 +13,7 @@
 // gaps noted at operator==.
 class DATASERIES_API TransformationData {
 public:
-    enum TransformationType {
+    enum TransformationType : int {
         NoTransformation = 0,
         AutoCorrelation = 1,
         CrossCorrelation = 2,

@@ -1,6 +1,7 @@
 #include "catalogue/ProjectVector.h"
 #include "platform/text/VqString.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -46,9 +47,9 @@ public:
         if (dollar == std::string::npos)
             return false;
         point.first = m_text.substr(start, dollar - start);
-        m_comma = dollar + 1;
-        std::string const value = m_comma < m_text.size() ? Next() : std::string();
-        point.second = static_cast<float>(VqString::vqstrtod(value.c_str(), nullptr));
+        // The value starts two characters behind the "$", at the latest where the text ends.
+        m_comma = std::min(dollar + 1, m_text.size() - 1);
+        point.second = static_cast<float>(VqString::vqstrtod(Next().c_str(), nullptr));
         return true;
     }
 

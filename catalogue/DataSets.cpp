@@ -132,10 +132,8 @@ TablePtr IndexRow(std::string const &label, ColumnIDs columns) {
 }
 
 bool AnyNumeral(AliasAccess const &aliases) {
-    for (int alias = 1; alias <= aliases.SizeAliases(); ++alias)
-        if (aliases.IsAliasNumeral(alias))
-            return true;
-    return false;
+    auto const &used = aliases.GetUsedAliases();
+    return std::any_of(used.begin(), used.end(), [&](int alias) { return aliases.IsAliasNumeral(alias); });
 }
 
 using AliasesOf = AliasAccess (NCDataContainerBase::*)() const;

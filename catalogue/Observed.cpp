@@ -112,6 +112,7 @@ public:
             "They differ from YVar where the response of a batch model was replaced or normalised.\n"
             "In the units of the data set.");
     }
+    bool IsValidProject(ProjectPtr project) const override { return project->IsBatchProject(); }
     bool SupportDateTime() const override { return true; }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -135,6 +136,7 @@ public:
             "They differ from YVarPS where the response of a batch model was replaced or normalised.\n"
             "In the units of the data set.");
     }
+    bool IsValidProject(ProjectPtr project) const override { return project->IsBatchProject(); }
     bool SupportDateTime() const override { return true; }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {

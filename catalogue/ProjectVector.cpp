@@ -6,10 +6,10 @@
 #include "platform/text/Translate.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -198,8 +198,9 @@ int ProjectVector::SelectMaxComponents(ComponentType kind, ModelInfo const &mode
 }
 
 int ProjectVector::GetModelNumber(ProjectPtr const &, char const *source) {
-    int number = -1;
-    return source[0] == 'M' && std::sscanf(source + 1, "%d", &number) == 1 ? number : -1;
+    char *end = nullptr;
+    long const number = source[0] == 'M' ? std::strtol(source + 1, &end, 10) : -1;
+    return end != source + 1 && std::in_range<int>(number) ? static_cast<int>(number) : -1;
 }
 
 int ProjectVector::GetModelNumber(ProjectPtr const &project, std::string const &source) {
@@ -210,8 +211,8 @@ int ProjectVector::GetDataSetNumber(ProjectPtr const &, char const *source) {
     if (source[0] != 'D')
         return -1;
     // The second character is skipped unseen.
-    int const number = source[1] == '\0' ? 0 : std::atoi(source + 2);
-    return number >= 0 ? number : -1;
+    long const number = source[1] == '\0' ? 0 : std::strtol(source + 2, nullptr, 10);
+    return number >= 0 && std::in_range<int>(number) ? static_cast<int>(number) : -1;
 }
 
 ColumnTerms ProjectVector::GetYColumnTerm(NCProject const &project, int model, unsigned int index) {

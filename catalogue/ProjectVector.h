@@ -15,13 +15,14 @@
 // One named statistic: `t`, `DModX`, `YPred`, ... An instance is a row of metadata, which tells all that windows need
 // to know without knowing a statistic by name, and a factory of the table that the statistic fills for a project.
 //
-// Every statistic is a class derived directly from this one, without data of its own, with one static instance (some
-// have several) that enters itself in the ProjectVectorHandler while the library loads. Instances are constant and are
-// compared by pointer. See "How to add a statistic" in docs/architecture.md.
+// Every statistic is a class of its own without data of its own, with one static instance (some have several) that
+// enters itself in the ProjectVectorHandler while the library loads. Most derive directly from this class; the form
+// that OPLS and O2PLS models have of a statistic derives from that statistic. Instances are constant and are compared
+// by pointer. See "How to add a statistic" in docs/architecture.md.
 class DATASERIES_API ProjectVector {
 public:
     // The axis along which the values of a vector lie. The numbers of all enumerations here are saved and are fixed.
-    enum VectorTypeEnum {
+    enum VectorTypeEnum : int {
         VectorTypeNone = 0,
         VectorTypeVariablesScores = 1,      // one value for each observation
         VectorTypeObservationsLoadings = 2, // one value for each variable
@@ -32,7 +33,7 @@ public:
     };
 
     // What a vector reads from, as a bit mask.
-    enum DataTypeEnum {
+    enum DataTypeEnum : int {
         DataTypeNone = 0,
         DataTypeDataSet = 1,
         DataTypePredictionSet = 2,
@@ -41,7 +42,7 @@ public:
     };
 
     // Kinds of components that a vector is indexed by, as a bit mask.
-    enum ComponentType {
+    enum ComponentType : int {
         ComponentNone = 0,
         ComponentPredictive = 1,
         ComponentXSideOrthogonal = 2,
@@ -50,7 +51,7 @@ public:
     };
 
     // What the number and the second number of a vector select.
-    enum NumberType {
+    enum NumberType : int {
         NumberNone = 0,
         NumberObsOrVar = 1, // an observation for loadings, a variable for scores
         NumberYVariable = 2,
@@ -70,9 +71,9 @@ public:
     // As a number of an argument text: no single item.
     static constexpr unsigned long noSingleItem = 0xFFFFFFFF;
 
-    enum ScoreLoadingType { NoScoreLoading = 1, Score = 2, Loading = 4, AllScoreLoading = 7 };
+    enum ScoreLoadingType : int { NoScoreLoading = 1, Score = 2, Loading = 4, AllScoreLoading = 7 };
 
-    enum ObsOrPredType { Observed = 1, Predicted = 2, ObsAndPred = 3 };
+    enum ObsOrPredType : int { Observed = 1, Predicted = 2, ObsAndPred = 3 };
 
     // What an argument text says, as far as the metadata of its vector tell which fields it has.
     struct Arguments {

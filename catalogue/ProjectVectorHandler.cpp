@@ -54,7 +54,7 @@ void ProjectVectorHandler::Remove(ProjectVector const *vector) {
         return;
     if (same->second.empty())
         m_byName.erase(same);
-    m_sorted.erase(std::find(m_sorted.begin(), m_sorted.end(), vector));
+    std::erase(m_sorted, vector);
 }
 
 ProjectVectorHandler::Iterator ProjectVectorHandler::Find(char const *name, ProjectVector::VectorTypeEnum type,

@@ -7,7 +7,7 @@ namespace DataSeriesUtilities {
 // Which kind of contribution a plot stands for.
 class DATASERIES_API ContributionModeEnum {
 public:
-    enum Mode {
+    enum Mode : int {
         None = 0,
         Score = 1,
         DModX = 2,

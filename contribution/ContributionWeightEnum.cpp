@@ -13,7 +13,11 @@ constexpr char const *names[] = {"Normalized", "p",   "po", "pp", "ppo",        
                                  "CoeffCS",    "VIP", "RX", "RY", "CoeffCSRaw", "PRange", "W*Range", "Raw"};
 
 bool IsOPLS(ModelInfo const *model) {
-    return ModelTypeE::IsOPLSorO2PLS(model->type);
+    return model && ModelTypeE::IsOPLSorO2PLS(model->type);
+}
+
+bool HasComponents(ModelInfo const *model) {
+    return model && model->SizeComponents() > 0;
 }
 
 // The value of a single weight.
@@ -130,15 +134,15 @@ bool ContributionWeightEnum::HasComp1(WeightType weight, ModelInfo const *model)
     case WStar:
     case WStarWStar:
     case WStarRange:
-        return model->SizeComponents() > 0;
+        return HasComponents(model);
     case PO:
     case POPO:
-        return model->SizeXSideOrthogonalComponents() > 0;
+        return model && model->SizeXSideOrthogonalComponents() > 0;
     case Normalized:
     case Raw:
         return false;
     default:
-        return weight >= CoeffCS && weight <= PRange && !IsOPLS(model) && model->SizeComponents() > 0;
+        return weight >= CoeffCS && weight <= PRange && !IsOPLS(model) && HasComponents(model);
     }
 }
 
@@ -171,5 +175,5 @@ bool ContributionWeightEnum::HasPredictiveComp2(WeightType weight, ModelInfo con
 }
 
 bool ContributionWeightEnum::HasDModComp1(WeightType weight, ModelInfo const *model) {
-    return weight == Normalized || (weight >= VIP && weight <= RY && !IsOPLS(model) && model->SizeComponents() > 0);
+    return weight == Normalized || (weight >= VIP && weight <= RY && !IsOPLS(model) && HasComponents(model));
 }

@@ -34,7 +34,8 @@ public:
     static std::string GetWeightName(WeightType weight);
     static WeightType ToWeightType(char const *name);
 
-    // The list for the statistics, empty for an unknown value. `model` is asked for PRange only.
+    // The list for the statistics, empty for an unknown value. `model`, which may be null here and below for none, is
+    // asked for PRange only.
     static WeightTypes NCWeightType(WeightType weight, ModelInfo const *model, std::vector<int> const &components);
     // The value behind such a list. Never WStarRange: a list of many w* reads as two of them.
     static WeightType FromWeightTypeE(WeightTypes const &weights);

@@ -16,7 +16,7 @@ class SelectDataSeriesData;
 namespace DataSeriesUtilities {
 
 // Which items the number of a specification, or of a selection, chooses among.
-enum ArgumentType { NoArgument = 0, ObservationArgument = 1, VariableArgument = 2 };
+enum ArgumentType : int { NoArgument = 0, ObservationArgument = 1, VariableArgument = 2 };
 
 // The vector holds dates or times. Null doesn't.
 DATASERIES_API bool IsTimeVector(ProjectVector const *vector);

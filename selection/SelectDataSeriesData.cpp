@@ -18,6 +18,8 @@ using ProjectUtilities::DefaultSelection;
 
 namespace {
 
+constexpr char const *seriesList = "series";
+
 constexpr char const *modeTexts[] = {"Normal", "AxisX", "AxisY", "AxisXY"};
 constexpr char const *sortOrderTexts[] = {"No Sort", "Ascending", "Descending"};
 constexpr char const *scaleTexts[] = {"None", "Scale 0-1", "Scale -1-1"};
@@ -37,7 +39,7 @@ int ValueOf(char const *const (&texts)[size], char const *text) {
 
 // Freed by the plain C allocator, as callers may put their own in its place.
 char *Allocated(char const *text) {
-    return ::strdup(text);
+    return ::strdup(text ? text : "");
 }
 
 ControlChart::EWMAType DefaultEWMAType() {
@@ -151,7 +153,7 @@ bool SelectDataSeriesData::operator==(SelectDataSeriesData const &other) const {
 }
 
 ProjectVectorData const &SelectDataSeriesData::GetSeries(int position) const {
-    return m_series[static_cast<std::size_t>(position - 1)];
+    return m_series[CheckedOffset(seriesList, position, m_series.size())];
 }
 
 void SelectDataSeriesData::SetDisplayDataInverted(bool invert) {
@@ -287,18 +289,22 @@ void SelectDataSeriesData::Announce() {
 }
 
 bool SelectDataSeriesData::AddSeries(ProjectVectorData const &series, bool intersect) {
-    if (m_maxSeries != -1 && NumberOfSeries() >= m_maxSeries)
+    if (m_maxSeries >= 0 && NumberOfSeries() >= m_maxSeries)
         return false;
-    AddProjectData(series, intersect);
-    m_series.push_back(series);
-    UpdateAddSeries(m_series.back());
+    // A listener may add series itself, which moves those that are here; the argument may be one of them.
+    ProjectVectorData const added(series);
+    AddProjectData(added, intersect);
+    m_series.push_back(added);
+    UpdateAddSeries(added);
     return true;
 }
 
 void SelectDataSeriesData::InsertSeries(int position, ProjectVectorData const &series) {
-    AddProjectData(series, true);
-    auto const at = m_series.insert(m_series.begin() + (position - 1), series);
-    UpdateAddSeries(*at);
+    std::size_t const place = CheckedOffset(seriesList, position, m_series.size() + 1);
+    ProjectVectorData const added(series);
+    AddProjectData(added, true);
+    m_series.insert(m_series.begin() + static_cast<std::ptrdiff_t>(place), added);
+    UpdateAddSeries(added);
     if (m_updateSelectObjects)
         UpdateProjectData();
 }
@@ -313,7 +319,7 @@ bool SelectDataSeriesData::RemoveSeries(int position) {
 }
 
 void SelectDataSeriesData::SetSeries(int position, ProjectVectorData const &series) {
-    m_series[static_cast<std::size_t>(position - 1)] = series;
+    m_series[CheckedOffset(seriesList, position, m_series.size())] = series;
     Announce();
 }
 
@@ -328,7 +334,7 @@ void SelectDataSeriesData::SetYAxis(ProjectVectorData const &axis) {
 }
 
 void SelectDataSeriesData::SetMaximumNumberOfSeries(int number) {
-    if (number != -1 && NumberOfSeries() > number) {
+    if (number >= 0 && NumberOfSeries() > number) {
         m_series.resize(static_cast<std::size_t>(number));
         if (m_updateSelectObjects)
             UpdateProjectData();
@@ -415,7 +421,7 @@ void SelectDataSeriesData::ClearSorting() {
 }
 
 void SelectDataSeriesData::GetSorting(int index, SortInfo &sorting) const {
-    sorting = m_sortings[static_cast<std::size_t>(index)];
+    sorting = m_sortings[CheckedOffset("sort keys", index + 1, m_sortings.size())];
 }
 
 void SelectDataSeriesData::SetTransformationData(TransformationData const &transformation) {

@@ -7,6 +7,7 @@
 
 #include <list>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,18 +27,18 @@ class DefaultSelection;
 class DATASERIES_API SelectDataSeriesData : public SelectDataSeriesSubject {
 public:
     // Which axes are in use, as a bit mask.
-    enum Mode { Normal = 0, AxisX = 1, AxisY = 2, AxisXY = 3 };
-    enum SortOrder { SortNone = 0, SortAscending = 1, SortDescending = 2 };
-    enum ScaleType { ScaleNone = 0, ScaleZeroToOne = 1, ScaleMinusOneToOne = 2 };
+    enum Mode : int { Normal = 0, AxisX = 1, AxisY = 2, AxisXY = 3 };
+    enum SortOrder : int { SortNone = 0, SortAscending = 1, SortDescending = 2 };
+    enum ScaleType : int { ScaleNone = 0, ScaleZeroToOne = 1, ScaleMinusOneToOne = 2 };
     // Whether the selection could run on another project.
-    enum DataSeriesGlobalType {
+    enum DataSeriesGlobalType : int {
         GlobalTypeProject = 0,
         GlobalTypeIndependent = 1,
         GlobalTypeIndependentAfterDefaults = 2,
         GlobalTypeUndecided = 3
     };
     // What became of selecting by batch name: nothing; the series show batches and must be changed instead; done.
-    enum SelectedType { NothingSelected = 0, SeriesHaveBatches = 1, ItemsSelected = 2 };
+    enum SelectedType : int { NothingSelected = 0, SeriesHaveBatches = 1, ItemsSelected = 2 };
     // Passed on to the plot; has no meaning here.
     enum AspectRatioType : int {};
 
@@ -146,7 +147,8 @@ public:
     // Moves every vector of a model to another one; those of a data set stay. No check that the vector exists there.
     void SetModel(int model);
 
-    // Vectors. Changing one marks the columns as out of date and, where asked for, tells the listeners.
+    // Vectors. A position outside is misuse (NCInternalError) unless the operation says otherwise. Changing one marks
+    // the columns as out of date and, where asked for, tells the listeners.
     // False, and nothing else, when the limit is reached. With `intersect` the columns are cut down to common ones at
     // once. NCError for a record without a vector.
     bool AddSeries(ProjectVectorData const &series, bool intersect);
@@ -157,7 +159,7 @@ public:
     void SetSeries(int position, ProjectVectorData const &series);
     void SetXAxis(ProjectVectorData const &axis);
     void SetYAxis(ProjectVectorData const &axis);
-    // Drops the series beyond; -1 is no limit.
+    // Drops the series beyond; a negative number is no limit.
     void SetMaximumNumberOfSeries(int number);
     void SetVectorType(ProjectVector::VectorTypeEnum type);
     // No series, axes without vector, no sort keys, no columns.
@@ -210,7 +212,7 @@ public:
     ProjectVector::ObsOrPredType GetSeriesObsPredType() const;
     bool HasPredictedVectors() const;
     bool HasOneTypeOfContribTypes() const;
-    // All series have the vector, and the model, of the first one. Not for an empty list.
+    // All series have the vector, and the model, of the first one.
     bool HasEqualVectors() const;
     bool HasEqualDataSource(std::string &name) const;
     // The identifier column for titles.
@@ -232,6 +234,8 @@ private:
     void SelectAll() const;
     ColumnIDs const &Columns() const; // none when there are none, and without project
     ObservationInfos Rows() const;    // the observations behind the columns
+    // Of a list of any length that was set, those flags that stand for rows.
+    std::span<bool const> FlagsOf(ObservationInfos const &rows) const;
 
     Mode m_mode = Normal;
     DataSeriesGlobalType m_globalType = GlobalTypeUndecided;

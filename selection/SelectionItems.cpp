@@ -53,6 +53,10 @@ Range PhaseOf(Range const &batch, std::string const &phase, Positions const &pha
     return {};
 }
 
+bool UsesBatch(ProjectVectorData const &data) {
+    return data.GetProjectVector() && data.GetProjectVector()->UseBatchIx();
+}
+
 } // namespace
 
 ColumnIDs const &SelectDataSeriesData::Columns() const {
@@ -69,6 +73,10 @@ ObservationInfos SelectDataSeriesData::Rows() const {
     for (std::uint32_t const number : *numbers)
         rows.emplace_back(number);
     return rows;
+}
+
+std::span<bool const> SelectDataSeriesData::FlagsOf(ObservationInfos const &rows) const {
+    return m_selectObjects.Values().first(std::min(m_selectObjects.size(), rows.size()));
 }
 
 void SelectDataSeriesData::SelectAll() const {
@@ -196,7 +204,7 @@ void SelectDataSeriesData::SelectBatches(std::vector<int> const &batches, bool k
     Positions phaseBeginnings;
     std::string phase;
     if (keepPhase) {
-        auto const flags = m_selectObjects.Values();
+        auto const flags = FlagsOf(rows);
         auto const first = std::find(flags.begin(), flags.end(), true);
         if (first != flags.end())
             phase = rows[static_cast<std::size_t>(first - flags.begin())].GetPhaseName(list);
@@ -233,10 +241,7 @@ SelectDataSeriesData::SelectedType SelectDataSeriesData::SelectBatches(std::vect
     if (columns.GetSource() != ColumnIDs::Observations)
         return NothingSelected;
     // The X axis speaks for both axes.
-    auto const usesBatch = [](ProjectVectorData const &data) {
-        return data.GetProjectVector() && data.GetProjectVector()->UseBatchIx();
-    };
-    if ((m_mode != Normal && usesBatch(m_xAxis)) || std::any_of(m_series.begin(), m_series.end(), usesBatch))
+    if ((m_mode != Normal && UsesBatch(m_xAxis)) || std::any_of(m_series.begin(), m_series.end(), UsesBatch))
         return SeriesHaveBatches;
     boost::shared_ptr<NCProject> const project = GetProject();
     NCObservations const &list = project->GetObservations();
@@ -280,7 +285,7 @@ bool SelectDataSeriesData::GetSelectedBatches(std::vector<int> &batches) const {
     batches.clear();
     if (m_vectorType == ProjectVector::VectorTypeAligned) {
         for (ProjectVectorData const &series : m_series)
-            if (series.GetProjectVector()->UseBatchIx() && series.batchIx > 0)
+            if (UsesBatch(series) && series.batchIx > 0)
                 batches.push_back(series.batchIx);
         return false;
     }
@@ -352,7 +357,7 @@ bool SelectDataSeriesData::HasSingleBatchAndPhase(std::string &batch, std::strin
     if (batchAlias == 0)
         return false;
     ObservationInfos const rows = Rows();
-    auto const flags = m_selectObjects.Values();
+    auto const flags = FlagsOf(rows);
     auto const first = std::find(flags.begin(), flags.end(), true);
     if (first == flags.end())
         return false;

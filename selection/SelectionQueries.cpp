@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 // What the vectors of a selection have in common.
 
@@ -12,6 +13,10 @@ namespace {
 // A record that shows nothing of its own: without a vector, or a counting row.
 bool IsNum(ProjectVectorData const &data) {
     return !data.GetProjectVector() || data.GetProjectVector()->IsNumVector();
+}
+
+std::string_view NameOf(ProjectVectorData const &data) {
+    return data.GetProjectVector() ? data.GetProjectVector()->GetName() : "";
 }
 
 // Counts of vectors that show observed, and predicted, items.
@@ -146,12 +151,13 @@ bool SelectDataSeriesData::HasOneTypeOfContribTypes() const {
 }
 
 bool SelectDataSeriesData::HasEqualVectors() const {
+    if (m_series.empty())
+        return true;
     ProjectVectorData const &first = m_series.front();
     ModelInfo const *const model = first.GetModelInfo();
     return std::all_of(m_series.begin(), m_series.end(), [&](ProjectVectorData const &series) {
         ModelInfo const *const own = series.GetModelInfo();
-        return std::strcmp(series.GetProjectVector()->GetName(), first.GetProjectVector()->GetName()) == 0 &&
-               (!model || (own && own->number == model->number));
+        return NameOf(series) == NameOf(first) && (!model || (own && own->number == model->number));
     });
 }
 

@@ -13,9 +13,19 @@ ProjectVectorData::ProjectVectorData(ProjectVectorData const &other) = default;
 ProjectVectorData &ProjectVectorData::operator=(ProjectVectorData const &other) = default;
 ProjectVectorData::~ProjectVectorData() = default;
 
+ProjectVector const &ProjectVectorData::Vector() const {
+    static ProjectVector const none;
+    return m_vector ? *m_vector : none;
+}
+
+ModelInfo const &ProjectVectorData::Model() const {
+    static ModelInfo const none;
+    return m_model ? *m_model : none;
+}
+
 bool ProjectVectorData::IsPureDataSource() const {
-    return m_vector->GetDataType() == ProjectVector::DataTypeDataSet ||
-           m_vector->GetDataType() == ProjectVector::DataTypePredictionSet;
+    return Vector().GetDataType() == ProjectVector::DataTypeDataSet ||
+           Vector().GetDataType() == ProjectVector::DataTypePredictionSet;
 }
 
 bool ProjectVectorData::HasComponents() const {
@@ -38,7 +48,7 @@ bool ProjectVectorData::operator==(ProjectVectorData const &other) const {
     } else if (m_dataset > 0 && other.m_dataset != m_dataset) {
         return false;
     }
-    int const kinds = m_vector->GetComponentType();
+    int const kinds = Vector().GetComponentType();
     if (((kinds & ProjectVector::ComponentPredictive) && m_predictiveComponent != other.m_predictiveComponent) ||
         ((kinds & ProjectVector::ComponentXSideOrthogonal) && m_xSideComponent != other.m_xSideComponent) ||
         ((kinds & ProjectVector::ComponentYSideOrthogonal) && m_ySideComponent != other.m_ySideComponent) ||
@@ -46,7 +56,7 @@ bool ProjectVectorData::operator==(ProjectVectorData const &other) const {
         return false;
     bool number = false;
     bool number2 = false;
-    switch (m_vector->GetNumberType()) {
+    switch (Vector().GetNumberType()) {
     case ProjectVector::NumberObsOrVar:
     case ProjectVector::NumberYVariable:
     case ProjectVector::NumberXVariable:
@@ -67,7 +77,7 @@ bool ProjectVectorData::operator==(ProjectVectorData const &other) const {
         break;
     }
     return (!number || m_numberID == other.m_numberID) && (!number2 || m_numberID2 == other.m_numberID2) &&
-           (!m_vector->UseBatchIx() || batchIx == other.batchIx);
+           (!Vector().UseBatchIx() || batchIx == other.batchIx);
 }
 
 void ProjectVectorData::SetProjectVector(ProjectVector const *vector) {
@@ -76,7 +86,7 @@ void ProjectVectorData::SetProjectVector(ProjectVector const *vector) {
 }
 
 ModelInfo const *ProjectVectorData::GetModelInfo() const {
-    return (m_vector && IsPureDataSource()) || m_dataset != 0 ? nullptr : m_model.get();
+    return IsPureDataSource() || m_dataset != 0 ? nullptr : m_model.get();
 }
 
 void ProjectVectorData::SetModelInfoPtr(boost::shared_ptr<ModelInfo const> const &model) {
@@ -91,13 +101,13 @@ void ProjectVectorData::SetDataSet(int dataset) {
 }
 
 boost::shared_ptr<NCDataContainerBase const> ProjectVectorData::GetDataSource(NCProject const &project) const {
-    if (m_vector->GetDataType() == ProjectVector::DataTypePredictionSet)
+    if (Vector().GetDataType() == ProjectVector::DataTypePredictionSet)
         return project.GetPredSet(-1);
     if (m_dataset != 0)
         return project.GetDataSet(m_dataset);
     if (!m_model)
         return {};
-    if (m_vector->GetObsPredType() == ProjectVector::Predicted)
+    if (Vector().GetObsPredType() == ProjectVector::Predicted)
         return project.GetModelPredSet(m_model->number);
     return project.GetWorkset(m_model->number);
 }
@@ -122,13 +132,13 @@ void ProjectVectorData::SetComponent(ProjectVector::ComponentType kind, int comp
 }
 
 void ProjectVectorData::SetComponent(int component) {
-    SetComponent(static_cast<ProjectVector::ComponentType>(m_vector->GetComponentType()), component);
+    SetComponent(static_cast<ProjectVector::ComponentType>(Vector().GetComponentType()), component);
 }
 
 int ProjectVectorData::Resolved(int component, bool resolve, int (ModelInfo::*last)() const) const {
     if (!HasComponents())
         return 1;
-    return resolve && component == -1 ? ((*m_model).*last)() : component;
+    return resolve && component == -1 ? (Model().*last)() : component;
 }
 
 int ProjectVectorData::GetPredComponent(bool resolve) const {
@@ -156,71 +166,71 @@ int ProjectVectorData::GetComponent(ProjectVector::ComponentType kind, bool reso
     default:
         break;
     }
-    if (m_vector->GetNumberType() != ProjectVector::NumberComponentRange)
-        return m_model->SizeComponents();
-    int const largest = ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(2), *m_model);
+    if (Vector().GetNumberType() != ProjectVector::NumberComponentRange)
+        return Model().SizeComponents();
+    int const largest = MaxOfPair(2);
     return m_numberID2 == NotSet ? largest : std::min(largest, static_cast<int>(m_numberID2));
 }
 
 int ProjectVectorData::GetComponent(bool resolve) const {
-    return GetComponent(static_cast<ProjectVector::ComponentType>(m_vector->GetComponentType()), resolve);
+    return GetComponent(static_cast<ProjectVector::ComponentType>(Vector().GetComponentType()), resolve);
 }
 
 int ProjectVectorData::MaxOfPair(int which) const {
-    return m_model ? ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(which), *m_model) : 0;
+    return ProjectVector::SelectMaxComponents(Vector().GetDoubleCompComponentType(which), Model());
 }
 
 int ProjectVectorData::GetNumberIDComponent() const {
     int const number = static_cast<int>(m_numberID);
-    if (m_vector->GetNumberType() == ProjectVector::NumberComponentRange ||
-        m_vector->GetNumberType() == ProjectVector::NumberBatchComponentRange)
-        return number == -1 || number == -2 ? m_vector->GetFirstComponent() : number;
-    return number == -1 ? m_model->SizeComponents() : number;
+    if (Vector().GetNumberType() == ProjectVector::NumberComponentRange ||
+        Vector().GetNumberType() == ProjectVector::NumberBatchComponentRange)
+        return number == -1 || number == -2 ? Vector().GetFirstComponent() : number;
+    return number == -1 ? Model().SizeComponents() : number;
 }
 
 int ProjectVectorData::GetNumberID2Component() const {
-    return m_numberID2 == NotSet ? m_model->SizeComponents() : static_cast<int>(m_numberID2);
+    return m_numberID2 == NotSet ? Model().SizeComponents() : static_cast<int>(m_numberID2);
 }
 
 int ProjectVectorData::GetMaxComponents(ProjectPtr const &project, ProjectVector::ComponentType kind) const {
     switch (kind) {
     case ProjectVector::ComponentPredictive:
-        return m_model->SizeComponents();
+        return Model().SizeComponents();
     case ProjectVector::ComponentXSideOrthogonal:
-        return m_model->SizeXSideOrthogonalComponents();
+        return Model().SizeXSideOrthogonalComponents();
     case ProjectVector::ComponentYSideOrthogonal:
-        return m_model->SizeYSideOrthogonalComponents();
+        return Model().SizeYSideOrthogonalComponents();
     case ProjectVector::ComponentOSC:
-        return ModelUtilities::NumberOfOSCComponents(*project, m_dataset);
+        return project ? ModelUtilities::NumberOfOSCComponents(*project, m_dataset) : 0;
     default:
         return 1;
     }
 }
 
 int ProjectVectorData::GetMaxComponents(ProjectPtr const &project) const {
-    int const kinds = m_vector->GetComponentType();
+    int const kinds = Vector().GetComponentType();
     if (kinds & ProjectVector::ComponentOSC)
         return GetMaxComponents(project, ProjectVector::ComponentOSC);
-    if (m_vector->HasOneComponent())
+    if (Vector().HasOneComponent())
         return GetMaxComponents(project, static_cast<ProjectVector::ComponentType>(kinds));
-    if (m_vector->IsT2RangeVector() || (m_vector->GetNumberType() & 5) != 0)
-        return GetModelInfo()->SizeComponents();
+    if (Vector().IsT2RangeVector() || (Vector().GetNumberType() & 5) != 0)
+        return IsModelBased() ? Model().SizeComponents() : 0;
     return kinds == ProjectVector::ComponentNone
                ? -1
                : GetMaxComponents(project, static_cast<ProjectVector::ComponentType>(kinds));
 }
 
 std::uint32_t ProjectVectorData::DefaultNumber(DefaultSelection const &defaults) const {
-    bool const predicted = m_vector->GetObsPredType() == ProjectVector::Predicted;
-    bool const ofScores = m_vector->GetType() == ProjectVector::VectorTypeVariablesScores;
+    bool const predicted = Vector().GetObsPredType() == ProjectVector::Predicted;
+    bool const ofScores = Vector().GetType() == ProjectVector::VectorTypeVariablesScores;
     int const model = GetModelNumber();
-    if (m_vector->IsXVector())
-        return m_vector->GetType() == ProjectVector::VectorTypeLag
+    if (Vector().IsXVector())
+        return Vector().GetType() == ProjectVector::VectorTypeLag
                    ? 1
                    : static_cast<std::uint32_t>(defaults.GetDefaultXVarIndex(model));
-    if (m_vector->IsYVector())
+    if (Vector().IsYVector())
         return static_cast<std::uint32_t>(defaults.GetDefaultYVarIndex(model));
-    if (m_vector->GetNumberType() != ProjectVector::NumberObsOrVar)
+    if (Vector().GetNumberType() != ProjectVector::NumberObsOrVar)
         return NotSet;
     if (ofScores)
         return model >= 1 ? defaults.GetDefaultSelectedModelVariable(model)
@@ -229,18 +239,18 @@ std::uint32_t ProjectVectorData::DefaultNumber(DefaultSelection const &defaults)
 }
 
 std::uint32_t ProjectVectorData::GetNumber(DefaultSelection const *defaults) const {
-    switch (m_vector->GetNumberType()) {
+    switch (Vector().GetNumberType()) {
     case ProjectVector::NumberNone:
     case ProjectVector::NumberBatch:
         return 0;
     case ProjectVector::NumberComponentRange:
     case ProjectVector::NumberBatchComponentRange:
-        return m_numberID == NotSet ? static_cast<std::uint32_t>(m_vector->GetFirstComponent()) : m_numberID;
+        return m_numberID == NotSet ? static_cast<std::uint32_t>(Vector().GetFirstComponent()) : m_numberID;
     case ProjectVector::NumberIdentifier: {
         if (!defaults || m_numberID != NotSet)
             return m_numberID;
         AliasAccess const &aliases = GetUsedAliases(*defaults->GetProject());
-        for (int alias = 1; alias <= aliases.SizeAliases(); ++alias)
+        for (int const alias : aliases.GetUsedAliases())
             if (aliases.IsAliasNumeral(alias))
                 return static_cast<std::uint32_t>(alias);
         return 1;
@@ -253,10 +263,10 @@ std::uint32_t ProjectVectorData::GetNumber(DefaultSelection const *defaults) con
 std::uint32_t ProjectVectorData::GetNumberID2(DefaultSelection const *defaults, bool resolve) const {
     if (!resolve)
         return m_numberID2;
-    switch (m_vector->GetNumberType()) {
+    switch (Vector().GetNumberType()) {
     case ProjectVector::NumberComponentRange:
     case ProjectVector::NumberBatchComponentRange: {
-        int const largest = ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(2), *m_model);
+        int const largest = MaxOfPair(2);
         int const number = static_cast<int>(m_numberID2);
         return static_cast<std::uint32_t>(number == -1 || number == -2 ? largest : std::min(largest, number));
     }
@@ -293,18 +303,20 @@ void ProjectVectorData::SetContributionWeight(WeightTypes const &weights, std::v
 }
 
 bool ProjectVectorData::IsYVarContribution() const {
-    return m_vector->IsContribution() &&
+    return Vector().IsContribution() &&
            (m_weightType == ContributionWeightEnum::CoeffCS || m_weightType == ContributionWeightEnum::CoeffCSRaw);
 }
 
 AliasAccess const &ProjectVectorData::GetUsedAliases(NCProject const &project) const {
     if (m_aliases)
         return *m_aliases;
-    bool const ofVariables = m_vector->GetType() == ProjectVector::VectorTypeVariablesScores;
-    bool const ofObservations = m_vector->GetType() == ProjectVector::VectorTypeObservationsLoadings;
+    bool const ofScores = Vector().GetType() == ProjectVector::VectorTypeVariablesScores;
+    bool const ofLoadings = Vector().GetType() == ProjectVector::VectorTypeObservationsLoadings;
+    // Values are about the items of the other axis, identifiers about those of their own.
+    bool const ofVariables = ofScores != (Vector().GetNumberType() == ProjectVector::NumberIdentifier);
     boost::shared_ptr<NCDataContainerBase const> source;
-    if (ofVariables || ofObservations) {
-        if (m_vector->GetDataType() == ProjectVector::DataTypePredictionSet)
+    if (ofScores || ofLoadings) {
+        if (Vector().GetDataType() == ProjectVector::DataTypePredictionSet)
             source = project.GetPredSet(-1);
         else if (m_dataset >= 1)
             source = project.GetDataSet(m_dataset);

@@ -25,7 +25,8 @@ class DefaultSelection;
 // these.
 //
 // What is left open stands as -1 (all ones in an unsigned number): a component is then the model's last one, a number
-// is what the project's defaults say. Names of members in quotes below are those of saved plots. Not for several
+// is what the project's defaults say. A record without a vector asks for nothing: its texts are empty, its numbers 0;
+// without a model there are 0 components. Names of members in quotes below are those of saved plots. Not for several
 // threads.
 class DATASERIES_API ProjectVectorData {
 public:
@@ -116,7 +117,9 @@ public:
     ProjectData::CoefficientStatus GetCoefficientStatus() const { return m_coefficientStatus; }
     void SetCoefficientStatus(ProjectData::CoefficientStatus status) { m_coefficientStatus = status; }
 
-    // The identifier columns that the items of the vector's axis have. Good until the vector or the source changes.
+    // The identifier columns of what the number chooses among: of variables for a row over observations, of
+    // observations for one over variables; of the items along the axis themselves where the number is an identifier.
+    // None for other axes. Good until the vector or the source changes.
     AliasAccess const &GetUsedAliases(NCProject const &project) const;
 
     // Chooses what a plot of that axis shows when nobody chose: the vector and its source, with numbers from the
@@ -152,6 +155,9 @@ public:
     bool IsJoinableData(ProjectVectorData const &other) const;
 
 private:
+    // What stands in for a vector or a model that is not there: nothing is selected, and there are no components.
+    ProjectVector const &Vector() const;
+    ModelInfo const &Model() const;
     bool IsPureDataSource() const;
     bool HasComponents() const; // of a model: not of a data source
     int GetModelNumber() const; // 0 without model

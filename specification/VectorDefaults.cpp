@@ -4,6 +4,8 @@
 #include "specification/ProjectVectorData.h"
 #include "utilities/DefaultSelection.h"
 
+#include <algorithm>
+
 // What a plot shows when nobody chose.
 
 using ProjectUtilities::DefaultSelection;
@@ -253,19 +255,19 @@ bool ProjectVectorData::SetProjectVectorDataDefault(boost::shared_ptr<NCProject>
 
 void ProjectVectorData::SetDefaultNumberID(DefaultSelection const &defaults) {
     boost::shared_ptr<NCProject> const project = defaults.GetProject();
-    bool const predicted = m_vector->GetObsPredType() == ProjectVector::Predicted;
-    bool const ofScores = m_vector->GetType() == ProjectVector::VectorTypeVariablesScores;
-    ProjectVector::DataTypeEnum const data = m_vector->GetDataType();
+    bool const predicted = Vector().GetObsPredType() == ProjectVector::Predicted;
+    bool const ofScores = Vector().GetType() == ProjectVector::VectorTypeVariablesScores;
+    ProjectVector::DataTypeEnum const data = Vector().GetDataType();
     int const model = GetModelNumber();
 
     std::uint32_t x = 1;
     std::uint32_t y = 1;
     int batch = 1;
-    if (m_vector->IsYVector())
+    if (Vector().IsYVector())
         y = static_cast<std::uint32_t>(defaults.GetDefaultYVarIndex(model));
-    if (m_vector->IsXVector() && m_vector->GetType() != ProjectVector::VectorTypeLag)
+    if (Vector().IsXVector() && Vector().GetType() != ProjectVector::VectorTypeLag)
         x = static_cast<std::uint32_t>(defaults.GetDefaultXVarIndex(model));
-    if (m_vector->UseBatchIx()) {
+    if (Vector().UseBatchIx()) {
         std::string const name = defaults.GetDefaultSelectedBatch(predicted);
         bool const ofModel = data == ProjectVector::DataTypeModel && model >= 1;
         auto const batchModel = boost::dynamic_pointer_cast<NCBatchModel const>(
@@ -276,7 +278,7 @@ void ProjectVectorData::SetDefaultNumberID(DefaultSelection const &defaults) {
                     batch = index;
     }
 
-    switch (m_vector->GetNumberType()) {
+    switch (Vector().GetNumberType()) {
     case ProjectVector::NumberNone:
         m_numberID = 0;
         break;
@@ -331,9 +333,11 @@ void ProjectVectorData::SetDefaultNumberID(DefaultSelection const &defaults) {
     case ProjectVector::NumberIdentifier: {
         m_numberID = NotSet;
         AliasAccess const &aliases = GetUsedAliases(*project);
-        for (int alias = aliases.SizeAliases(); alias >= 1; --alias)
-            if (aliases.IsAliasNumeral(alias))
-                m_numberID = static_cast<std::uint32_t>(alias);
+        auto const &used = aliases.GetUsedAliases();
+        auto const found =
+            std::find_if(used.begin(), used.end(), [&](int alias) { return aliases.IsAliasNumeral(alias); });
+        if (found != used.end())
+            m_numberID = static_cast<std::uint32_t>(*found);
         break;
     }
     case ProjectVector::NumberBatchVIPSecond:

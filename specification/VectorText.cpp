@@ -68,7 +68,7 @@ void WriteContribution(std::ostream &text, ProjectVectorData const &data, int yV
 } // namespace
 
 std::string ProjectVectorData::GetDataSourceName() const {
-    if (m_vector && m_vector->GetDataType() == ProjectVector::DataTypePredictionSet)
+    if (Vector().GetDataType() == ProjectVector::DataTypePredictionSet)
         return "PS";
     if (m_dataset != 0)
         return "DS" + std::to_string(m_dataset);
@@ -131,8 +131,8 @@ std::string ProjectVectorData::ToStdString(DefaultSelection const *defaults) con
         if (range) {
             int limit = MaxOfPair(2);
             std::string const name = m_vector->GetName();
-            if (m_model && (name == "T2Range" || name == "T2RangePS") && ModelTypeE::IsOPLSorO2PLS(m_model->type))
-                limit += m_model->SizeXSideOrthogonalComponents();
+            if ((name == "T2Range" || name == "T2RangePS") && ModelTypeE::IsOPLSorO2PLS(Model().type))
+                limit += Model().SizeXSideOrthogonalComponents();
             text << ',' << std::min(m_numberID2, static_cast<std::uint32_t>(limit));
         } else {
             text << ',' << GetNumberID2(defaults, true);
@@ -155,20 +155,24 @@ std::string ProjectVectorData::GetBatchName(ProjectPtr const &project) const {
     if (batchIx == 0)
         return "Std.Dev.";
     auto const picked = [this](NCStringVector const &names) { return names(batchIx, std::string()); };
-    bool const predicted = m_vector->GetObsPredType() == ProjectVector::Predicted;
+    bool const predicted = Vector().GetObsPredType() == ProjectVector::Predicted;
     if (ModelInfo const *const model = GetModelInfo()) {
         if (predicted) {
             auto const predictions = project->GetPredictions(model->number, true);
+            if (!predictions)
+                return {};
             ObservationInfos const &rows = predictions->GetObservations();
             auto const beginnings = BatchUtilities::GetBatchBeginnings(project->GetObservations(), rows);
-            if (batchIx > beginnings.Size())
+            if (batchIx < 1 || batchIx > beginnings.Size())
                 return {};
             return rows[static_cast<std::size_t>(beginnings[batchIx] - 1)].GetBatchName(project->GetObservations());
         }
         auto const batchModel = boost::dynamic_pointer_cast<NCBatchModel const>(project->GetModel(model->number));
         auto const workset = project->GetWorkset(model->number);
-        if (batchModel)
-            return batchModel->GetBatchName(batchIx);
+        if (batchModel) {
+            bool const known = batchIx >= 1 && batchIx <= static_cast<int>(batchModel->GetBatchIndexes().size());
+            return known ? batchModel->GetBatchName(batchIx) : std::string();
+        }
         return workset ? picked(BatchUtilities::GetBatchNames(workset->GetBatchInfo(), true)) : std::string();
     }
     if (predicted) {
@@ -189,7 +193,7 @@ std::string ProjectVectorData::GetProjectVectorName(DefaultSelection const *defa
     constexpr double tolerance = 1.1920928955078125e-7;
     std::string label = GetFormattedName(defaults, aliasID, compact);
     // The prefix goes with the point behind it.
-    if (removePrefix && !m_vector->IsNumVector() && label.starts_with(prefix))
+    if (removePrefix && !Vector().IsNumVector() && label.starts_with(prefix))
         label.erase(0, prefix.size() + 1);
     bool const scaled = std::abs(scaling - 1.0) > tolerance;
     bool const shifted = std::abs(offset) > tolerance;
@@ -321,7 +325,7 @@ private:
             return object ? object->GetObservations() : ObservationInfos();
         }
         auto const predictions = m_project->GetPredictions(model->number, true);
-        return predictions->GetObservations();
+        return predictions ? predictions->GetObservations() : ObservationInfos();
     }
 
     template <typename NameOf>
@@ -507,6 +511,8 @@ private:
 
     void WritePhase() {
         ModelInfo const *const model = m_data.GetModelInfo();
+        if (!model)
+            return;
         int const phase = static_cast<int>(m_data.GetNumberID2(&m_defaults, false));
         int const source = ModelUtilities::GetBatchLevelSourceDS(*m_project, model->number);
         if (source < 1) {
@@ -567,7 +573,7 @@ private:
 } // namespace
 
 std::string ProjectVectorData::GetFormattedName(DefaultSelection const *defaults, int aliasID, bool compact) const {
-    if (m_vector->IsNumVector())
-        return m_vector->GetName();
+    if (!m_vector || m_vector->IsNumVector())
+        return Vector().GetName();
     return LabelWriter(*this, *defaults, aliasID, compact).Label();
 }

@@ -25,7 +25,7 @@ bool IsAmong(std::vector<std::uint32_t> const &numbers, std::uint32_t number) {
 } // namespace
 
 bool ProjectVectorData::CheckNumberIDs(ProjectPtr const &project) const {
-    if (!m_vector || m_vector->IsNumVector())
+    if (!m_vector || Vector().IsNumVector())
         return true;
     ModelInfo const *const model = GetModelInfo();
     int const xVariables = model ? model->sizeXVariables : 0;
@@ -34,7 +34,7 @@ bool ProjectVectorData::CheckNumberIDs(ProjectPtr const &project) const {
     auto const areUpTo = [this](int limit) {
         return static_cast<int>(m_numberID) <= limit && static_cast<int>(m_numberID2) <= limit;
     };
-    switch (m_vector->GetNumberType()) {
+    switch (Vector().GetNumberType()) {
     case ProjectVector::NumberNone:
         return true;
     case ProjectVector::NumberObsOrVar:
@@ -46,7 +46,7 @@ bool ProjectVectorData::CheckNumberIDs(ProjectPtr const &project) const {
     case ProjectVector::NumberXAndYVariable:
         return IsOpenOrIn(m_numberID, xVariables) && IsOpenOrIn(m_numberID2, yVariables);
     case ProjectVector::NumberComponentRange:
-        return model && areUpTo(ProjectVector::SelectMaxComponents(m_vector->GetDoubleCompComponentType(2), *model));
+        return model && areUpTo(ProjectVector::SelectMaxComponents(Vector().GetDoubleCompComponentType(2), *model));
     case ProjectVector::NumberBatch:
         return CheckBatch(project);
     case ProjectVector::NumberBatchXVariable:
@@ -61,8 +61,8 @@ bool ProjectVectorData::CheckNumberIDs(ProjectPtr const &project) const {
     case ProjectVector::NumberIdentifier: {
         AliasAccess const &aliases = GetUsedAliases(*project);
         int const alias = static_cast<int>(m_numberID);
-        return m_numberID != 0 && m_numberID <= static_cast<std::uint32_t>(aliases.SizeAliases()) &&
-               aliases.IsAliasNumeral(alias);
+        auto const &used = aliases.GetUsedAliases();
+        return std::find(used.begin(), used.end(), alias) != used.end() && aliases.IsAliasNumeral(alias);
     }
     default:
         return false;
@@ -72,14 +72,14 @@ bool ProjectVectorData::CheckNumberIDs(ProjectPtr const &project) const {
 bool ProjectVectorData::CheckObservationOrVariable(ProjectPtr const &project) const {
     if (m_numberID == NotSet)
         return true;
-    bool const ofModel = m_vector->UseModel();
-    bool const predicted = m_vector->GetObsPredType() == ProjectVector::Predicted;
+    bool const ofModel = Vector().UseModel();
+    bool const predicted = Vector().GetObsPredType() == ProjectVector::Predicted;
     boost::shared_ptr<NCDataContainerBase const> container;
-    if (!ofModel && (m_vector->GetDataType() & ProjectVector::DataTypeDataSet) != 0)
+    if (!ofModel && (Vector().GetDataType() & ProjectVector::DataTypeDataSet) != 0)
         container = project->GetDataSet(m_dataset);
     auto const predSet = predicted || !container ? project->GetPredSet(-1) : nullptr;
 
-    if (m_vector->GetType() == ProjectVector::VectorTypeObservationsLoadings) {
+    if (Vector().GetType() == ProjectVector::VectorTypeObservationsLoadings) {
         if (predicted)
             return predSet && IsAmong(predSet->GetObservations(), m_numberID);
         if (ofModel) {
@@ -90,10 +90,12 @@ bool ProjectVectorData::CheckObservationOrVariable(ProjectPtr const &project) co
             throw NCInternalError("ProjectVectorData::CheckNumberIDs");
         return IsAmong(container->GetObservations(), m_numberID);
     }
-    if (m_vector->GetType() != ProjectVector::VectorTypeVariablesScores)
+    if (Vector().GetType() != ProjectVector::VectorTypeVariablesScores)
         return false;
     if (ofModel && project->GetWorkset(GetModelNumber())) {
         auto const model = project->GetModel(GetModelNumber());
+        if (!model)
+            return false;
         ColumnTerms const &terms = model->GetXColumnTerms();
         return std::any_of(terms.begin(), terms.end(),
                            [this](ColumnTerm const &term) { return term.GetMotherVariable(1) == m_numberID; });
@@ -104,7 +106,7 @@ bool ProjectVectorData::CheckObservationOrVariable(ProjectPtr const &project) co
 }
 
 bool ProjectVectorData::CheckBatch(ProjectPtr const &project) const {
-    if (!m_vector->UseModel())
+    if (!Vector().UseModel())
         return false;
     return CheckBatchID(project, boost::dynamic_pointer_cast<NCBatchModel const>(project->GetModel(GetModelNumber())));
 }
@@ -117,7 +119,7 @@ bool ProjectVectorData::CheckBatchID(ProjectPtr const &project,
     if (batchIx == 0 || batchIx == -1 || batchIx == -2)
         return true;
     int batches = 0;
-    if (batchIx >= 1 && m_vector->GetObsPredType() != ProjectVector::Predicted) {
+    if (batchIx >= 1 && Vector().GetObsPredType() != ProjectVector::Predicted) {
         batches = static_cast<int>(batchModel->GetBatchIndexes().size());
     } else if (batchIx >= 1) {
         auto const predictions = project->GetPredictions(GetModelNumber(), false);
@@ -141,24 +143,24 @@ bool ProjectVectorData::HasSameSource(ProjectVectorData const &other) const {
 }
 
 bool ProjectVectorData::HasEqualBatchArguments(ProjectVectorData const &other) const {
-    if (!m_vector->UseBatchIx() || !other.m_vector->UseBatchIx())
+    if (!Vector().UseBatchIx() || !other.Vector().UseBatchIx())
         return true;
-    if (m_vector->GetObsPredType() != other.m_vector->GetObsPredType())
+    if (Vector().GetObsPredType() != other.Vector().GetObsPredType())
         return false;
     if (HasComponents())
         return HasSameSource(other);
     if (other.HasComponents())
         return false;
-    if ((m_vector->GetDataType() & ProjectVector::DataTypeDataSet) != 0)
-        return (other.m_vector->GetDataType() & ProjectVector::DataTypeDataSet) != 0 && m_dataset == other.m_dataset;
-    if ((m_vector->GetDataType() & ProjectVector::DataTypePredictionSet) != 0)
-        return (other.m_vector->GetDataType() & ProjectVector::DataTypePredictionSet) != 0;
+    if ((Vector().GetDataType() & ProjectVector::DataTypeDataSet) != 0)
+        return (other.Vector().GetDataType() & ProjectVector::DataTypeDataSet) != 0 && m_dataset == other.m_dataset;
+    if ((Vector().GetDataType() & ProjectVector::DataTypePredictionSet) != 0)
+        return (other.Vector().GetDataType() & ProjectVector::DataTypePredictionSet) != 0;
     return true;
 }
 
 bool ProjectVectorData::HasEqualNumberArguments(ProjectVectorData const &other) const {
-    ProjectVector const &left = *m_vector;
-    ProjectVector const &right = *other.m_vector;
+    ProjectVector const &left = Vector();
+    ProjectVector const &right = other.Vector();
     if (left.GetType() != right.GetType())
         return false;
     ProjectVector::NumberType const number = left.GetNumberType();
@@ -205,7 +207,7 @@ bool ProjectVectorData::HasEqualNumberArguments(ProjectVectorData const &other) 
 }
 
 bool ProjectVectorData::HasEqualComponents(ProjectVectorData const &other) const {
-    int const kinds = m_vector->GetComponentType();
+    int const kinds = Vector().GetComponentType();
     return ((kinds & ProjectVector::ComponentPredictive) == 0 ||
             GetPredComponent(true) == other.GetPredComponent(true)) &&
            ((kinds & ProjectVector::ComponentXSideOrthogonal) == 0 ||
@@ -215,16 +217,15 @@ bool ProjectVectorData::HasEqualComponents(ProjectVectorData const &other) const
 }
 
 bool ProjectVectorData::IsJoinableData(ProjectVectorData const &other) const {
-    if (std::string(m_vector->GetName()) != other.m_vector->GetName() || !HasSameSource(other))
+    if (std::string(Vector().GetName()) != other.Vector().GetName() || !HasSameSource(other))
         return false;
-    if (m_vector->UseUnscalingTransform() && (unscaled != other.unscaled || backTransformed != other.backTransformed))
+    if (Vector().UseUnscalingTransform() && (unscaled != other.unscaled || backTransformed != other.backTransformed))
         return false;
-    ProjectVector::NumberType const number = m_vector->GetNumberType();
-    if (number == ProjectVector::NumberObsOrVar || (m_vector->GetType() == ProjectVector::VectorTypeVariablesScores &&
-                                                    other.m_vector->GetNumberType() == ProjectVector::NumberXVariable))
+    ProjectVector::NumberType const number = Vector().GetNumberType();
+    if (number == ProjectVector::NumberObsOrVar || (Vector().GetType() == ProjectVector::VectorTypeVariablesScores &&
+                                                    other.Vector().GetNumberType() == ProjectVector::NumberXVariable))
         return HasEqualComponents(other);
-    if (m_vector->GetType() != ProjectVector::VectorTypeAligned || !m_vector->UseBatchIx() ||
-        !HasEqualComponents(other))
+    if (Vector().GetType() != ProjectVector::VectorTypeAligned || !Vector().UseBatchIx() || !HasEqualComponents(other))
         return false;
     return (number == ProjectVector::NumberNone || m_numberID == other.m_numberID) &&
            (number != ProjectVector::NumberBatchComponentRange || m_numberID2 == other.m_numberID2);

@@ -55,7 +55,7 @@ bool BatchConverter::HasBatch(std::string const &name) const {
 BatchInfoConverter::BatchInfoConverter(NCProject const &project,
                                        boost::shared_ptr<NCDataContainerBase const> const &source,
                                        ObservationInfos const &rows) {
-    NCStringVector const names = source->GetBatchInfo().GetBatchNames();
+    NCStringVector const names = source ? source->GetBatchInfo().GetBatchNames() : NCStringVector();
     for (int const first : BatchUtilities::GetBatchBeginnings(project.GetObservations(), rows)) {
         ObservationInfo const &row = rows[static_cast<std::size_t>(first - 1)];
         m_batchInfos.push_back(names.FindString(row.GetBatchName(project.GetObservations()), true, 1));
@@ -68,7 +68,8 @@ int BatchInfoConverter::FromBatchInfoToLocalIndex(int batchInfo) const {
 }
 
 int BatchInfoConverter::FromLocalIndexToBatchInfo(int local) const {
-    return m_batchInfos[static_cast<std::size_t>(local)];
+    bool const known = local >= 0 && local < static_cast<int>(m_batchInfos.size());
+    return known ? m_batchInfos[static_cast<std::size_t>(local)] : -1;
 }
 
 } // namespace ProjectUtilities

@@ -41,7 +41,7 @@ public:
 
     // The 1-based local position of a batch by its 1-based position in the batch information; -1 when it is not there.
     int FromBatchInfoToLocalIndex(int batchInfo) const;
-    // The other way round; here the local index counts from 0.
+    // The other way round; here the local index counts from 0. -1 for one that is no batch here.
     int FromLocalIndexToBatchInfo(int local) const;
 
 private:

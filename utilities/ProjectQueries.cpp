@@ -83,10 +83,11 @@ bool IsWCSModel(NCProject const &project, int model) {
 
 bool HasNonWSPredictions(NCProject const &project, int model) {
     auto const predictions = project.GetPredictions(model, false);
-    if (!predictions)
+    auto const fitted = predictions ? predictions->GetModel() : nullptr;
+    if (!fitted)
         return false;
     std::unordered_set<std::uint32_t> own;
-    for (ObservationInfo const &observation : predictions->GetModel()->GetObservations())
+    for (ObservationInfo const &observation : fitted->GetObservations())
         own.insert(observation.GetUniqueID());
     ObservationInfos const &rows = predictions->GetObservations();
     return std::any_of(rows.begin(), rows.end(),
@@ -123,6 +124,8 @@ bool IsHierarchicalVariable(VariableInfo const *variable) {
 
 bool HasNonSpecialVariables(ColumnIDs const *columns) {
     ProjectPtr const project = columns->GetProject();
+    if (!project)
+        return false;
     for (int column = 1; column <= columns->Size(); ++column) {
         VariableInfo const variable = project->GetVariables()[columns->GetColumnID(column)];
         if (IsSingleVariable(*columns, column) && !IsSpecialULVariable(&variable) && !IsHierarchicalVariable(&variable))
@@ -135,6 +138,8 @@ void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last) {
     ProjectPtr const project = columns->GetProject();
     if (last == -1)
         last = columns->Size();
+    if (!project)
+        return;
     bool const ofModel = columns->GetSource() == ColumnIDs::Terms && columns->GetOwner() > 0;
     auto const model = ofModel ? project->GetModel(columns->GetOwner()) : nullptr;
     auto const isSkipped = [&](int column) {

@@ -34,7 +34,7 @@ DATASERIES_API bool IsSpecialULVariable(VariableInfo const *variable);
 // A result of another model.
 DATASERIES_API bool IsHierarchicalVariable(VariableInfo const *variable);
 
-// Of terms only those with one mother count.
+// Of terms only those with one mother count. Columns whose project has gone tell nothing: false, and no change.
 DATASERIES_API bool HasNonSpecialVariables(ColumnIDs const *columns);
 // Narrows a range of columns to begin and end with variables that are not special; `last` -1 is the last column. At the
 // end a term of the model's Y is special too.

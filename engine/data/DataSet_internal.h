@@ -59,8 +59,8 @@ public:
     std::span<double const> GetDates(std::uint32_t variable) const override;
     double GetFirstDay() const override { return FirstDay(Dates()); }
     NCDataVector<float> GetObservation(std::uint32_t observation) const override;
-    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations); }
-    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables); }
+    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations).Of(m_observations); }
+    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables).Of(m_variables); }
 
     // By column of the data set, from 0. Several threads may ask at once.
     std::span<float const> Values(int column) const override;

@@ -78,8 +78,8 @@ std::string SizeLabel(Index size) {
     return "[" + std::to_string(size) + "]";
 }
 
-std::string RoundLabel(Index component, int round) {
-    return ComponentLabel(component) + "[CV. " + std::to_string(round) + "]";
+std::string RoundLabel(int round) {
+    return "[CV. " + std::to_string(round) + "]";
 }
 
 void MarkUnobserved(std::span<float> scores, Eigen::Ref<Eigen::VectorXi const> const &observed) {

@@ -44,9 +44,9 @@ std::optional<Index> ChosenComponent(int component, Index size);
 // The places, from 0, of the terms that a question names; all for null. Those that the model lacks are dropped.
 std::vector<Index> ChosenTerms(ColumnTerms const &all, ColumnTerms const *named);
 
-// "[2]" for a component counted from 0; "[2][CV. 3]" with a round counted from 1.
+// "[2]" for a component counted from 0, "[CV. 3]" for a round counted from 1.
 std::string ComponentLabel(Index component);
-std::string RoundLabel(Index component, int round);
+std::string RoundLabel(int round);
 
 // "[2]" for a model of 2 components.
 std::string SizeLabel(Index size);

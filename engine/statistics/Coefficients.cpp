@@ -61,7 +61,7 @@ TablePtr CoefficientRows(ModelView const &model, Question const &question, int c
     for (Index const term : ChosenTerms(side.all, terms)) {
         Vector const scaled =
             question.rotated ? Rotated(model.Data().x, coefficients.col(term)) : Vector(coefficients.col(term));
-        answer.Add(model.Label(question.name) + SizeLabel(*size) + side.Label(term),
+        answer.Add(model.Label(question.name) + AskedSizeLabel(model, *size) + side.Label(term),
                    InForm(model.Fit(), term, scaled, question.form));
     }
     return answer.Take();
@@ -87,8 +87,8 @@ TablePtr CoefficientsOfRound(ModelView const &model, int round, ColumnTerm const
     Answer answer(model.CoefficientTerms());
     for (Index const size : ChosenSizes(model.Fit(), components))
         if (size > 0 && size <= fitted.Predictive())
-            answer.Add(model.Label("CoeffCScv") + SizeLabel(size) + Side::Y(model).Label(term - 1) + "[CV. " +
-                           std::to_string(round) + "]",
+            answer.Add(model.Label("CoeffCScv") + AskedSizeLabel(model, size) + Side::Y(model).Label(term - 1) +
+                           RoundLabel(round),
                        InForm(model.Fit(), term - 1, ScaledCoefficients(fitted, size).col(term - 1), Form::Scaled));
     return answer.Take();
 }
@@ -105,7 +105,8 @@ TablePtr CoefficientErrors(ModelView const &model, int component, ColumnTerm con
             return Matrix(ScaledCoefficients(round, *size).col(term - 1));
         }).error;
     Answer answer(model.CoefficientTerms());
-    std::string const label = model.Label("CoeffCScvSE") + SizeLabel(*size) + Side::Y(model).Label(term - 1);
+    std::string const label =
+        model.Label("CoeffCScvSE") + AskedSizeLabel(model, *size) + Side::Y(model).Label(term - 1);
     if (errors.size() > 0)
         answer.Add(label, Vector::Zero(1), errors.col(0));
     else

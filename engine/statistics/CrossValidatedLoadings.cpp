@@ -26,7 +26,7 @@ TablePtr OfRound(ModelView const &model, char const *name, Columns columns, Part
     Matrix const &values = validation->rounds[static_cast<std::size_t>(round - 1)].*part;
     Answer answer((model.*columns)());
     for (Index const component : ChosenComponents(components, values.cols()))
-        answer.Add(model.Label(name) + RoundLabel(component, round), values.col(component));
+        answer.Add(model.Label(name) + ComponentLabel(component) + RoundLabel(round), values.col(component));
     return answer.Take();
 }
 

@@ -98,7 +98,7 @@ TablePtr ForSizes(RowSource const &source, std::string const &name, IntList cons
         return nullptr;
     Answer answer(rows->Columns());
     for (Index const size : ChosenSizes(source.model.Fit(), components))
-        answer.Add(source.model.Label(name) + SizeLabel(size), values(distancesOf(*rows, size)));
+        answer.Add(source.model.Label(name) + AskedSizeLabel(source.model, size), values(distancesOf(*rows, size)));
     return answer.Take();
 }
 

@@ -77,7 +77,7 @@ TablePtr ImportanceRows(ModelView const &model, IntList const *components) {
     Answer answer(model.XTerms());
     for (Index const size : ChosenSizes(model.Fit(), components))
         if (size > 0)
-            answer.Add(model.Label("VIP") + SizeLabel(size),
+            answer.Add(model.Label("VIP") + AskedSizeLabel(model, size),
                        WholeImportance(model.Fit().components, size, IsOrthogonalKind(model)));
     return answer.Take();
 }
@@ -89,7 +89,7 @@ TablePtr ImportanceOfRound(ModelView const &model, int round, IntList const *com
     Answer answer(model.XTerms());
     for (Index const size : ChosenSizes(model.Fit(), components))
         if (size > 0 && size <= fitted.Predictive())
-            answer.Add(model.Label("VIPcv") + RoundLabel(size - 1, round),
+            answer.Add(model.Label("VIPcv") + AskedSizeLabel(model, size) + RoundLabel(round),
                        WholeImportance(fitted, size, IsOrthogonalKind(model)));
     return answer.Take();
 }
@@ -105,7 +105,7 @@ TablePtr ImportanceErrors(ModelView const &model, int component) {
             return Matrix(WholeImportance(round, *size, IsOrthogonalKind(model)));
         }).error;
     Answer answer(model.XTerms());
-    std::string const label = model.Label("VIPcvSE") + SizeLabel(*size);
+    std::string const label = model.Label("VIPcvSE") + AskedSizeLabel(model, *size);
     if (errors.size() > 0)
         answer.Add(label, errors.col(0));
     else

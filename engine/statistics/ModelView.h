@@ -83,8 +83,8 @@ public:
     ObservationInfos const &GetObservations() const override { return m_observations; }
     ProjectPtr GetProject() const override { return m_xColumns.GetProject(); }
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
-    AliasAccess GetObservationAliases() const override { return m_dataSet->GetObservationAliases(); }
-    AliasAccess GetVariableAliases() const override { return m_dataSet->GetVariableAliases(); }
+    AliasAccess GetObservationAliases() const override { return m_dataSet->GetObservationAliases().Of(m_observations); }
+    AliasAccess GetVariableAliases() const override { return m_dataSet->GetVariableAliases().Of(m_variables); }
     DefaultCenterValues GetCenterValues() const override;
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;

@@ -42,7 +42,8 @@ TablePtr StandardErrorLimits(RowSource const &source, char const *name, int comp
         TermCells const cells(*rows, side, term);
         Vector const predicted = PredictedY(*rows, term, *size);
         double const deviation = std::sqrt(variances[term]);
-        auto const row = answer.Add(source.model.Label(source.Name(name)) + SizeLabel(*size) + side.Label(term));
+        auto const row =
+            answer.Add(source.model.Label(source.Name(name)) + AskedSizeLabel(source.model, *size) + side.Label(term));
         for (Index i = 0; i < rows->Size(); ++i) {
             double const one = cells.InUnits(i, predicted[i] - deviation * widths[i], units);
             double const other = cells.InUnits(i, predicted[i] + deviation * widths[i], units);
@@ -96,7 +97,7 @@ TablePtr ConfidenceLimits(ModelView const &model, Subject const &subject, char c
         Vector const errors = ErrorsOverRounds(*rows, term, *size, freedom, [](Matrix const &) {});
         double const quantile = Sta::FFTest(1, freedom, level);
         Vector const widths = errors * (quantile < 0 ? notComputable : std::sqrt(quantile));
-        auto const row = answer.Add(model.Label(name) + SizeLabel(*size) + side.Label(term));
+        auto const row = answer.Add(model.Label(name) + AskedSizeLabel(model, *size) + side.Label(term));
         TermCells const cells(*rows, side, term);
         Vector const predicted = PredictedY(*rows, term, *size);
         for (Index i = 0; i < rows->Size(); ++i)
@@ -120,8 +121,8 @@ TablePtr PredictionsOfRound(ModelView const &model, Subject const &subject, int 
         std::optional<Matrix> const predicted = PredictionOfRound(*rows, fitted, term - 1, size);
         if (!predicted)
             continue;
-        auto const row = answer.Add(model.Label("YPredPScv") + SizeLabel(size) + side.Label(term - 1) + "[CV. " +
-                                    std::to_string(round) + "]");
+        auto const row = answer.Add(model.Label("YPredPScv") + AskedSizeLabel(model, size) + side.Label(term - 1) +
+                                    RoundLabel(round));
         for (Index i = 0; i < rows->Size(); ++i)
             row[static_cast<std::size_t>(i)] = ToStored(cells.InUnits(i, (*predicted)(i, 0), units));
     }
@@ -143,7 +144,7 @@ TablePtr PredictionErrorsOfRounds(ModelView const &model, Subject const &subject
             for (Index i = 0; i < rows->Size(); ++i)
                 predicted(i, 0) = cells.InUnits(i, predicted(i, 0), Units::Source);
         };
-        answer.Add(model.Label("YPredPScvSE") + SizeLabel(*size) + side.Label(term),
+        answer.Add(model.Label("YPredPScvSE") + AskedSizeLabel(model, *size) + side.Label(term),
                    ErrorsOverRounds(*rows, term, *size, freedom, shown));
     }
     return answer.Take();
@@ -172,7 +173,8 @@ TablePtr ValidatedRowsOf(ModelView const &model, char const *name, int component
     Side const side = Side::Y(model);
     Answer answer(model.Observations());
     for (Index const term : ChosenTerms(side.all, terms))
-        answer.Add(model.Label(name) + SizeLabel(*size) + side.Label(term), ValidatedY(rows, term, *size, errors));
+        answer.Add(model.Label(name) + AskedSizeLabel(model, *size) + side.Label(term),
+                   ValidatedY(rows, term, *size, errors));
     return answer.Take();
 }
 
@@ -232,7 +234,7 @@ TablePtr ErrorsByTerm(ModelView const &model, std::optional<RowSet> const &rows,
     for (Index const size : ChosenSizes(model.Fit(), components)) {
         for (Index term = 0; term < errors.size(); ++term)
             errors[term] = measure(*rows, term, size);
-        answer.Add(model.Label(name) + SizeLabel(size), errors);
+        answer.Add(model.Label(name) + AskedSizeLabel(model, size), errors);
     }
     return answer.Take();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/statistics/Answer.h"
 #include "engine/statistics/Handlers.h"
 
 #include <limits>
@@ -97,6 +98,12 @@ inline bool HasComponents(ModelView const &model) {
 }
 inline bool IsOrthogonalKind(ModelView const &model) {
     return model.Fit().definition.HasOrthogonal();
+}
+
+// The size of a model behind the name of a statistic that asks for one. Those of OPLS and O2PLS models are of the whole
+// model, and name none.
+inline std::string AskedSizeLabel(ModelView const &model, Index size) {
+    return IsOrthogonalKind(model) ? std::string() : SizeLabel(size);
 }
 
 template <Operation operation>

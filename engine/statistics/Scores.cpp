@@ -83,9 +83,9 @@ TablePtr RoundScores(ModelView const &model, char const *ending, int round, IntL
     Scores const scores = PredictScores(*fitted, x);
     Answer answer(columns);
     for (Index const component : ChosenComponents(components, scores.t.cols()))
-        MarkUnobserved(
-            answer.Add(ScoreLabel(model, tScores, ending, RoundLabel(component, round)), scores.t.col(component)),
-            observed);
+        MarkUnobserved(answer.Add(ScoreLabel(model, tScores, ending, ComponentLabel(component) + RoundLabel(round)),
+                                  scores.t.col(component)),
+                       observed);
     return answer.Take();
 }
 

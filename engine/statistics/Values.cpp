@@ -142,8 +142,10 @@ std::optional<Quantity> OfSize(ModelView const &model, Quantity::Kind kind, int 
     return Quantity{kind, units, *size, model.Fit().components.XOrthogonal()};
 }
 
-std::string SizedName(std::string const &name, Quantity const &quantity) {
-    return name + SizeLabel(quantity.predictive);
+std::string SizedName(ModelView const &model, std::string const &name, Quantity const &quantity) {
+    // Some are asked of a size whatever the kind of model.
+    bool const always = name == "YVarResSt" || name == "YObsRes" || name == "YObsResPS";
+    return name + (always ? SizeLabel(quantity.predictive) : AskedSizeLabel(model, quantity.predictive));
 }
 
 // The batch among the arguments behind the terms, if the operation has one.
@@ -174,8 +176,8 @@ void AddPredicted(Handlers &handlers, char const *name, Predictor const &block) 
                        TriState::State backTransformed, ColumnTerms const *terms, auto... batch) -> TablePtr {
             auto const quantity =
                 OfSize(source.model, Quantity::Predicted, component, UnitsOf(unscaled, backTransformed));
-            return quantity ? ByTerm(SizedName(source.Name(name), *quantity), source.Rows(BatchOf(batch...)), block,
-                                     terms, *quantity)
+            return quantity ? ByTerm(SizedName(source.model, source.Name(name), *quantity),
+                                     source.Rows(BatchOf(batch...)), block, terms, *quantity)
                             : nullptr;
         });
 }
@@ -189,8 +191,8 @@ void AddResiduals(Handlers &handlers, char const *name, Predictor const &block) 
             auto const quantity =
                 OfSize(source.model, ResidualKind(standardised), component, UnitsOf(unscaled, backTransformed));
             std::string const ending = standardised == TriState::Yes ? "St" : "";
-            return quantity ? ByTerm(SizedName(source.Name(name) + ending, *quantity), source.Rows(), block, terms,
-                                     *quantity)
+            return quantity ? ByTerm(SizedName(source.model, source.Name(name) + ending, *quantity), source.Rows(),
+                                     block, terms, *quantity)
                             : nullptr;
         });
 }
@@ -203,8 +205,8 @@ void AddByObservation(Handlers &handlers, char const *name, Predictor const &blo
         [name, &block, kind](RowSource const &source, int component, Flag unscaled, Flag backTransformed,
                              ObservationInfos const *observations, auto...) -> TablePtr {
             auto const quantity = OfSize(source.model, kind, component, UnitsOf(unscaled, backTransformed));
-            return quantity ? ByObservation(SizedName(source.Name(name), *quantity), source.Rows(), block, observations,
-                                            *quantity)
+            return quantity ? ByObservation(SizedName(source.model, source.Name(name), *quantity), source.Rows(), block,
+                                            observations, *quantity)
                             : nullptr;
         });
 }
@@ -219,8 +221,12 @@ TablePtr PartialResiduals(ModelView const &model, int predictive, int xSide, Uni
     Components const &components = model.Fit().components;
     Quantity const quantity{ResidualKind(standardised), units, PartOf(predictive, components.Predictive()),
                             PartOf(xSide, components.XOrthogonal())};
+    // All that is related to Y taken away, and nothing else, has a name of its own.
+    bool const yRelated = predictive < 0 && xSide == 0;
+    std::string const counts = std::to_string(quantity.predictive) + "+" + std::to_string(quantity.xOrthogonal);
     std::string const name = standardised == TriState::Yes ? "XVarResSt" : "XVarRes";
-    return ByTerm(SizedName(name, quantity), RowSource{model}.Rows(), xBlock, terms, quantity);
+    return ByTerm(yRelated ? name + "YRelated" : name + "[" + counts + "]", RowSource{model}.Rows(), xBlock, terms,
+                  quantity);
 }
 
 } // namespace

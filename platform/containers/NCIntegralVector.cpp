@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <istream>
+#include <locale>
 #include <ostream>
 
 namespace {
@@ -107,6 +108,7 @@ std::ostream &operator<<(std::ostream &stream, NCIntegralVector<bool, 0> const &
 
 std::istream &operator>>(std::istream &stream, NCIntegralVector<bool, 0> &flags) {
     int size = 0;
+    std::locale const before = stream.imbue(std::locale::classic()); // another one may group digits by blanks
     bool whole = stream >> size && size >= 0 && stream.get() == ' ';
     NCIntegralVector<bool, 0> read;
     while (whole && read.Size() < size) {
@@ -118,5 +120,6 @@ std::istream &operator>>(std::istream &stream, NCIntegralVector<bool, 0> &flags)
         flags = read;
     else
         stream.setstate(std::ios::failbit);
+    stream.imbue(before);
     return stream;
 }

@@ -10,7 +10,7 @@
 
 // How the values of a container are ordered, as far as the caller knows.
 struct SortKind {
-    enum Kind { Ascending = 0, Descending = 1, Unsorted = 2 };
+    enum Kind : int { Ascending = 0, Descending = 1, Unsorted = 2 };
 };
 
 // How an element of an integral vector is kept: identifiers have 32 bits on every machine.

@@ -2,5 +2,5 @@
 
 // Three-valued flag of the statistics: no, yes, or what the layer below holds for the default.
 struct TriState {
-    enum State { No = 0, Yes = 1, Undefined = 2 };
+    enum State : int { No = 0, Yes = 1, Undefined = 2 };
 };

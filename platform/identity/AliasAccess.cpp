@@ -4,6 +4,7 @@
 #include "platform/text/VqString.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 
 AliasAccess::AliasAccess(VarObs const &list) : m_list(&list), m_aliases(static_cast<std::size_t>(list.SizeAliases())) {
@@ -14,6 +15,23 @@ AliasAccess::AliasAccess(std::vector<int> const &aliases, VarObs const &list) : 
     for (int const alias : aliases)
         if (list.GetAlias(alias))
             m_aliases.push_back(alias);
+}
+
+template <typename Items>
+AliasAccess AliasAccess::DecidedBy(Items items) const {
+    AliasAccess decided(*this);
+    decided.m_numerals.emplace();
+    std::ranges::copy_if(m_aliases, std::back_inserter(*decided.m_numerals),
+                         [&](int alias) { return m_list->IsNumeralFor(alias, items); });
+    return decided;
+}
+
+AliasAccess AliasAccess::Of(std::span<std::uint32_t const> items) const {
+    return DecidedBy(items);
+}
+
+AliasAccess AliasAccess::Of(std::span<ObservationInfo const> items) const {
+    return DecidedBy(items);
 }
 
 std::string const &AliasAccess::GetAlias(int alias, VarObsInfo const &item) const {
@@ -50,6 +68,8 @@ std::string AliasAccess::GetRawAliasName(int alias) const {
 }
 
 bool AliasAccess::IsAliasNumeral(int alias) const {
+    if (m_numerals)
+        return std::find(m_numerals->begin(), m_numerals->end(), alias) != m_numerals->end();
     VarObs::Alias const *const column = m_list->GetAlias(alias);
     return column && column->numeral;
 }

@@ -5,6 +5,7 @@
 #include "platform/forward.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -17,6 +18,10 @@ public:
     explicit AliasAccess(VarObs const &list);
     // The aliases with these 1-based numbers, the first being the preferred one. Unknown numbers are dropped.
     AliasAccess(std::vector<int> const &aliases, VarObs const &list);
+    // The same aliases, of which those are numeral that have numbers, and else blanks only, for these items: those of a
+    // data set, whatever other items of the list have.
+    AliasAccess Of(std::span<std::uint32_t const> items) const;
+    AliasAccess Of(std::span<ObservationInfo const> items) const;
 
     int SizeAliases() const { return static_cast<int>(m_aliases.size()); }
     std::vector<int> const &GetUsedAliases() const { return m_aliases; }
@@ -36,6 +41,10 @@ public:
     bool IsAliasNumeral(int alias) const;
 
 private:
+    template <typename Items>
+    AliasAccess DecidedBy(Items items) const;
+
     VarObs const *m_list;
     std::vector<int> m_aliases;
+    std::optional<std::vector<int>> m_numerals; // those that are numeral for certain items; none: for all
 };

@@ -12,6 +12,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <locale>
 #include <numeric>
 #include <span>
 #include <variant>
@@ -146,7 +147,7 @@ void MatchRising(std::span<Item const> mine, std::span<Item const> others, Colum
 }
 
 std::string NumberText(double value) {
-    return (boost::format("%1$.6g") % value).str();
+    return (boost::format("%1$.6g", std::locale::classic()) % value).str();
 }
 
 VarObs const &IdentifiersOf(ColumnIDs::Source kind, NCProject const &project) {

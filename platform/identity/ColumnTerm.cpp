@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <functional>
 #include <istream>
+#include <locale>
 #include <ostream>
 #include <unordered_set>
 
@@ -57,20 +58,24 @@ std::size_t ColumnTerm::Hash() const {
 }
 
 std::ostream &operator<<(std::ostream &stream, ColumnTerm const &term) {
-    stream << term.m_factors.size();
+    // Not through the stream's own locale, which may group digits.
+    std::string text = std::to_string(term.m_factors.size());
     for (auto const &factor : term.m_factors)
-        stream << ' ' << factor.mother << ' ' << factor.lag << ' ' << factor.setting;
-    return stream;
+        text += ' ' + std::to_string(factor.mother) + ' ' + std::to_string(factor.lag) + ' ' +
+                std::to_string(factor.setting);
+    return stream << text;
 }
 
 std::istream &operator>>(std::istream &stream, ColumnTerm &term) {
     term.Clear();
+    std::locale const before = stream.imbue(std::locale::classic());
     std::size_t size = 0;
     stream >> size;
     for (ColumnTerm::FactorOfTerm factor; size > 0 && stream >> factor.mother >> factor.lag >> factor.setting; --size)
         term.m_factors.push_back(factor);
     if (!stream)
         term.Clear();
+    stream.imbue(before);
     return stream;
 }
 

@@ -17,7 +17,7 @@ class DATASERIES_API ProjectData {
 public:
     // Whether regression coefficients of a hierarchical model are shown for the model's own terms or resolved to the
     // variables of its base models.
-    enum CoefficientStatus { Default = 0, Unresolved = 1, Resolved = 2 };
+    enum CoefficientStatus : int { Default = 0, Unresolved = 1, Resolved = 2 };
 
     // The three have one number of rows and one number of columns; otherwise NCInternalError.
     ProjectData(RowIDs rows, ColumnIDs columns, NCDataMatrix<float> matrix);

@@ -4,12 +4,30 @@
 #include "platform/text/VqString.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
 bool ReadsAsNumber(std::string const &text) {
     float value;
     return VqString::ToFloat(text, value);
+}
+
+bool IsBlankOrNumber(std::string const &text) {
+    return text.find_first_not_of(" \t\r\n") == std::string::npos || ReadsAsNumber(text);
+}
+
+// `number` gives the number of an item.
+template <typename Item, typename Number>
+bool IsNumeral(VarObs const &list, int alias, std::span<Item const> items, Number number) {
+    VarObs::Alias const *const column = list.GetAlias(alias);
+    if (!column || !column->hasNumbers)
+        return false;
+    auto const text = [&](Item const &item) -> std::string const & {
+        return list.GetText(std::invoke(number, item), alias);
+    };
+    return (column->numeral || std::ranges::all_of(items, IsBlankOrNumber, text)) &&
+           std::ranges::any_of(items, ReadsAsNumber, text);
 }
 
 bool ComesBefore(VariableInfo const &info, std::uint32_t item) {
@@ -47,12 +65,21 @@ std::string const &VarObs::GetText(std::uint32_t item, int alias) const {
 }
 
 bool VarObs::HasNumeralIDs() const {
-    return std::any_of(m_aliases.begin(), m_aliases.end(), [](Alias const &alias) { return alias.numeral; });
+    return std::any_of(m_aliases.begin(), m_aliases.end(), [](Alias const &alias) { return alias.hasNumbers; });
 }
 
 void VarObs::AddAlias(Alias alias) {
-    alias.numeral = !alias.texts.empty() && std::all_of(alias.texts.begin(), alias.texts.end(), ReadsAsNumber);
+    alias.hasNumbers = std::any_of(alias.texts.begin(), alias.texts.end(), ReadsAsNumber);
+    alias.numeral = alias.hasNumbers && std::all_of(alias.texts.begin(), alias.texts.end(), IsBlankOrNumber);
     m_aliases.push_back(std::move(alias));
+}
+
+bool VarObs::IsNumeralFor(int alias, std::span<std::uint32_t const> items) const {
+    return IsNumeral(*this, alias, items, std::identity());
+}
+
+bool VarObs::IsNumeralFor(int alias, std::span<ObservationInfo const> items) const {
+    return IsNumeral(*this, alias, items, &ObservationInfo::GetUniqueID);
 }
 
 int VarObs::FindRole(AliasAccess const &aliases, Role role) const {

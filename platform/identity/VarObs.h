@@ -70,7 +70,8 @@ public:
         std::string description; // empty, or what the heading stands for
         Role role = Role::Plain;
         std::vector<std::string> texts; // item i at i - 1; a shorter list leaves the rest empty
-        bool numeral = false;           // every text reads as a number
+        bool hasNumbers = false;        // a text reads as a number
+        bool numeral = false;           // and every other one that is not blank, too
     };
 
     std::uint32_t Size() const { return m_aliases.empty() ? 0 : static_cast<std::uint32_t>(m_aliases[0].texts.size()); }
@@ -80,8 +81,12 @@ public:
     Alias const *GetAlias(int alias) const;
     std::string const &GetText(std::uint32_t item, int alias) const;
 
-    // At least one alias is numeral.
+    // At least one alias has numbers. Whether it is numeral for the items of a data set is up to these alone, so that
+    // it stays so when data with other texts come in.
     bool HasNumeralIDs() const;
+    // For these items the alias has a number, and else numbers and blanks only.
+    bool IsNumeralFor(int alias, std::span<std::uint32_t const> items) const;
+    bool IsNumeralFor(int alias, std::span<ObservationInfo const> items) const;
 
     // The number of the alias with that role; 0 when there is none. The aliases limit which are looked at.
     int GetBatchID(AliasAccess const &aliases) const { return FindRole(aliases, Role::Batch); }
@@ -90,7 +95,7 @@ public:
     int GetBatchID() const { return FindRole(Role::Batch); }
     int GetPhaseID() const { return FindRole(Role::Phase); }
 
-    // Appends an alias and decides whether it is numeral.
+    // Appends an alias and decides whether it has numbers, and is numeral.
     void AddAlias(Alias alias);
 
 protected:

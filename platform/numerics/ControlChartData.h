@@ -5,8 +5,8 @@
 // The settings of the control chart of a selection. -99.0 in a number means that it is taken from the values.
 class ControlChartData {
 public:
-    enum ControlChartType { None = 0, Shewhart = 1, EWMA = 2, CUSUM = 3, ShewhartAndEWMA = 4 };
-    enum ShewhartType { Mean = 1, Range = 2, StdDev = 3 };
+    enum ControlChartType : int { None = 0, Shewhart = 1, EWMA = 2, CUSUM = 3, ShewhartAndEWMA = 4 };
+    enum ShewhartType : int { Mean = 1, Range = 2, StdDev = 3 };
 
     explicit ControlChartData(ControlChart::EWMAType type = ControlChart::Filtered) : m_ewmaType(type) {}
 

@@ -6,7 +6,7 @@
 class WaveletOptions {
 public:
     // What the rows of the transform are.
-    enum DSCalc { Variables = 0, Observations = 1, Uninitialized = 2 };
+    enum DSCalc : int { Variables = 0, Observations = 1, Uninitialized = 2 };
 
     DSCalc GetDSCalc() const { return m_calculation; }
     void SetDSCalc(DSCalc calculation) { m_calculation = calculation; }

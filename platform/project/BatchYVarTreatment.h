@@ -6,7 +6,7 @@
 
 // What is done to the Y variable of a batch model before it is used, batch by batch.
 struct BatchYVarTreatment {
-    enum Treatment { None = 0, Shifted = 1, Normalized = 2, Smoothed = 3 };
+    enum Treatment : int { None = 0, Shifted = 1, Normalized = 2, Smoothed = 3 };
 
     static int GetTreatment(NCBatchModel const &model) { return model.GetYVarTreatment(); }
 

@@ -9,7 +9,7 @@ class NCProject;
 
 // Which models FindMatchingModels takes for matching.
 struct MatchingModelE {
-    enum Matching {
+    enum Matching : int {
         SamePhaseGroup = 0, // made together with the model, one for each phase
         SameType = 1        // of those, the ones of the same type
     };

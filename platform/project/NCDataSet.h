@@ -20,7 +20,8 @@ public:
     virtual ProjectPtr GetProject() const = 0;
     virtual ObservationInfos const &GetObservations() const = 0;
     virtual std::vector<std::uint32_t> const &GetVariables() const = 0;
-    // The identifier columns that its observations and its variables have.
+    // The identifier columns that its observations and its variables have; these items alone decide which of them are
+    // numeral.
     virtual AliasAccess GetObservationAliases() const = 0;
     virtual AliasAccess GetVariableAliases() const = 0;
     // The batches among its rows; none without a batch identifier.
@@ -44,7 +45,7 @@ public:
 // What is known of a data set without reading it.
 class DATASERIES_API NCDataSetInfo {
 public:
-    enum Kind { Primary = 0, Secondary = 1, WaveletCompressed = 2 };
+    enum Kind : int { Primary = 0, Secondary = 1, WaveletCompressed = 2 };
 
     int number = 0;
     std::string name;

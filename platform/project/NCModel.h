@@ -44,7 +44,7 @@ public:
 class DATASERIES_API PredictiveModel : public ProjectionModel {
 public:
     // Units of rotated coefficients.
-    enum CoefficientType { CenteredScaled = 0, MLR = 1, Unscaled = 2, Rotated = 3 };
+    enum CoefficientType : int { CenteredScaled = 0, MLR = 1, Unscaled = 2, Rotated = 3 };
 };
 
 // A model of batches.

@@ -14,7 +14,7 @@ class DATASERIES_API NCSignals {
 public:
     using Connection = boost::signals2::connection;
     using Numbers = NCIntegralVector<unsigned long, 0>;
-    enum Position { AtBack = 0, AtFront = 1 };
+    enum Position : int { AtBack = 0, AtFront = 1 };
 
     // A project is going; pointers to it have expired.
     static Connection ConnectProjectDestroying(std::function<void()> const &function);

@@ -4,7 +4,7 @@
 
 // How the difference of a variable between two groups of observations is weighted in a contribution.
 struct WeightTypeE {
-    enum WeightType {
+    enum WeightType : int {
         Normalized = 0, // in standard deviations of the variable
         P = 1,          // by the loading p of a component
         WStar = 2,      // by the weight w* of a component

@@ -20,7 +20,7 @@ private:
 // What the user can meet and is to be told: a wrong number, a missing model, unreadable data.
 class DATASERIES_API NCError : public Exception {
 public:
-    enum Level { Information = 0, Warning = 1, Error = 2 };
+    enum Level : int { Information = 0, Warning = 1, Error = 2 };
 
     NCError(ExceptionMessage const &message, Level level) : Exception(message), m_level(level) {}
 

@@ -114,7 +114,15 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_THAT(vectors, HasSubstr("  \"tPS M1,1,0,0\"\n      tPS: "));
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("cvSE"))) << "model 1 is not cross-validated";
     EXPECT_THAT(vectors, ::testing::Not(HasSubstr("w*")));
-    EXPECT_THAT(Done("vectors a.project --model 2"), HasSubstr("\"wcv M2,1,0,1\""));
+    EXPECT_THAT(Done("vectors a.project --model 1 --all"),
+                HasSubstr("  tcvSE: not here. The model is not cross-valid"));
+    // Every text that is listed gives data.
+    std::string const listed = Done("vectors a.project --model 2");
+    EXPECT_THAT(listed, HasSubstr("\"wcv M2,1,0,1\""));
+    std::istringstream lines(listed);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("  \"t") || line.starts_with("  \"X"))
+            Done("table a.project '" + line.substr(3, line.size() - 4) + "'");
 }
 
 // Every model predicts the current set, and says how its variables are matched.
@@ -327,6 +335,9 @@ TEST_F(Program, BuildsSelections) {
         std::size_t lines;
     } const cases[] = {{"", "obs,M2.t[Comp. 1]\n1,", 7},
                        {"--series t --series u@M2 --x t:2@M1", "obs,M1.t[Comp. 2],M2.t[Comp. 1],M2.u[Comp. 1]\n", 7},
+                       {"--x Num --series t", "obs,Num,M2.t[Comp. 1]\n1,1,", 7},
+                       {"--series ObsID:obs@DS1 --series t", "obs,DS1.obs,M2.t[Comp. 1]\n1,1,", 7},
+                       {"--series T2Range", "obs,M2.T2Range[Comp. 1 - Last comp.]\n1,", 7},
                        {"--series w*c", "VarID,M2.w*c[Comp. 1]\na@25C,", 4},
                        {"--type variables", "VarID,M2.p[Comp. 1]\na@25C,", 3},
                        {"--series t --only 2,5", "obs,M2.t[Comp. 1]\n2,", 3},
@@ -361,7 +372,7 @@ TEST_F(Program, BuildsSelections) {
 
     // What a second run finds.
     EXPECT_THAT(Done("defaults b.project"), HasSubstr("x-term       a@25C"));
-    Done("defaults b.project --x-term b --observation 3 --variable y");
+    Done("defaults b.project --x-term b --observation 3");
     std::string const kept = Done("defaults b.project");
     EXPECT_THAT(kept, HasSubstr("x-term       b"));
     EXPECT_THAT(kept, HasSubstr("observation  3"));
@@ -372,15 +383,19 @@ TEST_F(Program, BuildsSelections) {
         char const *error;
     } const wrong[] = {
         {"build b.project --series nothing", 1, "There is no vector \"nothing\" in model 2."},
-        {"build b.project --series t@M9", 1, "There is no model 9."},
+        {"build b.project --series t@M9", 1, "There is no model 9, which \"t@M9\" asks for."},
+        {"build b.project --series t@X", 2, "\"X\" in \"t@X\" is no source"},
         {"build b.project --series t@", 2, "\"t@\" has nothing behind \"@\""},
         {"build b.project --series t:", 2, "\"t:\" has nothing behind \":\""},
         {"build b.project --series t:@", 1, "There is no component \"@\""},
-        {"build b.project --series t@X", 2, "\"X\" is no source"},
+        {"build b.project --x Num", 1, "\"Num\" counts the items of another vector"},
+        {"build b.project --series VarID", 1, "The identifier \"VarID\" of the variables of model 2 is no number."},
+        {"table b.project 'XVar M2,0,9,0,1,1'", 1, "There is no X variable number 9: model 2 has 2."},
+        {"table b.project 'ObsDS DS1,0,9,0'", 1, "There is no observation number 9 in the project."},
         {"build b.project --series t:2", 1, "There is no component \"2\", which \"t:2\" asks for: model 2 has 1"},
         {"build b.project --series q", 1, "There is no vector \"q\" in model 2. It is there for OPLS, O2PLS."},
         {"build b.project --series w --series c", 1, "No common elements to create the data."},
-        {"build b.project --series tPS", 1, "\"tPS\" gives no data"},
+        {"build b.project --series tPS", 1, "\"tPS\" gives no data. There is no prediction set"},
         {"build b.project --series t --type variables", 1, "no vector \"t\" with one value for each variable"},
         {"build b.project --only 9", 1, "There is no observation \"9\" among the items of the series."},
         {"build b.project --batches B1,B9", 1, "There is no batch \"B9\" among the items of the series."},

@@ -3,6 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+#include <sstream>
+
 using testing::ElementsAre;
 
 namespace {
@@ -72,6 +77,76 @@ TEST(ArgumentText, ScaleFlagsAreTrueOnlyForOne) {
     }
 }
 
+// Fields of a text, which starts over behind its last one.
+class Fields {
+public:
+    explicit Fields(std::string const &text) {
+        std::istringstream stream(text + ',');
+        for (std::string field; std::getline(stream, field, ',');)
+            m_fields.push_back(field);
+    }
+
+    std::string Next() { return m_fields[HasMore() ? m_next++ : (m_next = 1, 0)]; }
+    int Integer() { return static_cast<int>(std::clamp(std::strtoll(Next().c_str(), nullptr, 10), low, high)); }
+    std::list<int> List(int count) {
+        std::list<int> values;
+        for (; count > 0; --count)
+            values.push_back(Integer());
+        return values;
+    }
+    bool HasMore() const { return m_next < m_fields.size(); }
+
+private:
+    static constexpr long long low = -2147483647LL - 1, high = 2147483647;
+
+    std::vector<std::string> m_fields;
+    std::size_t m_next = 0;
+};
+
+TEST(ArgumentText, ReadsAnyTextAsTheReferenceDoes) {
+    constexpr char const *fields[] = {"M1", "", "0", "2", "-1", " 3", "3x", "+4", "99999999999", "-99999999999", "a$"};
+    std::mt19937 generator(5);
+    for (int i = 0; i < 20000; ++i) {
+        // Counts come from texts, too: large ones only where nothing is counted.
+        bool const counts = i % 2 == 0;
+        std::string text = fields[generator() % 8];
+        for (unsigned left = generator() % 12; left > 0; --left)
+            text += std::string(",") + fields[generator() % (counts ? 8 : 11)];
+        Fields common(text);
+        std::string source, expectedSource = common.Next();
+        int component = 0, round = 0;
+        unsigned long number = 0;
+        int const rest = Parsers().Parse(text.c_str(), source, component, number, round);
+        EXPECT_EQ(source, expectedSource) << text;
+        EXPECT_EQ(component, common.Integer()) << text;
+        common.Next();
+        EXPECT_EQ(round, common.Integer()) << text;
+        EXPECT_EQ(rest == -1, !common.HasMore()) << text;
+        // Never more than there is: no fault, whatever stands where a name should end.
+        std::vector<WeightTypeE::WeightType> weights;
+        std::vector<std::pair<std::string, float>> points1, points2;
+        std::list<int> group1, group2, components;
+        int yVariable = 0;
+        if (!counts)
+            continue;
+        Parsers().ParseALContribution((text + ",a$").c_str(), weights, points1, points2, yVariable, components);
+        weights.clear(), components.clear();
+        Parsers().ParseContribution(text.c_str(), weights, group1, group2, yVariable, components);
+        Fields tail(text);
+        std::list<int> const expectedWeights = tail.List(tail.Integer());
+        tail.Next();
+        EXPECT_TRUE(std::equal(weights.begin(), weights.end(), expectedWeights.begin(), expectedWeights.end())) << text;
+        EXPECT_EQ(group1, tail.List(tail.Integer())) << text;
+        EXPECT_EQ(group2, tail.List(tail.Integer())) << text;
+        EXPECT_EQ(yVariable, tail.Integer()) << text;
+        std::list<int> expected;
+        do
+            expected.push_back(tail.Integer());
+        while (tail.HasMore());
+        EXPECT_EQ(components, expected) << text;
+    }
+}
+
 TEST(ArgumentText, SingleFieldsAndLists) {
     int batch = 0;
     EXPECT_EQ(Parsers().ParseBatchIx("7", batch), -1);
@@ -129,6 +204,12 @@ TEST(ArgumentText, AlignedContributionTail) {
     Parsers().ParseALContribution("1,2,0,0,0", weights, group1, group2, yVariable, components);
     EXPECT_THAT(components, ElementsAre(4, 5));
     EXPECT_THAT(weights, ElementsAre(WeightTypeE::WStar, WeightTypeE::WStar));
+    // Text that ends with or just behind a name has a value of 0, and starts over.
+    for (char const *const text : {"0,0,1,a$", "0,0,1,a$,", "0,0,1,a$1"}) {
+        group1.clear();
+        Parsers().ParseALContribution(text, weights, group1, group2, yVariable, components);
+        EXPECT_THAT(group1, ElementsAre(std::pair<std::string, float>("a", 0.0f))) << text;
+    }
 }
 
 } // namespace

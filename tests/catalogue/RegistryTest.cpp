@@ -169,12 +169,25 @@ TEST(VectorMetadata, TestsByNumberType) {
     EXPECT_EQ(batch, (std::set<int>{6, 7, 8, 10, 11}));
 }
 
+TEST(VectorRegistry, ForgetsAVectorThatWasAddedTwice) {
+    ProjectVectorHandler &handler = *ProjectVectorHandler::Instance();
+    auto const before = handler.size();
+    {
+        Vector const twice(Vector::VectorTypeVariablesScores, "twice", Vector::DataTypeModel, 0, Vector::NumberNone);
+        handler.Add(&twice);
+        handler.Add(&twice);
+    }
+    EXPECT_EQ(handler.size(), before);
+}
+
 TEST(VectorMetadata, SourcesAndComponents) {
     struct {
         char const *source;
         int model, dataSet;
-    } const cases[] = {{"M12", 12, -1},  {"M", -1, -1}, {"Mx", -1, -1}, {"DS1", -1, 1}, {"DS", -1, 0},  {"D", -1, 0},
-                       {"DS-1", -1, -1}, {"M1", 1, -1}, {"PS", -1, -1}, {"", -1, -1},   {"M 7", 7, -1}, {"Dx3", -1, 3}};
+    } const cases[] = {
+        {"M12", 12, -1}, {"M", -1, -1},    {"Mx", -1, -1},          {"DS1", -1, 1},           {"DS", -1, 0},
+        {"D", -1, 0},    {"DS-1", -1, -1}, {"M1", 1, -1},           {"PS", -1, -1},           {"", -1, -1},
+        {"M 7", 7, -1},  {"Dx3", -1, 3},   {"M4294967297", -1, -1}, {"DS4294967297", -1, -1}, {"M-4294967295", -1, -1}};
     for (auto const &row : cases) {
         EXPECT_EQ(Vector::GetModelNumber({}, row.source), row.model) << row.source;
         EXPECT_EQ(Vector::GetDataSetNumber({}, row.source), row.dataSet) << row.source;

@@ -42,10 +42,10 @@ TEST_F(OrthogonalProject, GivesTheWorkedFiguresOfOpls) {
          {"u M1,1,0,0", Scores, {-1.787224, -1.273091, -0.171378, 0.122413, 1.444469, 1.664811}, "M1.u[1]"},
          {"tPS M1,1,0,0", Scores, {-0.340450, 1.720691}, "M1.tPS[1]"},
          {"toPS M1,1,0,0", Scores, {0.799980, 1.830797}, "M1.toPS[1]"},
-         {"YPred M1,1,1,0,1,1", Scores, {1.133876, 1.820905, 3.521583, 4.005882, 5.518093, 5.799662}, "M1.YPred[1](y)"},
-         {"YPredPS M1,1,1,0,1,1", Scores, {3.169806, 5.976081}, "M1.YPredPS[1](y)"},
+         {"YPred M1,1,1,0,1,1", Scores, {1.133876, 1.820905, 3.521583, 4.005882, 5.518093, 5.799662}, "M1.YPred(y)"},
+         {"YPredPS M1,1,1,0,1,1", Scores, {3.169806, 5.976081}, "M1.YPredPS(y)"},
          {"YPredcv M1,1,1,0", Scores, {1.048123, 1.862727, 3.636992, 4.053823, 5.460970, 5.593957}},
-         {"DModX M1,1,0,0", Scores, {0.832483, 0.386696, 1.297149, 1.495324, 0.761928, 0.811366}, "M1.DModX[1]"},
+         {"DModX M1,1,0,0", Scores, {0.832483, 0.386696, 1.297149, 1.495324, 0.761928, 0.811366}, "M1.DModX"},
          {"DModXPS M1,1,0,0", Scores, {2.149665, 27.495836}},
          {"p M1,1,0,0", Loadings, {0.708424, 0.548612, 0.444035}, "M1.p[1]"},
          {"po M1,1,0,0", Loadings, {0.162353, -0.630940, 0.767981}, "M1.po[1]"},
@@ -55,10 +55,10 @@ TEST_F(OrthogonalProject, GivesTheWorkedFiguresOfOpls) {
          {"c M1,1,0,0", Loadings, {0.717316}, "M1.c[1]"},
          {"q M1,1,0,0", Loadings, {0.717316}, "M1.q[1]"},
          {"so M1,1,0,0", Loadings, {0}, "M1.so[1]"},
-         {"CoeffCS M1,1,1,0,0", Loadings, {1.914226, 0.505465, 0.445232, 0.258927}, "M1.CoeffCS[1](y)"},
+         {"CoeffCS M1,1,1,0,0", Loadings, {1.914226, 0.505465, 0.445232, 0.258927}, "M1.CoeffCS(y)"},
          {"VIPpred M1,0,0,0", Loadings, {1.227022, 0.950221, 0.769088}, "M1.VIPpred"},
          {"VIPorth M1,0,0,0", Loadings, {0.279223, 1.085122, 1.320812}, "M1.VIPorth"},
-         {"VIP M1,1,0,0", Loadings, {1.119165, 0.975494, 0.892121}, "M1.VIP[1]"},
+         {"VIP M1,1,0,0", Loadings, {1.119165, 0.975494, 0.892121}, "M1.VIP"},
          {"p(corr) M1,1,0,0", Loadings, {0.985283, 0.763015, 0.617568}, "M1.p(corr)[1]"},
          {"po(corr) M1,1,0,0", Loadings, {0.166161, -0.645738, 0.785993}, "M1.po(corr)[1]"},
          {"po(ctr) M1,1,0,0", Loadings, {0.303734, -1.362986, 2.002649}, "M1.po(ctr)[1]"},
@@ -97,10 +97,21 @@ TEST_F(OrthogonalProject, GivesTheWorkedFiguresOfO2pls) {
          {"R2X M2,0,0,0", PerComponent, {0.644956, 0.353954, 0}},
          {"R2Y M2,0,0,0", PerComponent, {0.526354, 0, 0.464244}},
          {"YPred M2,1,1,0,1,1", Scores, {1.126511, 2.460542, 2.934506, 4.440551, 4.579917, 6.257974}},
-         {"YPred M2,1,2,0,1,1",
-          Scores,
-          {2.239516, 2.821602, 3.028410, 3.685552, 3.746362, 4.478559},
-          "M2.YPred[1](z)"}});
+         {"YPred M2,1,2,0,1,1", Scores, {2.239516, 2.821602, 3.028410, 3.685552, 3.746362, 4.478559}, "M2.YPred(z)"}});
+}
+
+// What is asked of the whole model names no size; what takes a part of each kind of components away names how many.
+TEST_F(OrthogonalProject, NamesTheComponentsThatWereAskedFor) {
+    for (auto const &[text, label] : {std::pair("XVarRes M2,1,0,0,1,0,0,0", "M2.XVarRes[1+0](x1)"),
+                                      {"XVarRes M2,1,1,1,1,0,0,0", "M2.XVarRes[1+1](x1)"},
+                                      {"XVarResYRelated M2,0,1,0,0,0", "M2.XVarResYRelated(x1)"},
+                                      {"XVarResSt M2,0,1,0,0,0", "M2.XVarResSt(x1)"},
+                                      {"YVarResSt M2,1,1,0,0,0", "M2.YVarResSt[1](y)"},
+                                      {"YPredcv M2,0,1,0,0,0", "M2.YPredcv(y)"}}) {
+        TablePtr const table = ProjectDataUtilities::CreateProjectData(*m_project).GetProjectData(text, Scores);
+        ASSERT_NE(table, nullptr) << text;
+        EXPECT_EQ(table->GetRowName(1), label);
+    }
 }
 
 // With one response, one orthogonal component more is one component more: the same equation and the same distances.

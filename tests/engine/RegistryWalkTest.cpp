@@ -34,8 +34,8 @@ WalkData const data[] = {{"complete",
                           "6,s,2024-01-06,,4,8,5.9,6.2\n8,s,2024-01-09,5,6,9,6.3,4.1\n",
                           "id,site,60,10,20,30,40,50\n7,n,2024-01-07,3.5,,5,,2\n9,west,,9,1,7,6.5,5\n", false}};
 
-// Statistics, with their axis, that give no numbers on any of these models yet.
-std::set<std::string> const withoutNumbers;
+// Statistics, with their axis, that give no numbers on any of these models: those of batch projects.
+std::set<std::string> const withoutNumbers = {"YVarDS Variables and scores", "YVarDSPS Variables and scores"};
 
 // Statistics over all components with cells that are missing by definition: components of the other side.
 std::set<std::string> const ofOneSide = {"SDt F(Component)", "SDu F(Component)"};

@@ -265,6 +265,19 @@ TEST(AliasAccess, ReadsTextsAndNumerals) {
     EXPECT_EQ(all.GetNumeralValues(4, std::vector<std::uint32_t>{2, 4, 9, 3}),
               (NCDataVector<float>{2.5f, 100, -99, -3}));
     EXPECT_EQ(all.GetNumeralValues(1, std::vector<std::uint32_t>{1}), NCDataVector<float>{-99});
+    // Items decide for themselves, blanks aside, whatever the others have.
+    NCObservations mixed;
+    mixed.AddAlias({"id", "", VarObs::Role::Plain, {"a", "b", "c", "d"}});
+    mixed.AddAlias({"depth", "", VarObs::Role::Plain, {"1.5", " ", "deep", "3"}});
+    for (auto const &[items, numeral] : {std::pair(std::vector<std::uint32_t>{1, 2, 4}, true),
+                                         {{1, 3}, false},
+                                         {{2}, false},
+                                         {{}, false},
+                                         {{9, 4}, true}}) {
+        EXPECT_EQ(AliasAccess(mixed).Of(items).IsAliasNumeral(2), numeral) << items.size();
+        EXPECT_EQ(AliasAccess({2}, mixed).Of(mixed.GetInfoVector(items)).IsAliasNumeral(2), numeral) << items.size();
+    }
+    EXPECT_TRUE(mixed.HasNumeralIDs() && !AliasAccess(mixed).IsAliasNumeral(2));
     EXPECT_EQ(list.GetBatchID(all) * 100 + list.GetBatchID(chosen) * 10 + list.GetPhaseID(chosen), 220);
     EXPECT_EQ(list[6].GetBatchName(list) + list[6].GetPhaseName(list) + list[7].GetBatchName(list), "b2p");
 }

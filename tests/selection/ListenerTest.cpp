@@ -1,7 +1,10 @@
+#include "platform/text/Exception.h"
 #include "selection/SelectDataSeriesData.h"
 #include "selection/SelectDataSeriesPointer.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -95,6 +98,40 @@ TEST(Listener, IsToldInOrderAndBeforeTheSignal) {
     connection.disconnect();
     selection->UpdateProjectData();
     EXPECT_EQ(order, "12s12so12");
+}
+
+// What a listener is told is good whatever it does to the selection.
+TEST(Listener, MayAddAndChangeSeriesWhileItIsTold) {
+    class Busy final : public SelectDataSeriesListener {
+    public:
+        explicit Busy(Selection &selection) : m_selection(selection) { m_selection.AddListener(this); }
+        std::vector<int> told;
+
+        void OnAddSeries(ProjectVectorData const &series) override {
+            if (m_selection.NumberOfSeries() < 40) {
+                ProjectVectorData next;
+                next.selCV = m_selection.NumberOfSeries();
+                m_selection.AddSeries(next, false);
+                m_selection.InsertSeries(1, m_selection.GetSeries(1));
+                m_selection.SetSeries(1, next);
+            }
+            told.push_back(series.selCV);
+        }
+
+    private:
+        Selection &m_selection;
+    };
+    auto const selection = New();
+    selection->SetMaximumNumberOfSeries(-5); // no limit
+    Busy listener(*selection);
+    ProjectVectorData first;
+    first.selCV = 77;
+    EXPECT_TRUE(selection->AddSeries(first, false));
+    EXPECT_TRUE(selection->AddSeries(selection->GetSeries(1), false));
+    EXPECT_EQ(std::count(listener.told.begin(), listener.told.end(), 77), 2); // and once more for its copy
+    EXPECT_EQ(static_cast<int>(listener.told.size()), selection->NumberOfSeries());
+    EXPECT_THROW(selection->GetSeries(0), NCInternalError);
+    EXPECT_THROW(selection->InsertSeries(selection->NumberOfSeries() + 2, first), NCInternalError);
 }
 
 TEST(Pointer, TurnsNullWithItsSelection) {

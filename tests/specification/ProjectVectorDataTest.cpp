@@ -1,4 +1,4 @@
-#include "catalogue/ProjectVectorHandler.h"
+#include "platform/text/Exception.h"
 #include "tests/specification/World.h"
 
 #include <gtest/gtest.h>
@@ -16,103 +16,130 @@ Change Kinds(int predictive, int xSide, int ySide, int osc) {
 
 } // namespace
 
+namespace {
+
+// Whether the left record says all that tells the right one from others.
+bool IsSame(Plain const &left, Plain const &right) {
+    VectorTraits const &vector = left.vector;
+    if (left.IsOfModel()) {
+        if (right.dataSet != 0 || right.model != left.model)
+            return false;
+    } else if (left.dataSet > 0 && left.dataSet != right.dataSet) {
+        return false;
+    }
+    for (std::size_t i = 0; i < 4; ++i)
+        if ((vector.components & (1 << i)) != 0 && left.components[i] != right.components[i])
+            return false;
+    // For each number type: n when the number counts, 2 the second one, b the batch.
+    static char const *const counts[] = {"",   "n", "n",   "n",  "n2", "n2", "b", "nb",
+                                         "nb", "n", "n2b", "nb", "",   "",   "n2"};
+    std::string const counted = counts[vector.number];
+    auto const agrees = [&](char what, int one, int other) {
+        return counted.find(what) == std::string::npos || one == other;
+    };
+    return agrees('n', left.number, right.number) && agrees('2', left.number2, right.number2) &&
+           agrees('b', left.batch, right.batch);
+}
+
+} // namespace
+
 TEST(ProjectVectorData, EqualityIsNarrow) {
     World const world;
-    VectorProbe const dataSet({.data = OfSet}), other({});
-    // What the vector reads, its components and number; sources; changes of the second record; equal, and the other way
-    struct {
-        V::DataTypeEnum data;
-        int components;
-        V::NumberType number;
-        char const *left, *right;
-        Change change;
-        bool equal, equalBack;
-    } const cases[] = {{OfModel, 0, NoNumber, "M1", "M1", {}, true, true},
-                       {OfModel, 0, NoNumber, "M1", "M2", {}, false, false},
-                       {OfModel, 0, NoNumber, "M1", "DS1", {}, false, false},
-                       {OfModel, 0, NoNumber, "", "M1", {}, true, false},
-                       {OfModel, 0, NoNumber, "", "DS1", {}, true, false},
-                       {OfModel, 0, NoNumber, "DS1", "DS2", {}, false, false},
-                       {OfSet, 0, NoNumber, "M1", "M2", {}, true, true},
-                       {OfSet, 0, NoNumber, "DS1", "DS1", {}, true, true},
-                       {OfPredSet, 0, NoNumber, "", "DS1", {}, true, false},
-                       {OfModel, 1, NoNumber, "M1", "M1", Kinds(3, -1, -1, -1), false, false}, // 3 is the last one
-                       {OfModel, 1, NoNumber, "M1", "M1", Kinds(-1, 2, 2, 2), true, true},
-                       {OfModel, 2, NoNumber, "M1", "M1", Kinds(-1, 2, -1, -1), false, false},
-                       {OfModel, 4, NoNumber, "M1", "M1", Kinds(-1, -1, 2, -1), false, false},
-                       {OfModel, 8, NoNumber, "M1", "M1", Kinds(-1, -1, -1, 2), false, false},
-                       {OfModel, 7, NoNumber, "M1", "M1", Kinds(-1, -1, -1, 2), true, true},
-                       {OfModel, 0, NoNumber, "M1", "M1",
-                        [](auto &data) {
-                            data.unscaled = data.backTransformed = false;
-                            data.selCV = data.startLag = data.endLag = 7;
-                            data.multiplier1 = data.multiplier2 = data.scaling = data.offset = 7;
-                            data.obs1 = data.obs2 = {1};
-                            data.contRef = data.contGroup = {{"A", 1.0f}};
-                            data.SetContributionWeight({WeightTypeE::Raw}, {1});
-                            data.SetYVar(2);
-                            data.SetCoefficientStatus(ProjectData::Resolved);
-                        },
-                        true, true}};
-    for (auto const &row : cases) {
-        VectorProbe const vector({.number = row.number, .components = row.components, .data = row.data});
-        ProjectVectorData const left = world.Data(vector, row.left), right = world.Data(vector, row.right, row.change);
-        int const line = static_cast<int>(&row - cases);
-        EXPECT_EQ(left == right, row.equal) << line;
-        EXPECT_EQ(right == left, row.equalBack) << line;
-        EXPECT_FALSE(left == world.Data(other, row.left)) << line;
+    VectorProbe const other({});
+    Dice dice(2);
+    int equal = 0;
+    for (int i = 0; i < 5000; ++i) {
+        Plain const left = Plain::Random(dice);
+        // The same but for a part or two, all others, or what takes no part.
+        Plain right = left, changed = Plain::Random(dice);
+        auto const mix = [&](auto member) {
+            if (dice(0, 5) == 0)
+                right.*member = changed.*member;
+        };
+        mix(&Plain::model), mix(&Plain::dataSet), mix(&Plain::components), mix(&Plain::number), mix(&Plain::number2);
+        mix(&Plain::batch), mix(&Plain::round), mix(&Plain::weights), mix(&Plain::unscaled), mix(&Plain::from);
+        VectorProbe const vector(left.vector);
+        ProjectVectorData const one = left.Record(world, &vector), two = right.Record(world, &vector);
+        EXPECT_EQ(one == two, IsSame(left, right)) << one.ToStdString(nullptr) << " / " << two.ToStdString(nullptr);
+        EXPECT_FALSE(one == left.Record(world, &other));
+        equal += one == two ? 1 : 0;
     }
+    EXPECT_TRUE(equal > 1000 && equal < 4000) << equal;
     EXPECT_TRUE(ProjectVectorData() == ProjectVectorData());
-    // For each number type: n when the number counts, 2 the second one, b the batch.
-    char const *const counts[] = {"", "n", "n", "n", "n2", "n2", "b", "nb", "nb", "n", "n2b", "nb", "", "", "n2"};
-    for (int type = 0; type < static_cast<int>(std::size(counts)); ++type) {
-        VectorProbe const vector({.number = static_cast<V::NumberType>(type)});
-        std::string found;
-        for (auto const &[name, change] :
-             {std::pair("n", Number(7)), {"2", Number(open, 7)}, {"b", Number(open, open, 7)}})
-            if (!(world.Data(vector, "M1") == world.Data(vector, "M1", change)))
-                found += name;
-        EXPECT_EQ(found, counts[type]) << type;
+}
+
+// Nothing ends the process, whatever a record holds: no vector, no model, data that have gone, numbers out of range.
+TEST(ProjectVectorData, AnswersForAnyContent) {
+    World const world;
+    auto const gone = MakeRecordingProject();
+    Dice dice(3);
+    for (int i = 0; i < 3000; ++i) {
+        Plain plain = Plain::Random(dice);
+        plain.dataSet = dice({0, 0, 9, -1});
+        plain.number = dice({-1, -2, 0, 1, 77});
+        plain.batch = dice({-7, 0, 2, 77});
+        VectorProbe const vector(plain.vector);
+        ProjectVectorData const data = plain.Record(world, dice(0, 9) == 0 ? nullptr : &vector), empty;
+        for (auto const &project : {world.project, gone})
+            for (std::function<void()> const &ask : std::initializer_list<std::function<void()>>{
+                     [&] { data.GetMaxComponents(project); }, [&] { data.GetMaxComponents(nullptr, V::ComponentOSC); },
+                     [&] { data.GetNumberIDComponent(), data.GetNumberID2Component(), data.GetComponent(true); },
+                     [&] { data.GetDataSource(*project), data.GetUsedAliases(*project), data.GetBatchName(project); },
+                     [&] { data.CheckNumberIDs(project); },
+                     [&] { data.GetNumber(&world.defaults), data.GetNumberID2(&world.defaults, true); },
+                     [&] { data.GetFormattedName(&world.defaults, 1, dice(0, 1) == 1); },
+                     [&] { ProjectVectorData(data).SetDefaultNumberID(world.defaults); },
+                     [&] { ProjectVectorData(data).SetComponent(2); },
+                     [&] { data.HasEqualNumberArguments(empty), empty.HasEqualNumberArguments(data); },
+                     [&] {
+                         data.HasEqualBatchArguments(empty), data.IsJoinableData(empty), empty.IsJoinableData(data);
+                     }})
+                try {
+                    ask();
+                } catch (Exception const &) {
+                    // An error that can be told is an answer.
+                }
     }
 }
 
 TEST(ProjectVectorData, ResolvesComponents) {
     World const world;
     world.project->dataSets[2].oscComponents = 4;
-    // Source; kinds; number type; stored; what the five reads give (each raw and resolved); the largest
-    struct {
-        char const *source;
-        V::DataTypeEnum data;
-        int components;
-        V::NumberType number;
-        Change change;
-        std::vector<int> expected; // predictive, X side, Y side, own kind, number, number 2, largest
-    } const cases[] = {{"M3", OfModel, 1, NoNumber, {}, {-1, 5, -1, 2, -1, 1, -1, 5, 5, 5, 5}},
-                       {"M3", OfModel, 2, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, 1, 1, 5, 5, 2}},
-                       {"M3", OfModel, 4, NoNumber, Kinds(2, 1, -1, 6), {2, 2, 1, 1, -1, 1, -1, 1, 5, 5, 1}},
-                       {"M3", OfModel, 8, NoNumber, Kinds(2, 1, 1, 6), {2, 2, 1, 1, 1, 1, 6, 6, 5, 5, 0}},
-                       {"M3", OfModel, 3, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 1}},
-                       {"M3", OfModel, 0, NoNumber, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, -1}},
-                       {"M3", OfModel, 0, X, {}, {-1, 5, -1, 2, -1, 1, 5, 5, 5, 5, 5}},
-                       {"M1", OfModel, 0, Y, Number(2), {-1, 3, -1, 0, -1, 0, 3, 3, 2, 3, -1}},
-                       {"M3", OfModel, 0, Range, {}, {-1, 5, -1, 2, -1, 1, 2, 2, 1, 5, 5}},
-                       {"M3", OfModel, 0, Range, Number(-2, 1), {-1, 5, -1, 2, -1, 1, 1, 1, 1, 1, 5}},
-                       {"M3", OfModel, 0, Range, Number(2, 9), {-1, 5, -1, 2, -1, 1, 2, 2, 2, 9, 5}}};
-    for (auto const &row : cases) {
-        VectorProbe const vector({.number = row.number, .components = row.components, .data = row.data});
-        ProjectVectorData const data = world.Data(vector, row.source, row.change);
-        std::vector<int> const found{data.GetPredComponent(false),
-                                     data.GetPredComponent(true),
-                                     data.GetXSideOrthoComponent(false),
-                                     data.GetXSideOrthoComponent(true),
-                                     data.GetYSideOrthoComponent(false),
-                                     data.GetYSideOrthoComponent(true),
-                                     data.GetComponent(false),
-                                     data.GetComponent(true),
-                                     data.GetNumberIDComponent(),
-                                     data.GetNumberID2Component(),
-                                     data.GetMaxComponents(world.project)};
-        EXPECT_EQ(found, row.expected) << &row - cases;
+    Dice dice(6);
+    for (int i = 0; i < 2000; ++i) {
+        Plain plain = Plain::Random(dice);
+        plain.vector.data = OfModel;
+        plain.dataSet = 0;
+        VectorProbe const vector(plain.vector);
+        ProjectVectorData const data = plain.Record(world, &vector);
+        auto const count = [&](int kind) { return Plain::Count(plain.model, kind); };
+        int const all = count(1) + count(2) + count(4), kinds = plain.vector.components, type = plain.vector.number;
+        int const of[] = {all, count(2), count(4), 0}, last = count(plain.vector.pairLimit);
+        auto const stored = [&](std::size_t which, bool resolve) {
+            int const component = plain.components[which];
+            return plain.model == 0 && which < 3 ? 1 : resolve && component == -1 && which < 3 ? of[which] : component;
+        };
+        bool const isRange = type == Range || type == BatchRange;
+        int const number2 = plain.number2 == open ? all : plain.number2;
+        int const place = kinds == 1 ? 0 : kinds == 2 ? 1 : kinds == 4 ? 2 : kinds == 8 ? 3 : -1;
+        for (bool const resolve : {false, true}) {
+            EXPECT_EQ(data.GetPredComponent(resolve), stored(0, resolve));
+            EXPECT_EQ(data.GetXSideOrthoComponent(resolve), stored(1, resolve));
+            EXPECT_EQ(data.GetYSideOrthoComponent(resolve), stored(2, resolve));
+            EXPECT_EQ(data.GetComponent(resolve), place >= 0 ? stored(static_cast<std::size_t>(place), resolve)
+                                                  : type != Range
+                                                      ? all
+                                                      : std::min(last, plain.number2 == open ? last : plain.number2));
+        }
+        EXPECT_EQ(data.GetNumberIDComponent(), isRange && plain.number < 0 ? 1
+                                               : plain.number == open      ? all
+                                                                           : plain.number);
+        EXPECT_EQ(data.GetNumberID2Component(), number2);
+        EXPECT_EQ(data.GetMaxComponents(world.project), (kinds & 8) != 0  ? 0
+                                                        : place >= 0      ? of[place]
+                                                        : (type & 5) != 0 ? all
+                                                        : kinds == 0      ? -1
+                                                                          : 1);
     }
     // 1 where no model is.
     for (auto const &[type, source] : {std::pair(OfSet, "M3"), {OfModel, "DS1"}, {OfModel, ""}}) {
@@ -161,8 +188,8 @@ TEST(ProjectVectorData, ResolvesNumbersFromTheDefaults) {
                        {{"probe", Loadings, ObsOrVar}, "M1", 1, -1, 0, 0},
                        {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M4", 3, -1, 0, 0},
                        {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", 2, -1, 0, 0},
-                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", 1, -1, 0, 0},
-                       {{.number = Identifier, .data = OfSet}, "DS1", 3, -1, 0, 0}};
+                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", 3, -1, 0, 0},
+                       {{.number = Identifier, .data = OfSet}, "DS1", 1, -1, 0, 0}};
     for (auto const &row : cases) {
         VectorProbe const vector(row.vector);
         ProjectVectorData const data = world.Data(vector, row.source);
@@ -222,8 +249,9 @@ TEST(ProjectVectorData, FindsItsData) {
     EXPECT_EQ(&kept, &first.GetUsedAliases(*world.project));
     EXPECT_EQ(kept.SizeAliases(), 3);
     copy.SetModelInfoPtr(world.project->GetModelInfo(3)); // a data set no more
-    EXPECT_EQ(copy.GetDataSet(), 0);
+    EXPECT_EQ(copy.GetUsedAliases(*world.project).SizeAliases(), 0);
     copy.SetDataSet(1);
+    EXPECT_EQ(copy.GetUsedAliases(*world.project).SizeAliases(), 3);
     copy.SetProjectVector(&observations);
     EXPECT_EQ(copy.GetUsedAliases(*world.project).SizeAliases(), 1);
 }

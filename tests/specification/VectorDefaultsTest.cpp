@@ -154,6 +154,13 @@ TEST(VectorDefaults, ChooseTheFirstVector) {
     project.activeModel = 8;
     ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, data, OfModel, nullptr, 1, V::ObsAndPred);
     EXPECT_EQ(data.GetDataSourceName(), "M7");
+    // A given one goes before, for a new record and for this one.
+    project.activeModel = 7;
+    for (ProjectVectorData given : {ProjectVectorData(), data}) {
+        ModelInfo const *const model = project.GetModelInfo(8).get();
+        ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, given, OfModel, model, 1, V::ObsAndPred);
+        EXPECT_EQ(given.GetDataSourceName(), "M8");
+    }
 }
 
 TEST(VectorDefaults, FillNumbersByTheirKind) {
@@ -183,11 +190,15 @@ TEST(VectorDefaults, FillNumbersByTheirKind) {
                        {{.number = YPhase}, "M1", "2 1 1"},
                        {{.number = BatchRange}, "M4", "1 2 2"},
                        {{.number = BatchOnly}, "M4", "77 77 77"},
-                       {{.number = Identifier, .data = OfSet}, "DS1", "3 77 77"},
-                       {{.number = Identifier, .data = OfSet}, "DS2", "-1 77 77"},
+                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", "3 77 77"},
+                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS2", "-1 77 77"},
                        {{.number = Phase}, "M4", "1 1 1"},
                        {{.number = ObsOrVar}, "M1", "1 77 77"},
                        {{.number = ObsOrVar}, "", "5 77 77"},
+                       // What reads from any source is about data sets.
+                       {{.number = ObsOrVar, .data = V::DataTypeAny}, "DS2", "2 77 77"},
+                       {{"probe", Loadings, ObsOrVar, 0, V::DataTypeAny}, "DS2", "2 77 77"},
+                       {{.number = Batch, .data = V::DataTypeAny}, "M4", "1 77 1"},
                        {{.number = ObsOrVar, .data = OfPredSet}, "", "5 77 77"},
                        {{.number = ObsOrVar, .data = OfSet}, "DS2", "2 77 77"},
                        {{"probe", Loadings, ObsOrVar}, "M4", "1 77 77"},

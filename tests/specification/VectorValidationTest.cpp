@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-namespace {} // namespace
+#include <map>
+#include <set>
 
 TEST(VectorValidation, ChecksNumbers) {
     World const world;
@@ -40,7 +41,7 @@ TEST(VectorValidation, ChecksNumbers) {
         {{.number = YPhase}, "M3", {Number(99, 1), Number(1, 2)}, {Number(1, 0), Number(1, 3)}},
         {{.number = Phase}, "M3", {Number(1, 2)}, {Number(1, open)}},
         {{.number = Phase}, "M1", {}, {Number(1, 1)}},
-        {{.number = Identifier, .data = OfSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
+        {{"id", Loadings, Identifier, 0, OfSet}, "DS1", {Number(3)}, {Number(open), Number(0), Number(2)}},
         {{.number = static_cast<V::NumberType>(13)}, "M1", {}, {Number(1)}},
         // Observations of the model, the prediction set, a data set; variables likewise; other axes have neither.
         {{"probe", Loadings, ObsOrVar}, "M1", {Number(open), Number(6)}, {Number(7), Number(0)}},
@@ -66,98 +67,104 @@ TEST(VectorValidation, ChecksNumbers) {
     EXPECT_THROW(world.Data(lost, "DS9", Number(1)).CheckNumberIDs(world.project), NCInternalError);
 }
 
+namespace {
+
+// What two records have in common, by the rules for pairs.
+struct Pair {
+    Plain const &left, &right;
+
+    bool AreOfOneModel() const { return left.IsOfModel() && right.IsOfModel() && left.model == right.model; }
+    bool AreOfOneSet() const {
+        if ((left.vector.data & OfSet) != 0)
+            return (right.vector.data & OfSet) != 0 && left.dataSet == right.dataSet;
+        return (left.vector.data & OfPredSet) == 0 || (right.vector.data & OfPredSet) != 0;
+    }
+
+    bool ShareBatches() const {
+        if (!left.UsesBatch() || !right.UsesBatch())
+            return true;
+        if (left.vector.obsPred != right.vector.obsPred || left.IsOfModel() || right.IsOfModel())
+            return left.vector.obsPred == right.vector.obsPred && AreOfOneModel();
+        return AreOfOneSet();
+    }
+
+    bool ShareNumbers() const {
+        std::set<int> const ofX{X, XY, BatchX}, ofY{Y, XY, BatchY, YPhase}, items{ObsOrVar, BatchOnly},
+            ranges{Range, BatchRange};
+        int const one = left.vector.number, other = right.vector.number;
+        if (left.vector.type != right.vector.type)
+            return false;
+        if (one == NoNumber || one == Identifier)
+            return one == other;
+        for (auto const &kinds : {ofX, ofY})
+            if (kinds.contains(one) && !(kinds.contains(other) && AreOfOneModel()))
+                return false;
+        if (items.contains(one))
+            return (left.IsOfModel() || right.IsOfModel() ? AreOfOneModel() : AreOfOneSet()) && one == other &&
+                   (left.vector.type != Loadings || left.vector.obsPred == right.vector.obsPred);
+        if (!ranges.contains(one))
+            return true;
+        bool const moves = left.IsOfModel() && right.IsOfModel() && left.model != right.model;
+        return ranges.contains(other) && (!moves || (left.number <= Plain::Count(right.model, 1) &&
+                                                     left.number2 <= Plain::Count(right.model, left.vector.pairLimit)));
+    }
+
+    static int Resolved(Plain const &plain, std::size_t i) {
+        int const component = plain.components[i];
+        if (!plain.IsOfModel())
+            return 1;
+        int const all = Plain::Count(plain.model, 1) + Plain::Count(plain.model, 2) + Plain::Count(plain.model, 4);
+        return component != -1 ? component : i == 0 ? all : Plain::Count(plain.model, i == 1 ? 2 : 4);
+    }
+
+    bool ShareText() const {
+        bool const sameSource =
+            left.IsOfModel() ? AreOfOneModel() : !right.IsOfModel() && left.dataSet == right.dataSet;
+        bool const sameUnits =
+            !left.vector.Has('u') || (left.unscaled == right.unscaled && left.backTransformed == right.backTransformed);
+        bool sameComponents = true;
+        for (std::size_t i = 0; i < 3; ++i)
+            sameComponents &= (left.vector.components & (1 << i)) == 0 || Resolved(left, i) == Resolved(right, i);
+        if (std::string(left.vector.name) != right.vector.name || !sameSource || !sameUnits || !sameComponents)
+            return false;
+        int const one = left.vector.number;
+        if (one == ObsOrVar || (left.vector.type == Scores && right.vector.number == X))
+            return true;
+        return left.vector.type == Aligned && left.UsesBatch() && (one == NoNumber || left.number == right.number) &&
+               (one != BatchRange || left.number2 == right.number2);
+    }
+};
+
+} // namespace
+
 TEST(VectorValidation, ComparesPairs) {
     World const world;
-    VectorTraits const t{"t"}, x{"x", Scores, X};
-    VectorTraits const y{"y", Scores, Y}, xy{"xy", Scores, XY};
-    VectorTraits const range{"r", Scores, Range};
-    VectorTraits const batch{"b", Aligned, Batch};
-    VectorTraits const batchPS{"b", Scores, Batch, 0, OfModel, Predicted};
-    VectorTraits const batchDS{"b", Scores, Batch, 0, OfSet};
-    VectorTraits const batchSet{"b", Scores, Batch, 0, OfPredSet};
-    VectorTraits const batchPair{"b", Aligned, BatchRange, 1};
-    VectorTraits const batchX{"b", Aligned, BatchX};
-    VectorTraits const obs{"o", Loadings, ObsOrVar};
-    VectorTraits const obsPS{"o", Loadings, ObsOrVar, 0, OfModel, Predicted};
-    VectorTraits const varDS{"v", Scores, ObsOrVar, 0, OfSet}, var{"v", Scores, ObsOrVar};
-    VectorTraits const varSet{"v", Scores, ObsOrVar, 0, OfPredSet};
-    VectorTraits const only{"i", Scores, BatchOnly};
-    VectorTraits const identifier{"id", Scores, Identifier, 0, OfSet};
-    VectorTraits const xPred{"x", Scores, X, 3, OfModel, V::Observed, 0, "u"};
-    auto const unit = [](ProjectVectorData &data) { data.unscaled = false; };
-    auto const component = [](int kind, int number) -> Change {
-        return [=](ProjectVectorData &data) { data.SetComponent(static_cast<V::ComponentType>(kind), number); };
-    };
-    // Both vectors with source and changes; whether numbers carry over, batches agree, one text serves: "nbj"
-    struct {
-        VectorTraits left;
-        char const *leftSource;
-        Change leftChange;
-        VectorTraits right;
-        char const *rightSource;
-        Change rightChange;
-        char const *expected;
-    } const cases[] = {{t, "M1", {}, t, "M1", {}, "nb-"},
-                       {t, "M1", {}, {"p", Loadings}, "M1", {}, "-b-"},
-                       {t, "M1", {}, x, "M1", {}, "-b-"},
-                       {x, "M1", Number(1), x, "M1", Number(3), "nbj"},
-                       {x, "M1", {}, x, "M2", {}, "-b-"},
-                       {x, "M1", {}, x, "DS1", {}, "-b-"},
-                       {x, "M1", {}, xy, "M1", {}, "nb-"},
-                       {xy, "M1", {}, x, "M1", {}, "-b-"},
-                       {y, "M1", {}, xy, "M1", {}, "nb-"},
-                       {y, "M1", {}, y, "M1", {}, "nb-"},
-                       {y, "M1", {}, y, "M2", {}, "-b-"},
-                       {xPred, "M3", {}, xPred, "M3", unit, "nb-"},
-                       {xPred, "M3", component(1, 5), xPred, "M3", Number(2), "nbj"},
-                       {xPred, "M3", component(1, 1), xPred, "M3", {}, "nb-"},
-                       {xPred, "M3", component(2, 1), xPred, "M3", {}, "nb-"},
-                       {xPred, "M3", component(4, 9), xPred, "M3", {}, "nbj"},
-                       {{"p", Loadings, X}, "M1", {}, {"p", Loadings, X}, "M1", {}, "nb-"},
-                       {obs, "M1", {}, obs, "M1", Number(2), "nbj"},
-                       {obs, "M1", {}, obsPS, "M1", {}, "-bj"},
-                       {obs, "M1", {}, obs, "M2", {}, "-b-"},
-                       {var, "M1", {}, varDS, "DS1", {}, "-b-"},
-                       {varDS, "DS1", {}, varDS, "DS1", {}, "nbj"},
-                       {varDS, "DS1", {}, varDS, "DS2", {}, "-b-"},
-                       {varDS, "", {}, varSet, "", {}, "-bj"},
-                       {varSet, "", {}, varSet, "", {}, "nbj"},
-                       {varSet, "", {}, varDS, "", {}, "-bj"},
-                       {only, "M4", {}, only, "M4", {}, "nb-"},
-                       {only, "M4", {}, var, "M4", {}, "-b-"},
-                       {range, "M1", Number(3, 3), range, "M3", {}, "-b-"},
-                       {range, "M1", Number(2, open), range, "M3", {}, "nb-"},
-                       {range, "M1", Number(9, 9), range, "M1", {}, "nb-"},
-                       {range, "M1", {}, t, "M1", {}, "-b-"},
-                       {identifier, "DS1", {}, identifier, "DS2", {}, "nb-"},
-                       {identifier, "DS1", {}, varDS, "DS1", {}, "-b-"},
-                       {batch, "M4", Number(1, 1, 1), batch, "M4", Number(1, 1, 2), "nbj"},
-                       {batch, "M4", Number(1, 1, 1), batch, "M4", Number(2, 1, 2), "nb-"},
-                       {batch, "M4", {}, batch, "M3", {}, "n--"},
-                       {batch, "M4", {}, batch, "DS1", {}, "n--"},
-                       {batch, "DS1", {}, batch, "M4", {}, "n--"},
-                       {batch, "", {}, batch, "", {}, "nbj"},
-                       {batchPS, "M4", {}, batchPS, "M4", {}, "nb-"},
-                       {batchDS, "DS1", {}, batchDS, "DS1", {}, "nb-"},
-                       {batchDS, "DS1", {}, batchDS, "DS2", {}, "n--"},
-                       {batchDS, "DS1", {}, batchSet, "DS1", {}, "n--"},
-                       {batchSet, "", {}, batchSet, "DS1", {}, "nb-"},
-                       {batchSet, "", {}, batchDS, "", {}, "n--"},
-                       {batchPS, "M4", {}, batchDS, "DS1", {}, "n--"},
-                       {batchX, "M4", Number(2, 1, 1), batchX, "M4", Number(2, 9, 2), "nbj"},
-                       {batchX, "M4", Number(2, 1, 1), batchX, "M4", Number(3, 9, 2), "nb-"},
-                       {batchPair, "M4", Number(1, 2, 1), batchPair, "M4", Number(1, 2, 2), "nbj"},
-                       {batchPair, "M4", Number(1, 2, 1), batchPair, "M4", Number(1, 1, 2), "nb-"},
-                       {batchPair, "M4", component(1, 1), batchPair, "M4", {}, "nb-"}};
-    for (auto const &row : cases) {
-        VectorProbe const leftVector(row.left), rightVector(row.right);
-        ProjectVectorData const left = world.Data(leftVector, row.leftSource, row.leftChange);
-        ProjectVectorData const right = world.Data(rightVector, row.rightSource, row.rightChange);
-        std::string found;
-        found += left.HasEqualNumberArguments(right) ? 'n' : '-';
-        found += left.HasEqualBatchArguments(right) ? 'b' : '-';
-        found += left.IsJoinableData(right) ? 'j' : '-';
-        EXPECT_EQ(found, row.expected) << &row - cases << ": " << left.ToStdString(nullptr) << " / "
-                                       << right.ToStdString(nullptr);
+    Dice dice(4);
+    std::map<std::string, int> seen;
+    for (int i = 0; i < 20000; ++i) {
+        Plain const left = Plain::Random(dice);
+        Plain right = left, other = Plain::Random(dice);
+        auto const mix = [&](auto &part, auto const &changed) {
+            if (dice(0, 5) == 0)
+                part = changed;
+        };
+        mix(right.model, other.model), mix(right.dataSet, other.dataSet), mix(right.components, other.components);
+        mix(right.number, other.number), mix(right.number2, other.number2), mix(right.unscaled, other.unscaled);
+        mix(right.vector.obsPred, other.vector.obsPred), mix(right.vector.number, other.vector.number);
+        mix(right.vector.type, other.vector.type), mix(right.vector.data, other.vector.data);
+        mix(right.vector.name, other.vector.name), mix(right, other);
+        VectorProbe const leftVector(left.vector), rightVector(right.vector);
+        ProjectVectorData const one = left.Record(world, &leftVector), two = right.Record(world, &rightVector);
+        Pair const pair{left, right};
+        // Whether numbers carry over, batches agree, one text serves.
+        auto const text = [](bool numbers, bool batches, bool joined) {
+            return std::string(numbers ? "n" : "-") + (batches ? "b" : "-") + (joined ? "j" : "-");
+        };
+        std::string const found =
+            text(one.HasEqualNumberArguments(two), one.HasEqualBatchArguments(two), one.IsJoinableData(two));
+        EXPECT_EQ(found, text(pair.ShareNumbers(), pair.ShareBatches(), pair.ShareText()))
+            << one.ToStdString(nullptr) << " / " << two.ToStdString(nullptr);
+        ++seen[found];
     }
+    EXPECT_EQ(seen.size(), 8u);
 }

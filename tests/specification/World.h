@@ -6,8 +6,11 @@
 #include "tests/support/RecordingProject.h"
 #include "utilities/DefaultSelection.h"
 
+#include <array>
 #include <functional>
+#include <random>
 #include <string>
+#include <vector>
 
 using namespace probes;
 using Change = std::function<void(ProjectVectorData &)>;
@@ -65,3 +68,98 @@ inline Change Number(int number, int number2 = open, int batch = open) {
         data.batchIx = batch;
     };
 }
+
+// Numbers that are the same in each run.
+class Dice {
+public:
+    explicit Dice(unsigned seed) : m_generator(seed) {}
+    int operator()(int low, int high) {
+        return low + static_cast<int>(m_generator() % static_cast<unsigned>(high - low + 1));
+    }
+    template <typename Value>
+    Value operator()(std::initializer_list<Value> values) {
+        return values.begin()[(*this)(0, static_cast<int>(values.size()) - 1)];
+    }
+
+private:
+    std::mt19937 m_generator;
+};
+
+// What a record is made of, in plain view.
+struct Plain {
+    VectorTraits vector;
+    int model = 0, dataSet = 0; // 0: none
+    std::array<int, 4> components{};
+    int number = open, number2 = open, batch = open, round = 1, yVar = 0, status = 0;
+    bool unscaled = true, backTransformed = true;
+    double multiplier = -99;
+    std::vector<int> from, to, weights, weightComponents;
+    BatchPoints points;
+
+    bool IsOfModel() const { return vector.data != OfSet && vector.data != OfPredSet && dataSet == 0 && model != 0; }
+    bool UsesBatch() const { return vector.number >= Batch && vector.number <= BatchOnly && vector.number != YPhase; }
+    // Components of a model of the world by kind: predictive, on the X side, on the Y side.
+    static int Count(int ofModel, int kind) {
+        static constexpr int counts[][3] = {{0, 0, 0}, {3, 0, 0}, {1, 2, 0}, {2, 2, 1}, {2, 0, 0}};
+        return counts[ofModel][kind == 4 ? 2 : kind - 1];
+    }
+
+    static Plain Random(Dice &dice) {
+        Plain plain;
+        plain.vector = {dice({"t", "T2Range", "T2RangePS", "BatchVIP"}),
+                        static_cast<V::VectorTypeEnum>(dice(0, 6)),
+                        static_cast<V::NumberType>(dice(0, 14)),
+                        dice({0, 1, 2, 4, 8, 3, 7, 15}),
+                        static_cast<V::DataTypeEnum>(dice({1, 2, 4, 4, 7})),
+                        static_cast<V::ObsOrPredType>(dice(1, 3)),
+                        dice({0, 0, 1, 3, 4, 5, 6, 7}),
+                        dice({"", "u", "r", "l", "m", "c", "urlmc"}),
+                        0,
+                        dice({1, 2, 4})};
+        plain.model = dice(0, 4);
+        plain.dataSet = dice({0, 0, 0, 1, 2});
+        for (int &component : plain.components)
+            component = dice(-2, 4);
+        plain.number = dice(-2, 5);
+        plain.number2 = dice(-2, 5);
+        plain.batch = dice(-2, 4);
+        plain.round = dice(1, 3);
+        plain.yVar = dice(0, 2);
+        plain.status = dice(0, 2);
+        plain.unscaled = dice(0, 1) == 1;
+        plain.backTransformed = dice(0, 1) == 1;
+        plain.multiplier = dice({-99.0, 3.0, -2.123456789, 1234567.0});
+        for (auto const list : {&plain.from, &plain.to, &plain.weights, &plain.weightComponents})
+            for (int size = dice(0, 3); size > 0; --size)
+                list->push_back(dice(0, 9));
+        for (int size = dice(0, 2); size > 0; --size)
+            plain.points.emplace_back(dice({"A", "B b", ""}), dice({1.5f, 2.0f, 0.123456789f, -1234567.0f}));
+        return plain;
+    }
+
+    ProjectVectorData Record(World const &world, ProjectVector const *probe) const {
+        ProjectVectorData data;
+        data.SetProjectVector(probe);
+        data.SetModelInfoPtr(world.project->GetModelInfo(model));
+        data.SetDataSet(dataSet);
+        data.SetPredComponent(components[0]);
+        data.SetXSideOrthoComponent(components[1]);
+        data.SetYSideOrthoComponent(components[2]);
+        data.oscComponent = components[3];
+        Number(number, number2, batch)(data);
+        data.selCV = round;
+        data.SetYVar(yVar);
+        data.SetCoefficientStatus(static_cast<ProjectData::CoefficientStatus>(status));
+        data.unscaled = unscaled;
+        data.backTransformed = backTransformed;
+        data.multiplier1 = data.multiplier2 = multiplier;
+        data.obs1 = from;
+        data.obs2 = to;
+        data.contRef = data.contGroup = points;
+        WeightTypes types;
+        for (int const weight : weights)
+            types.push_back(static_cast<WeightTypeE::WeightType>(weight));
+        data.SetContributionWeight(types, weightComponents);
+        return data;
+    }
+};

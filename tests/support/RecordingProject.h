@@ -69,8 +69,12 @@ public:
     ProjectPtr GetProject() const override { return m_project->shared_from_this(); }
     ObservationInfos const &GetObservations() const override { return observations; }
     std::vector<std::uint32_t> const &GetVariables() const override { return variables; }
-    AliasAccess GetObservationAliases() const override { return {observationAliases, m_project->GetObservations()}; }
-    AliasAccess GetVariableAliases() const override { return {variableAliases, m_project->GetVariables()}; }
+    AliasAccess GetObservationAliases() const override {
+        return AliasAccess(observationAliases, m_project->GetObservations()).Of(observations);
+    }
+    AliasAccess GetVariableAliases() const override {
+        return AliasAccess(variableAliases, m_project->GetVariables()).Of(variables);
+    }
     int GetNumber() const override { return number; }
     std::string GetName() const override { return "DS" + std::to_string(number); }
     NCDataVector<float> GetVariable(std::uint32_t) const override { return {}; }

@@ -112,8 +112,11 @@ TEST_F(StoredDefaults, ObservationsAndVariablesAreCheckedWhenTheyAreRead) {
     defaults.SetDefaultSelectedObservation(77, false);
     EXPECT_EQ(defaults.GetDefaultSelectedObservation(1, 0, false), 77u); // not checked while cached
     EXPECT_EQ(defaults.GetDefaultSelectedObservation(0, 99, false), 77u);
+    defaults.SetDefaultSelectedVariable(3);
     defaults.clear();
     EXPECT_EQ(defaults.GetDefaultSelectedObservation(1, 0, false), 1u);
+    EXPECT_EQ(defaults.GetDefaultSelectedVariable(0, 1, false), 1u);    // as if nothing had been told
+    EXPECT_EQ(defaults.GetDefaultSelectedObservation(0, 2, false), 1u); // what was found stays
     for (auto const &ask : {+[](DefaultSelection const &asked) { asked.GetDefaultSelectedObservation(0, 99, false); },
                             +[](DefaultSelection const &asked) { asked.GetDefaultSelectedVariable(0, 99, false); }})
         try {
