@@ -1,5 +1,7 @@
 #include "engine/ProjectFile.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstring>

@@ -1,5 +1,7 @@
 #include "engine/TableReader.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 #include <sstream>
 
@@ -167,6 +169,12 @@ TEST(ReadTable, ReadsLongFilesAndCanBeCancelled) {
     EXPECT_EQ(table.columns[0][rows - 2], static_cast<float>(rows - 2));
     EXPECT_EQ(std::ranges::count(table.columns[1], -99.0f), rows - 1);
     EXPECT_EQ(table.observations[1].texts[rows - 2], "n" + std::to_string(rows - 2));
+
+    // Blocks that end in the middle of a row, and of a number.
+    std::istringstream start(text.substr(0, 300) + "\n");
+    ImportedTable const small = ReadTable(start, "f", {}, {}, 0, 32);
+    EXPECT_EQ(small.columns[0].size(), small.ObservationCount());
+    EXPECT_EQ(small.columns[0][20], 20);
 
     double last = 0.0;
     std::istringstream stream(text);
