@@ -86,6 +86,7 @@ void Report(FitRequest const &request, engine::Project const &project, int model
         output << "The data has no more than these components.\n";
     if (info->SizeComponents() > 0)
         SummaryOf(project, model, false).Write(output, Format::Text);
+    output << NotesOn(project, model);
     output.Finish();
 }
 
@@ -183,7 +184,8 @@ void AddModelCommands(CLI::App &program) {
                {"ctr", engine::ModelRequest::Centred},
                {"par", engine::ModelRequest::Pareto},
                {"none", engine::ModelRequest::None}},
-              "Unit variance (uv), centred only, Pareto, or as it is");
+              "Unit variance (uv), centred only, Pareto, or as it is. R2 and Q2 weigh variables by their variance\n"
+              "under ctr, by its root under par: they do not compare with those under uv");
     command
         ->add_option_function<std::string>(
             "--components", [request](std::string const &text) { SetComponents(request->model, text); },
@@ -197,6 +199,10 @@ void AddModelCommands(CLI::App &program) {
                      "Leave out together what has the same text in this identifier column")
         ->type_name("COLUMN")
         ->excludes(groups);
+    AddChoice(*command, "--q2", model.q2,
+              {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
+              "Q2 by rounds that fit all components anew (rounds), or, of pca and pls, by rounds that fit each\n"
+              "component to what those before it leave (deflated), which is the more hopeful");
     command->footer(
         "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"

@@ -174,6 +174,13 @@ public:
         return View(number).get();
     }
 
+    ModelView const &FittedView(int number) const {
+        ModelView const *const view = Model(number);
+        if (!view)
+            throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % number, NCError::Error);
+        return *view;
+    }
+
     DataSet const &Data(int number) const override {
         boost::shared_ptr<DataSet const> const data = FindData(number);
         if (!data)
@@ -260,8 +267,12 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
     ModelDefinition const definition = DefinitionOf(request, m_state->File());
     boost::shared_ptr<DataSet const> const data = m_state->FindData(request.dataSet);
-    FittedModel const fitted =
-        Fit(definition, Workset::Build(definition, ModelColumns(definition, data, data)), progress);
+    Workset const workset = [&] {
+        // One lock on the file, not one for each column.
+        Transaction const reading(m_state->File());
+        return Workset::Build(definition, ModelColumns(definition, data, data));
+    }();
+    FittedModel const fitted = Fit(definition, workset, progress);
     std::string const saved = definition.Save();
     std::string const results = fitted.Save();
     Transaction transaction(m_state->File());
@@ -273,27 +284,41 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
     return number;
 }
 
+FitQuality Project::QualityOf(int model) const {
+    ModelView const &view = m_state->FittedView(model);
+    FitQuality quality;
+    for (Unconverged const &one : view.Fit().notes.unconverged)
+        quality.stopped.push_back({one.component, one.rounds, one.change, one.ofCompanion});
+    quality.scarceObservations = view.Fit().notes.scarceRows;
+    for (auto const &[scales, columns] :
+         {std::pair(&view.Fit().xScales, &view.XTerms()), std::pair(&view.Fit().yScales, &view.YTerms())})
+        for (std::size_t term = 0; term < scales->size(); ++term)
+            if ((*scales)[term].IsConstant())
+                quality.constantTerms.push_back(columns->GetName(static_cast<int>(term) + 1));
+    if (view.Fit().definition.q2 == Q2Form::Deflated)
+        quality.q2 = ModelRequest::DeflatedMatrices;
+    return quality;
+}
+
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
-    ModelView const *const view = m_state->Model(model);
-    if (!view)
-        throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
+    ModelView const &view = m_state->FittedView(model);
     NameList const columns(table.variables.front().texts);
     std::unordered_set<std::string> known;
     VariableMatch match;
-    for (ColumnTerms const *terms : {&view->GetXColumnTerms(), &view->GetYColumnTerms()})
+    for (ColumnTerms const *terms : {&view.GetXColumnTerms(), &view.GetYColumnTerms()})
         for (ColumnTerm const &term : *terms) {
             if (term.Size() > 1)
                 continue; // its factors are terms too
             std::string const &name = GetVariables().GetText(term.GetMotherVariable(1), 1);
             known.insert(name);
-            if (terms == &view->GetXColumnTerms() && !columns.Find(name))
+            if (terms == &view.GetXColumnTerms() && !columns.Find(name))
                 match.missing.push_back(name);
         }
     PackedTexts const &names = table.variables.front().texts;
     for (std::size_t i = 0; i < names.size(); ++i)
         if (!known.contains(std::string(names[i])))
             match.surplus.emplace_back(names[i]);
-    match.unknownGroups = UnknownGroups(view->GetCenterValues(), table);
+    match.unknownGroups = UnknownGroups(view.GetCenterValues(), table);
     return match;
 }
 
@@ -392,7 +417,7 @@ LocalCenteringData Project::GetLocalCentering() const {
     LocalCenteringData data{centring.identifier, centring.groups, {}};
     for (LocalCentring::Variable const &variable : centring.variables)
         if (auto const found = numbers.find(variable.name); found != numbers.end())
-            data.variables.push_back({found->second, variable.centres});
+            data.variables.push_back({found->second, {variable.centres.begin(), variable.centres.end()}});
     return data;
 }
 
