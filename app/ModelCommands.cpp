@@ -184,8 +184,9 @@ void AddModelCommands(CLI::App &program) {
                {"ctr", engine::ModelRequest::Centred},
                {"par", engine::ModelRequest::Pareto},
                {"none", engine::ModelRequest::None}},
-              "Unit variance (uv), centred only, Pareto, or as it is. R2 and Q2 weigh variables by their variance\n"
-              "under ctr, by its root under par: they do not compare with those under uv");
+              "Unit variance (uv), centred only, Pareto, or as it is.\n"
+              "Under ctr, R2 and Q2 weigh variables by their variance,\n"
+              "under par by its root: they do not compare with uv");
     command
         ->add_option_function<std::string>(
             "--components", [request](std::string const &text) { SetComponents(request->model, text); },
@@ -201,8 +202,9 @@ void AddModelCommands(CLI::App &program) {
         ->excludes(groups);
     AddChoice(*command, "--q2", model.q2,
               {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
-              "Q2 by rounds that fit all components anew (rounds), or, of pca and pls, by rounds that fit each\n"
-              "component to what those before it leave (deflated), which is the more hopeful");
+              "Q2 by rounds that fit all components anew (rounds), or, of\n"
+              "pca and pls, by rounds that fit each component to what those\n"
+              "before it leave (deflated), as a rule the larger");
     command->footer(
         "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"

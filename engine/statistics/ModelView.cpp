@@ -15,8 +15,8 @@ namespace engine {
 
 namespace {
 
-// A stored model may have been damaged.
-void CheckPlaces(ModelDefinition const &definition, DataSet const &dataSet) {
+// The definition, when its terms and rows are in the data set: a stored model may have been damaged.
+ModelDefinition const &Checked(ModelDefinition const &definition, DataSet const &dataSet) {
     auto const isWithin = [](int place, std::size_t size) {
         return place >= 0 && static_cast<std::size_t>(place) < size;
     };
@@ -29,6 +29,7 @@ void CheckPlaces(ModelDefinition const &definition, DataSet const &dataSet) {
         throw NCError(ExceptionMessage::translate("The saved model is damaged: it has terms or observations that its "
                                                   "data set lacks."),
                       NCError::Error);
+    return definition;
 }
 
 ColumnTerms TermsOf(std::vector<Term> const &terms, DataSet const &dataSet) {
@@ -81,7 +82,7 @@ std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos 
 
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
-      m_source((CheckPlaces(m_fit.definition, *m_dataSet), m_fit.definition), m_dataSet, m_dataSet),
+      m_source(Checked(m_fit.definition, *m_dataSet), m_dataSet, m_dataSet),
       m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
       m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
       m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
