@@ -204,7 +204,7 @@ void AddModelCommands(CLI::App &program) {
               {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
               "Q2 by rounds that fit all components anew (rounds), or, of\n"
               "pca and pls, by rounds that fit each component to what those\n"
-              "before it leave (deflated), as a rule the larger");
+              "before it leave (deflated)");
     command->footer(
         "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"

@@ -23,7 +23,12 @@ TEST(Transformation, AppliesAndInverts) {
              TransformationCase{{Logit, 0, 11, 1}, 10, 1, 12},
              TransformationCase{{Exponential, 0.5, 1, 1}, 2, std::exp(2.0), nan},
              TransformationCase{{Power, 2, 1, 0.5}, 12, 5, -3},
+             TransformationCase{{Logit, 11, 0, 1}, 10, -1, 12},
+             TransformationCase{{Exponential, -0.5, 1, 1}, 2, 1, nan},
+             TransformationCase{{Power, 2, 1, -0.5}, 12, 0.2, -3},
+             TransformationCase{{Power, -2, 25, -0.5}, 12, 1, 13},
          }) {
+        EXPECT_EQ(transformation.Falls(), transformation.Apply(value + 0.1) < transformed);
         EXPECT_NEAR(transformation.Apply(value), transformed, 1e-12) << static_cast<int>(transformation.kind);
         EXPECT_NEAR(transformation.Invert(transformed), value, 1e-12) << static_cast<int>(transformation.kind);
         EXPECT_TRUE(std::isnan(transformation.Apply(outside))) << static_cast<int>(transformation.kind);
