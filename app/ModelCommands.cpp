@@ -87,6 +87,7 @@ void Report(FitRequest const &request, engine::Project const &project, int model
         output << "The data has no more than these components.\n";
     if (info->SizeComponents() > 0)
         SummaryOf(project, model, false).Write(output, Format::Text);
+    output << NotesOn(project, model);
     output.Finish();
 }
 
@@ -186,7 +187,8 @@ void AddModelCommands(CLI::App &program) {
     command
         ->add_option("--scaling", request->scalings,
                      "Unit variance (uv), centred only (ctr), Pareto (par), or as it is (none): of all variables, "
-                     "of X or Y, or of those named")
+                     "of X or Y, or of those named. Under ctr, R2 and Q2 weigh variables by their variance, under par "
+                     "by its root: they do not compare with uv")
         ->type_name("[X:|Y:|NAME=]KIND,...")
         ->allow_extra_args(false);
     command
@@ -202,6 +204,11 @@ void AddModelCommands(CLI::App &program) {
                      "Leave out together what has the same text in this identifier column")
         ->type_name("COLUMN")
         ->excludes(groups);
+    AddChoice(*command, "--q2", model.q2,
+              {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
+              "Q2 by rounds that fit all components anew (rounds), or, of\n"
+              "pca and pls, by rounds that fit each component to what those\n"
+              "before it leave (deflated)");
     command->footer(
         "Names are separated by commas. A name that holds a comma stands in double quotes. Without --components,\n"
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"

@@ -4,7 +4,9 @@
 #include "platform/containers/Missing.h"
 #include "platform/project/GetProjectData.h"
 
+#include <algorithm>
 #include <limits>
+#include <sstream>
 
 namespace {
 
@@ -65,6 +67,15 @@ void AddErrors(engine::Project const &project, int model, std::vector<Column> &c
             columns.push_back({heading("RMSEcv", response), std::move(errors), response});
 }
 
+// "a, b, c and 4 more".
+std::string Listed(std::vector<std::string> const &names) {
+    constexpr std::size_t most = 5;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
+        text += (i == 0 ? "" : ", ") + names[i];
+    return names.size() <= most ? text : text + " and " + std::to_string(names.size() - most) + " more";
+}
+
 } // namespace
 
 Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
@@ -83,4 +94,20 @@ Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
         listing.Add(std::move(row));
     }
     return listing;
+}
+
+std::string NotesOn(engine::Project const &project, int model) {
+    engine::FitQuality const quality = project.QualityOf(model);
+    std::ostringstream notes;
+    for (engine::FitQuality::Stopped const &one : quality.stopped)
+        notes << "Component " << one.component << (one.ofCompanion ? " of the PLS model that fills missing cells" : "")
+              << " has not converged after " << one.rounds << " rounds: its scores still change by " << one.change
+              << " of their size.\n";
+    if (quality.scarceObservations > 0)
+        notes << "Observations with too few values in X for sure scores: " << quality.scarceObservations << ".\n";
+    if (!quality.constantTerms.empty())
+        notes << "Constant, and so without part in the model: " << Listed(quality.constantTerms) << ".\n";
+    if (quality.q2 == engine::ModelRequest::DeflatedMatrices)
+        notes << "Q2 is that on deflated matrices.\n";
+    return notes.str();
 }

@@ -9,3 +9,6 @@ class Project;
 // What each component of a model explains and predicts; with the errors of the responses in their own units, fitted and
 // cross-validated.
 Listing SummaryOf(engine::Project const &project, int model, bool withErrors);
+
+// What is to be known of the fit by whoever relies on it, a line for each: nothing when all is well.
+std::string NotesOn(engine::Project const &project, int model);

@@ -8,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <iostream>
+
 namespace {
 
 struct SummaryRequest {
@@ -48,7 +50,12 @@ void Summary(SummaryRequest const &request) {
         Draw(request, *project);
     Output output;
     SummaryOf(*project, model, true).Write(output, request.format);
+    std::string const notes = NotesOn(*project, model);
+    if (request.format == Format::Text)
+        output << notes;
     output.Finish();
+    if (request.format != Format::Text)
+        std::cerr << notes;
 }
 
 } // namespace

@@ -163,7 +163,9 @@ public:
     std::string GetHelpString() const override {
         return translate(
             "Q2: Part of the variation that each component predicts, by cross-validation.\n"
-            "Of X for PCA, of Y for other models. At most 1, negative where a component spoils prediction.");
+            "Of X for PCA, of Y for other models. At most 1, negative where a component spoils prediction.\n"
+            "Variables count by their variance as scaled: alike under unit variance, the larger the more under ctr\n"
+            "and par. By full rounds, or on deflated matrices where the model was fitted so.");
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetQ2);

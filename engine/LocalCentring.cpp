@@ -70,21 +70,27 @@ std::vector<int> ChosenColumns(ProjectFile const &file, DataSetRecord const &rec
 }
 
 // The mean in each group of what can be transformed, -99 where there is nothing.
-std::vector<float> Means(std::vector<float> const &values, std::vector<int> const &groupOf, std::size_t groups,
-                         Transformation const &transformation) {
-    std::vector<double> sums(groups);
+std::vector<double> Means(std::vector<float> const &values, std::vector<int> const &groupOf, std::size_t groups,
+                          Transformation const &transformation) {
+    std::vector<double> means(groups);
     std::vector<int> counts(groups);
-    for (std::size_t row = 0; row < values.size(); ++row) {
-        double const transformed = transformation.Apply(values[row]);
-        if (groupOf[row] < 0 || IsMissing(values[row]) || !std::isfinite(transformed))
-            continue;
-        sums[static_cast<std::size_t>(groupOf[row])] += transformed;
-        ++counts[static_cast<std::size_t>(groupOf[row])];
+    // The second pass takes away what rounding has left of the sums, so that the mean of equal values is that value.
+    for (int pass = 0; pass < 2; ++pass) {
+        std::vector<double> sums(groups);
+        counts.assign(groups, 0);
+        for (std::size_t row = 0; row < values.size(); ++row) {
+            double const transformed = transformation.Apply(values[row]);
+            if (groupOf[row] < 0 || IsMissing(values[row]) || !std::isfinite(transformed))
+                continue;
+            auto const group = static_cast<std::size_t>(groupOf[row]);
+            sums[group] += transformed - means[group];
+            ++counts[group];
+        }
+        for (std::size_t group = 0; group < groups; ++group)
+            means[group] += sums[group] / counts[group];
     }
-    std::vector<float> means(groups, missingValue);
     for (std::size_t group = 0; group < groups; ++group)
-        if (counts[group] > 0)
-            means[group] = ToStored(sums[group] / counts[group]);
+        means[group] = counts[group] > 0 ? KeepOffMissing(means[group]) : missingValue;
     return means;
 }
 
@@ -169,7 +175,8 @@ LocalCentring CentresInTable(ImportedTable const &table, std::string const &iden
     }
     PackedTexts const &names = table.variables.front().texts;
     for (std::size_t column = 0; column < names.size(); ++column)
-        centring.variables.push_back({std::string(names[column]), table.columns[column], {}});
+        centring.variables.push_back(
+            {std::string(names[column]), {table.columns[column].begin(), table.columns[column].end()}, {}});
     return centring;
 }
 

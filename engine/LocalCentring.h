@@ -11,7 +11,7 @@ struct ImportedTable;
 struct LocalCentring {
     struct Variable {
         std::string name;
-        std::vector<float> centres;                 // one for each group, of transformed values; -99 for none
+        std::vector<double> centres;                // one for each group, of transformed values; -99 for none
         VariableTransformation transformation = {}; // that of the values
     };
 

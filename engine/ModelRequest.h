@@ -28,6 +28,9 @@ struct VariableTransformation {
 // What a model is to be fitted to. Variables and observations go by their primary identifiers.
 struct ModelRequest {
     enum Scaling { UnitVariance, Centred, Pareto, None };
+    // How Q2 judges a component: by rounds that fit all components anew, or, of PCA and PLS, by rounds that fit it to
+    // what the components before it leave.
+    enum Q2 { FullRounds, DeflatedMatrices };
 
     ModelTypeE::Model type = ModelTypeE::PCA;
     int dataSet = 1;
@@ -50,6 +53,7 @@ struct ModelRequest {
     int crossValidationGroups = 7; // 0: no cross-validation
     // The heading of an identifier column: observations with the same text there make a group. Empty: row after row.
     std::string crossValidationIdentifier = {};
+    Q2 q2 = FullRounds;
     double alpha = 0.05; // significance level of limits and intervals
 };
 

@@ -205,6 +205,13 @@ public:
         return View(number).get();
     }
 
+    ModelView const &FittedView(int number) const {
+        ModelView const *const view = Model(number);
+        if (!view)
+            throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % number, NCError::Error);
+        return *view;
+    }
+
     DataSet const &Data(int number) const override {
         boost::shared_ptr<DataSet const> const data = FindData(number);
         if (!data)
@@ -233,13 +240,6 @@ public:
 
     VariableMatch MatchOf(ModelView const &model, int dataSet) const {
         return Match(model, m_file.ObservationIdentifiers(dataSet), m_file.VariableIdentifiers(dataSet).front().texts);
-    }
-
-    ModelView const &Fitted(int model) const {
-        ModelView const *const view = Model(model);
-        if (!view)
-            throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % model, NCError::Error);
-        return *view;
     }
 
 private:
@@ -315,8 +315,12 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
     ModelDefinition const definition = DefinitionOf(request, m_state->File());
     boost::shared_ptr<DataSet const> const data = m_state->FindData(request.dataSet);
-    FittedModel const fitted =
-        Fit(definition, Workset::Build(definition, ModelColumns(definition, data, data)), progress);
+    Workset const workset = [&] {
+        // One lock on the file, not one for each column.
+        Transaction const reading(m_state->File());
+        return Workset::Build(definition, ModelColumns(definition, data, data));
+    }();
+    FittedModel const fitted = Fit(definition, workset, progress);
     std::string const saved = definition.Save();
     std::string const results = fitted.Save();
     Transaction transaction(m_state->File());
@@ -328,12 +332,28 @@ int Project::AddModel(ModelRequest const &request, Progress const &progress) {
     return number;
 }
 
+FitQuality Project::QualityOf(int model) const {
+    ModelView const &view = m_state->FittedView(model);
+    FitQuality quality;
+    for (Unconverged const &one : view.Fit().notes.unconverged)
+        quality.stopped.push_back({one.component, one.rounds, one.change, one.ofCompanion});
+    quality.scarceObservations = view.Fit().notes.scarceRows;
+    for (auto const &[scales, columns] :
+         {std::pair(&view.Fit().xScales, &view.XTerms()), std::pair(&view.Fit().yScales, &view.YTerms())})
+        for (std::size_t term = 0; term < scales->size(); ++term)
+            if ((*scales)[term].IsConstant())
+                quality.constantTerms.push_back(columns->GetName(static_cast<int>(term) + 1));
+    if (view.Fit().definition.q2 == Q2Form::Deflated)
+        quality.q2 = ModelRequest::DeflatedMatrices;
+    return quality;
+}
+
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
-    return Match(m_state->Fitted(model), table.observations, table.variables.front().texts);
+    return Match(m_state->FittedView(model), table.observations, table.variables.front().texts);
 }
 
 VariableMatch Project::MatchVariables(int model, int dataSet) const {
-    return m_state->MatchOf(m_state->Fitted(model), dataSet);
+    return m_state->MatchOf(m_state->FittedView(model), dataSet);
 }
 
 int Project::AddPredictions(ImportedTable const &table, bool replace, Progress const &progress) {
@@ -439,7 +459,7 @@ LocalCenteringData Project::GetLocalCentering() const {
     LocalCenteringData data{centring.identifier, centring.groups, {}};
     for (LocalCentring::Variable const &variable : centring.variables)
         if (auto const found = numbers.find(variable.name); found != numbers.end())
-            data.variables.push_back({found->second, variable.centres});
+            data.variables.push_back({found->second, {variable.centres.begin(), variable.centres.end()}});
     return data;
 }
 

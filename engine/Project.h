@@ -25,6 +25,23 @@ struct VariableMatch {
     std::vector<std::string> unknownGroups;
 };
 
+// What is to be known of a fit by whoever relies on it.
+struct FitQuality {
+    // A component whose iteration was stopped before it converged.
+    struct Stopped {
+        int component = 0; // from 1, in the order of extraction
+        int rounds = 0;
+        double change = 0;        // of its scores in the last round, relative
+        bool ofCompanion = false; // of the PLS model that fills the missing cells of OPLS and O2PLS
+    };
+
+    std::vector<Stopped> stopped;
+    // Observations with so few observed cells of X, or of so little weight, that a score would have run away.
+    int scarceObservations = 0;
+    std::vector<std::string> constantTerms; // of X, then of Y
+    ModelRequest::Q2 q2 = ModelRequest::FullRounds;
+};
+
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
 // What is large is read when it is first asked for and kept; the lists of variables and observations run over all data
 // sets, and items with the same primary identifier are the same item.
@@ -60,6 +77,9 @@ public:
     // How the variables of a table, or of a data set, fit a model. NCError when the model is not fitted.
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
     VariableMatch MatchVariables(int model, int dataSet) const;
+
+    // NCError for a model that is not fitted.
+    FitQuality QualityOf(int model) const;
 
     std::vector<DataSetRecord> DataSets() const;
 

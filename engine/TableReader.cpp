@@ -12,14 +12,13 @@ namespace engine {
 
 namespace {
 
-// Enough for the headings of a hundred thousand columns, from which the layout is found.
-constexpr std::size_t blockSize = std::size_t(4) << 20;
 // After how many bytes progress is told.
 constexpr std::size_t pieceSize = std::size_t(1) << 16;
 
 class BlockReader {
 public:
-    BlockReader(std::istream &stream, std::string const &name) : m_stream(stream), m_name(name), m_block(blockSize) {}
+    BlockReader(std::istream &stream, std::string const &name, std::size_t blockSize)
+        : m_stream(stream), m_name(name), m_block(blockSize) {}
 
     // Empty at the end. The bytes live until the next call.
     std::string_view Next() {
@@ -58,8 +57,8 @@ void CheckText(std::string_view head, std::string const &name) {
 } // namespace
 
 ImportedTable ReadTable(std::istream &stream, std::string const &name, TableOptions const &options,
-                        Progress const &progress, std::size_t bytes) {
-    BlockReader blocks(stream, name);
+                        Progress const &progress, std::size_t bytes, std::size_t blockSize) {
+    BlockReader blocks(stream, name, blockSize);
     std::string_view block = blocks.Next();
     std::size_t done = 0;
     if (block.starts_with("\xEF\xBB\xBF")) {

@@ -73,8 +73,13 @@ struct ImportedTable {
 DATASERIES_API ImportedTable ReadTable(std::filesystem::path const &file, TableOptions const &options = {},
                                        Progress const &progress = {});
 
-// The same from a stream. `name` is what errors call it; `bytes` is its size for the progress, 0 when unknown.
+// Enough for the headings of a hundred thousand columns.
+constexpr std::size_t usualBlockSize = std::size_t(4) << 20;
+
+// The same from a stream. `name` is what errors call it; `bytes` is its size for the progress, 0 when unknown. It is
+// read in blocks of `blockSize`, and the layout is found from the first of them.
 DATASERIES_API ImportedTable ReadTable(std::istream &stream, std::string const &name, TableOptions const &options = {},
-                                       Progress const &progress = {}, std::size_t bytes = 0);
+                                       Progress const &progress = {}, std::size_t bytes = 0,
+                                       std::size_t blockSize = usualBlockSize);
 
 } // namespace engine

@@ -73,6 +73,14 @@ void ReadingArchive::Copy(void *to, std::size_t size) {
     m_rest.remove_prefix(size);
 }
 
+bool ReadingArchive::GetBool() {
+    std::uint8_t value = 0;
+    Get(value);
+    if (value > 1)
+        ThrowDamaged();
+    return value == 1;
+}
+
 void ReadingArchive::ThrowDamaged() const {
     throw NCError(ExceptionMessage::translate(
                       "The saved form {1} is damaged: its contents do not agree with its length or checksum.") %

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -82,16 +83,20 @@ public:
 private:
     template <typename Value>
     void Get(Value &value) {
-        if constexpr (std::is_arithmetic_v<Value> || std::is_enum_v<Value>)
+        if constexpr (std::is_same_v<Value, bool>)
+            value = GetBool();
+        else if constexpr (std::is_arithmetic_v<Value> || std::is_enum_v<Value>)
             Copy(&value, sizeof(value));
         else
             Transfer(*this, value);
     }
     template <typename Value>
     void Get(std::vector<Value> &values) {
-        values.resize(GetSize(1, 1));
-        for (auto &value : values)
-            Get(value);
+        auto const size = GetSize(1, 1);
+        values.clear();
+        // One by one, so that memory grows no faster than what is read.
+        while (values.size() < size)
+            Get(values.emplace_back());
     }
     void Get(std::string &text) {
         text.resize(GetSize(1, 1));
@@ -102,6 +107,9 @@ private:
         std::uint64_t rows = 0;
         Get(rows);
         auto const columns = GetSize(rows, sizeof(Scalar));
+        constexpr std::uint64_t most = std::numeric_limits<std::int32_t>::max();
+        if (rows > most || columns > most || (C != Eigen::Dynamic && static_cast<int>(columns) != C))
+            ThrowDamaged();
         matrix.resize(static_cast<Index>(rows), static_cast<Index>(columns));
         Copy(matrix.data(), matrix.size() * sizeof(Scalar));
     }
@@ -109,6 +117,7 @@ private:
     // A count of things of `rows` times `bytes` bytes at least, that must still be there.
     std::uint64_t GetSize(std::uint64_t rows, std::uint64_t bytes);
     void Copy(void *to, std::size_t size);
+    bool GetBool();
     [[noreturn]] void ThrowDamaged() const;
 
     std::string m_name;

@@ -180,6 +180,8 @@ Vector ColumnSquares(RowAddresses const &x) {
     return squares;
 }
 
+namespace {
+
 double ObservedSquares(Vector const &w, double total, Block::Columns missing) {
     double lost = 0;
     for (auto const k : missing)
@@ -195,6 +197,24 @@ double ObservedSquares(Vector const &w, double total, Block::Columns missing) {
         else
             sum += w[k] * w[k];
     return sum;
+}
+
+} // namespace
+
+ScoreDenominator DenominatorOfScore(Vector const &w, double total, Block::Columns missing) {
+    auto const size = static_cast<double>(w.size());
+    auto const least = 0.01 * (size - static_cast<double>(missing.size())) / size * total;
+    auto const squares = ObservedSquares(w, total, missing);
+    return squares < least ? ScoreDenominator{least, true} : ScoreDenominator{squares, false};
+}
+
+double FilledPart(Vector const &w, double t, Block::Columns missing) {
+    if (static_cast<Index>(missing.size()) == w.size())
+        return 0;
+    double squares = 0;
+    for (auto const k : missing)
+        squares += w[k] * w[k];
+    return t * squares;
 }
 
 } // namespace engine

@@ -104,7 +104,17 @@ Vector AddScoresAndProducts(RowAddresses const &x, Vector const &w, Vector &t);
 // Sums of squares of the columns; missing cells add nothing.
 Vector ColumnSquares(RowAddresses const &x);
 
-// Sum of the squares of `w` over the cells of a row that are observed, `total` being the sum over all of them.
-double ObservedSquares(Vector const &w, double total, Block::Columns missing);
+// The denominator of a row's score on `w`: the sum of the squares of w over the row's observed cells, `total` being the
+// sum over all cells. It is not below a hundredth of what even weights would give so many cells, lest the score of a
+// row that is observed only where w is next to nothing runs away; 0 for a row without any.
+struct ScoreDenominator {
+    double value = 0;
+    bool isBound = false; // the row meets that limit
+};
+ScoreDenominator DenominatorOfScore(Vector const &w, double total, Block::Columns missing);
+
+// The part that a row's missing cells have in its product with w when they count as the elements of t w'; 0 when none
+// is observed.
+double FilledPart(Vector const &w, double t, Block::Columns missing);
 
 } // namespace engine

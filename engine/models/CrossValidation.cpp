@@ -5,6 +5,7 @@
 #include "engine/models/Prediction.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 
 namespace engine {
@@ -35,8 +36,39 @@ std::vector<RoundRows> SplitRows(std::vector<int> const &roundOfRow) {
     return rounds;
 }
 
-CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model)
-    : m_hasY(workset.y.Size() > 0), m_model(model), m_roundOfRow(std::move(roundOfRow)) {
+namespace {
+
+ComparedErrors Compare(Matrix const &press, Matrix const &deflatedPress, Components const &model, Index component) {
+    if (deflatedPress.cols() > 0)
+        return {deflatedPress.col(component - 1), (model.c.cols() > 0 ? model.ssY : model.ssX).col(component - 1)};
+    auto const last = press.cols() - 1;
+    return {press.col(std::min(component, last)), press.col(std::min(component - 1, last))};
+}
+
+// What the first components leave of a block.
+Block Deflated(Block const &block, Matrix const &t, Matrix const &loadings) {
+    RowMatrix left = block.Values();
+    left.noalias() -= t * loadings.transpose();
+    for (Index i = 0; i < left.rows(); ++i)
+        for (auto const k : block.MissingIn(i))
+            left(i, k) = std::numeric_limits<double>::quiet_NaN();
+    return Block(std::move(left), block.Complete());
+}
+
+} // namespace
+
+ComparedErrors ErrorsOf(CrossValidation const &validation, Components const &model, Index component) {
+    return Compare(validation.press, validation.deflatedPress, model, component);
+}
+
+ComparedErrors CrossValidator::LastErrors() const {
+    return Compare(m_press, m_deflatedPress, m_model.Found(), m_model.Found().Predictive());
+}
+
+CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model,
+                               Q2Form form)
+    : m_workset(workset), m_hasY(workset.y.Size() > 0), m_model(model), m_form(form),
+      m_roundOfRow(std::move(roundOfRow)) {
     for (auto const &[in, out] : SplitRows(m_roundOfRow))
         m_rounds.push_back({BlockView(workset.x, out), BlockView(workset.y, out), out,
                             Extraction::Start(BlockView(workset.x, in), BlockView(workset.y, in), &model.Found()),
@@ -66,6 +98,22 @@ void CrossValidator::Extend(Progress const &progress) {
         progress);
     for (auto const &round : m_rounds)
         m_press.rightCols(to + 1 - from) += round.press.rightCols(to + 1 - from);
+    while (m_form == Q2Form::Deflated && m_deflatedPress.cols() < to)
+        AppendColumn(m_deflatedPress, DeflatedPress(m_deflatedPress.cols()));
+}
+
+// Full rounds of one component on what is left of X and Y.
+Vector CrossValidator::DeflatedPress(Index before) const {
+    auto const &found = m_model.Found();
+    Matrix const t = m_model.FoundScores().t.leftCols(before);
+    Workset left;
+    left.x = Deflated(m_workset.x, t, found.p.leftCols(before));
+    left.y = m_hasY ? Deflated(m_workset.y, t, found.c.leftCols(before)) : m_workset.y;
+    auto const next = Extraction::Start(left.x, left.y, nullptr);
+    next->Extract(1);
+    CrossValidator validator(left, m_roundOfRow, *next, Q2Form::Rounds);
+    validator.Extend(Progress());
+    return validator.m_press.rightCols(1);
 }
 
 void CrossValidator::AddPress(Round &round, Index from) {
@@ -147,6 +195,7 @@ CrossValidation CrossValidator::Result(Index components) const {
     CrossValidation result;
     result.roundOfRow = m_roundOfRow;
     result.press = m_press.leftCols(std::min(m_press.cols(), components + 1));
+    result.deflatedPress = m_deflatedPress.leftCols(std::min(m_deflatedPress.cols(), components));
     auto const rows = static_cast<Index>(m_roundOfRow.size());
     result.excluded = ZeroScores(rows, FirstComponents(m_model.Found(), components));
     for (auto const &round : m_rounds) {

@@ -18,17 +18,25 @@ struct RoundRows {
 };
 std::vector<RoundRows> SplitRows(std::vector<int> const &roundOfRow);
 
+// The squared errors of prediction of a component, and what they are compared with: a number for each term.
+// Q2 = 1 - errors / before.
+struct ComparedErrors {
+    Vector errors, before;
+};
+// Of a component, from 1 in the overall order. Orthogonal components have no errors of their own.
+ComparedErrors ErrorsOf(CrossValidation const &validation, Components const &model, Index component);
+
 // Cross-validates a PCA or PLS model while it grows (Wold 1978; Martens & Naes 1989; for PCA Bro et al. 2008).
 class CrossValidator {
 public:
     // The workset and the model must outlive it. `roundOfRow` is not empty.
-    CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model);
+    CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model, Q2Form form);
 
     // Brings all rounds to the number of components of the model.
     void Extend(Progress const &progress);
 
-    // Terms by components + 1, as in CrossValidation.
-    Matrix const &Press() const { return m_press; }
+    // Of the model's last component.
+    ComparedErrors LastErrors() const;
 
     // The rounds with the first `components` components of each.
     CrossValidation Result(Index components) const;
@@ -44,12 +52,15 @@ private:
 
     static void AddPress(Round &round, Index from);
     static void AddPcaPress(Round &round, Index from);
+    Vector DeflatedPress(Index before) const;
 
+    Workset const &m_workset;
     bool m_hasY;
     Extraction const &m_model;
+    Q2Form m_form;
     std::vector<int> m_roundOfRow;
     std::vector<Round> m_rounds;
-    Matrix m_press;
+    Matrix m_press, m_deflatedPress; // as in CrossValidation
 };
 
 // No scores yet, for components like those of a model.

@@ -58,6 +58,7 @@ private:
         if (ModelTypeE::IsO2PLS(m_request.type))
             m_definition.yOrthogonal = m_request.yOrthogonal;
         m_definition.groups = m_request.crossValidationGroups;
+        m_definition.q2 = m_request.q2 == ModelRequest::DeflatedMatrices ? Q2Form::Deflated : Q2Form::Rounds;
         m_definition.alpha = m_request.alpha;
     }
 
@@ -132,18 +133,21 @@ private:
                 columns && !m_request.transformations.contains(name))
                 m_used.insert(columns->begin(), columns->end());
         for (int column = 0; column < static_cast<int>(m_record.variables); ++column)
-            if (!m_used.contains(column))
+            if (!m_used.contains(column)) {
+                m_xPlaces[column] = static_cast<int>(m_definition.xTerms.size());
                 m_definition.xTerms.push_back(TermOf(column));
+            }
     }
 
     // The term of a variable, null when it is in neither X nor Y.
     Term *FindTerm(std::string const &name) {
         std::vector<int> const *const columns = m_variables.Find(name);
-        for (std::vector<Term> *const terms : {&m_definition.xTerms, &m_definition.yTerms})
-            for (Term &term : *terms)
-                if (columns && term.column == columns->front())
-                    return &term;
-        return nullptr;
+        if (!columns)
+            return nullptr;
+        if (auto const place = m_xPlaces.find(columns->front()); place != m_xPlaces.end())
+            return &m_definition.xTerms[static_cast<std::size_t>(place->second)];
+        auto const response = std::ranges::find(m_definition.yTerms, columns->front(), &Term::column);
+        return response == m_definition.yTerms.end() ? nullptr : &*response;
     }
 
     Term &TermNamed(std::string const &name, char const *purpose) {
@@ -185,21 +189,22 @@ private:
         }
     }
 
-    void AddUnlessKnown(Term product) {
-        std::vector<Term> &terms = m_definition.xTerms;
-        if (std::ranges::find(terms, product.factors, &Term::factors) == terms.end())
-            terms.push_back(std::move(product));
+    void AddUnlessKnown(std::vector<int> factors) {
+        if (!m_products.insert(factors).second)
+            return;
+        Term product = TermOf(0);
+        product.factors = std::move(factors);
+        m_definition.xTerms.push_back(std::move(product));
     }
 
     void AddAllProducts() {
+        if (!m_request.squares && !m_request.crosses)
+            return;
         auto const columns = static_cast<int>(std::ranges::count(m_definition.xTerms, false, &Term::IsProduct));
         for (int first = 0; first < columns; ++first)
-            for (int second = first; second < columns; ++second) {
-                Term product = TermOf(0);
-                product.factors = {first, second};
-                if (first == second ? m_request.squares : m_request.crosses)
-                    AddUnlessKnown(std::move(product));
-            }
+            for (int second = first; second < (m_request.crosses ? columns : first + 1); ++second)
+                if (first != second || m_request.squares)
+                    AddUnlessKnown({first, second});
     }
 
     void AddProduct(std::vector<std::string> const &names) {
@@ -207,23 +212,20 @@ private:
             throw NCError(ExceptionMessage::translate("A square or cross term has two factors at least, not {1}.") %
                               names.size(),
                           NCError::Error);
-        std::vector<Term> const &terms = m_definition.xTerms;
-        Term product = TermOf(0);
+        std::vector<int> factors;
         for (std::string const &name : names) {
             std::vector<int> const *const columns = m_variables.Find(name);
-            auto const factor = std::ranges::find_if(terms, [&](Term const &term) {
-                return columns && !term.IsProduct() && term.column == columns->front();
-            });
-            if (factor == terms.end())
+            auto const factor = columns ? m_xPlaces.find(columns->front()) : m_xPlaces.end();
+            if (factor == m_xPlaces.end())
                 throw NCError(
                     ExceptionMessage::translate("\"{1}\", a factor of a square or cross term, is no X variable "
                                                 "of the model.") %
                         name,
                     NCError::Error);
-            product.factors.push_back(static_cast<int>(factor - terms.begin()));
+            factors.push_back(factor->second);
         }
-        std::ranges::sort(product.factors);
-        AddUnlessKnown(std::move(product));
+        std::ranges::sort(factors);
+        AddUnlessKnown(std::move(factors));
     }
 
     ModelRequest const &m_request;
@@ -231,7 +233,9 @@ private:
     DataSetRecord m_record;
     NameList m_variables;
     NameList m_observations;
-    std::set<int> m_used; // columns that are not in X
+    std::set<int> m_used;                   // columns that are not in X
+    std::unordered_map<int, int> m_xPlaces; // of columns among the terms of X
+    std::set<std::vector<int>> m_products;  // the factors of those that are terms
     ModelDefinition m_definition;
 };
 

@@ -6,6 +6,9 @@
 
 #include <Eigen/LU>
 
+#include <algorithm>
+#include <set>
+
 namespace engine {
 
 Index Lead(Vector const &v) {
@@ -115,6 +118,20 @@ void Extraction::Add(Component const &component) {
     AppendColumn(m_components.ssX, component.ssX);
     AppendColumn(m_components.ssY, component.ssY);
     m_iterations.push_back(component.iterations);
+    if (component.lastChange)
+        m_unconverged.push_back({static_cast<int>(Size()), component.iterations, *component.lastChange});
+    m_scarceRows.push_back(component.scarceRows);
+}
+
+FitNotes Extraction::NotesOn(Index count) const {
+    FitNotes notes;
+    std::ranges::copy_if(m_unconverged, std::back_inserter(notes.unconverged),
+                         [&](Unconverged const &one) { return one.component <= count; });
+    std::set<Index> rows;
+    for (Index a = 0; a < std::min(count, Size()); ++a)
+        rows.insert(m_scarceRows[a].begin(), m_scarceRows[a].end());
+    notes.scarceRows = static_cast<int>(rows.size());
+    return notes;
 }
 
 bool Extraction::Exhausted() const {

@@ -22,12 +22,16 @@ public:
     Components const &Found() const { return m_components; }
     Scores const &FoundScores() const { return m_scores; }
     std::vector<int> const &Iterations() const { return m_iterations; }
+    // On the first `count` components.
+    FitNotes NotesOn(Index count) const;
 
 protected:
     struct Component {
         Vector t, p;
         Vector u, w, c, q; // empty for PCA
         int iterations = 1;
+        std::optional<double> lastChange; // of t, where the iteration was stopped
+        std::vector<Index> scarceRows;
         // Residual sums of squares that it leaves.
         Vector ssX, ssY;
     };
@@ -61,6 +65,8 @@ private:
 
     Components const *m_reference;
     std::vector<int> m_iterations;
+    std::vector<Unconverged> m_unconverged;
+    std::vector<std::vector<Index>> m_scarceRows; // of each component
 };
 
 // No component yet: the sizes of blocks and their sums of squares.

@@ -9,13 +9,14 @@ namespace engine {
 namespace {
 
 // Whether the last component predicts, in all or for enough terms, and is not negligible (Wold 1978; Wold et al. 2001).
-bool LastIsSignificant(Components const &model, Matrix const &press) {
+bool LastIsSignificant(Components const &model, ComparedErrors const &press) {
     auto const a = model.Predictive();
+    auto const &[errors, before] = press;
     Index improved = 0;
-    for (Index k = 0; k < press.rows(); ++k)
-        improved += Improves(press(k, a), press(k, a - 1));
-    auto const predicts = Improves(press.col(a).sum(), press.col(a - 1).sum()) ||
-                          static_cast<double>(improved) >= std::sqrt(static_cast<double>(press.rows()));
+    for (Index k = 0; k < errors.size(); ++k)
+        improved += Improves(errors[k], before[k]);
+    auto const predicts = Improves(errors.sum(), before.sum()) ||
+                          static_cast<double>(improved) >= std::sqrt(static_cast<double>(errors.size()));
     auto const weighty = model.TakenX(a - 1).sum() >= 0.01 * model.ssX.col(0).sum() ||
                          (model.ssY.rows() > 0 && model.TakenY(a - 1).sum() >= 0.01 * model.ssY.col(0).sum());
     return predicts && weighty;
@@ -29,7 +30,7 @@ Index GrowWhileSignificant(Extraction &model, CrossValidator &validator, Index l
         if (model.Found().Predictive() < a)
             break;
         validator.Extend(Progress());
-        if (LastIsSignificant(model.Found(), validator.Press()))
+        if (LastIsSignificant(model.Found(), validator.LastErrors()))
             significant = a;
         progress.Report(static_cast<double>(a) / static_cast<double>(limit));
     }
@@ -51,7 +52,7 @@ FittedModel FitInOrder(ModelDefinition const &definition, Workset const &workset
     auto const extraction = Extraction::Start(workset.x, workset.y, nullptr);
     std::optional<CrossValidator> validator;
     if (!roundOfRow.empty())
-        validator.emplace(workset, roundOfRow, *extraction);
+        validator.emplace(workset, roundOfRow, *extraction, definition.q2);
     auto const open = definition.components == ModelDefinition::autofit;
     Index components = 0;
     if (open && validator)
@@ -70,6 +71,7 @@ FittedModel FitInOrder(ModelDefinition const &definition, Workset const &workset
     model.scores.t = scores.t.leftCols(components);
     model.scores.u = scores.u.leftCols(std::min(components, scores.u.cols()));
     model.iterations.assign(extraction->Iterations().begin(), extraction->Iterations().begin() + components);
+    model.notes = extraction->NotesOn(components);
     if (validator)
         model.crossValidation = validator->Result(components);
     return model;
@@ -102,6 +104,10 @@ Components FirstComponents(Components const &components, Index predictive) {
 
 FittedModel Fit(ModelDefinition const &definition, Workset const &workset, Progress const &progress) {
     auto const rows = workset.x.Rows();
+    if (definition.q2 == Q2Form::Deflated && definition.HasOrthogonal())
+        throw NCError(ExceptionMessage::translate("Q2 on deflated matrices is defined for PCA and PLS, not for models "
+                                                  "with orthogonal components. Expected full rounds."),
+                      NCError::Error);
     CheckGroups(definition, rows);
     auto const roundOfRow = RoundsOfRows(definition, rows);
     auto model = (definition.HasOrthogonal() ? FitOrthogonal : FitInOrder)(definition, workset, roundOfRow, progress);

@@ -144,6 +144,7 @@ FittedModel FitOrthogonal(ModelDefinition const &definition, Workset const &work
     model.components = std::move(fit.components);
     model.scores = std::move(fit.scores);
     model.iterations.assign(model.components.All(), 1);
+    model.notes = std::move(fit.notes);
     model.crossValidation = std::move(validation);
     return model;
 }

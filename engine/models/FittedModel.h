@@ -57,6 +57,9 @@ struct CrossValidation {
     Matrix press;
     // Each row's scores from the round that left it out; 0 for a component that the round lacks.
     Scores excluded;
+    // Of Q2 on deflated matrices: the errors of each component where it follows those before it in the model of all
+    // rows, terms by A; otherwise without column.
+    Matrix deflatedPress;
 };
 
 // Models of all predictive and Y-side components with 0, 1, ..., Ax X-side orthogonal ones. Only of kinds with
@@ -68,6 +71,22 @@ struct Progression {
     // and for each model the prediction of each row from the round that left it out, rows by Y terms.
     Matrix press;
     std::vector<Matrix> predictedY;
+};
+
+// A component whose iteration was stopped before it converged (Wold 1976).
+struct Unconverged {
+    int component = 0; // from 1, in the order of extraction
+    int rounds = 0;
+    double change = 0; // of t in the last round: |t - t_before| / |t|
+    // Of the PLS model that tells the missing cells of a model with orthogonal components.
+    bool ofCompanion = false;
+};
+
+// What whoever asked for a fit should know of it. Nothing where no cell is missing.
+struct FitNotes {
+    std::vector<Unconverged> unconverged;
+    // Rows with so few observed cells, or of so little weight, that the denominator of a score is its least one.
+    int scarceRows = 0;
 };
 
 // All that a fit leaves behind. The rows of X and Y, and what derives from them, are in the workset.
@@ -85,6 +104,7 @@ struct FittedModel {
 
     std::optional<CrossValidation> crossValidation;
     Progression progression;
+    FitNotes notes;
 
     Index Rows() const { return scores.t.rows(); }
     // Whether any term of the block is centred, as 0 or 1: the degrees of freedom that centring takes.

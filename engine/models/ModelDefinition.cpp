@@ -20,6 +20,21 @@ double Transformation::Apply(double v) const {
     return v;
 }
 
+bool Transformation::Falls() const {
+    switch (kind) {
+    case TransformationKind::None:
+        return false;
+    case TransformationKind::NegLog:
+        return c1 > 0;
+    case TransformationKind::Logit:
+        return c2 < c1;
+    case TransformationKind::Power:
+        return c1 * c3 < 0;
+    default:
+        return c1 < 0;
+    }
+}
+
 double Transformation::Invert(double g) const {
     switch (kind) {
     case TransformationKind::None:

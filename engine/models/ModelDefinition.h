@@ -25,6 +25,8 @@ struct Transformation {
     double Apply(double v) const;
     // The v whose transform is g, NaN or infinite where there is none.
     double Invert(double g) const;
+    // Whether a larger v has the smaller transform.
+    bool Falls() const;
 
     bool operator==(Transformation const &) const = default;
 };
@@ -40,7 +42,8 @@ struct Term {
     double modifier = 1;
     double blockFactor = 1;
     // Local centring: what is subtracted from the transformed value, one number for each group of rows. None: nothing.
-    std::vector<float> centres = {};
+    // -99 for a group without; double, lest rounding leaves noise of a variable that is constant in each group.
+    std::vector<double> centres = {};
     // Of a square or cross term: the places, from 0, of the terms of the same block whose centred and scaled values
     // (but for modifier and block factor) are multiplied. They are columns, and stand before all products.
     std::vector<int> factors = {};
@@ -57,6 +60,15 @@ inline double SoftBlockFactor(int terms) {
 inline double HardBlockFactor(int terms) {
     return std::pow(terms, -0.5);
 }
+
+// What a component's squared errors of prediction, PRESS, are by which Q2 judges it.
+enum class Q2Form {
+    // Those of rounds that fit all components anew, compared with PRESS before the component (Bro et al. 2008).
+    Rounds,
+    // Those of rounds that fit the component to what those before it leave of X and Y, compared with the sum of squares
+    // of that (Wold 1978; Wold et al. 2001).
+    Deflated
+};
 
 // All that a fit needs to know beside the data. A plain value.
 struct ModelDefinition {
@@ -78,6 +90,7 @@ struct ModelDefinition {
     int groups = 7; // of the cross-validation, 0 for none
     // A group number for each row, or none: then row i, from 0, is in group i mod groups + 1.
     std::vector<int> givenGroups;
+    Q2Form q2 = Q2Form::Rounds; // the deflated one for PCA and PLS only
     double alpha = 0.05;
 
     bool HasY() const { return kind != ModelKind::Pca; }

@@ -14,8 +14,11 @@ double Ratio(double numerator, double denominator) {
     return denominator > 0 ? numerator / denominator : 0;
 }
 
-bool Converged(Vector const &t, Vector const &before) {
-    return (t - before).squaredNorm() < 1e-20 * t.squaredNorm();
+// |t - before| / |t|, below which an iteration has converged.
+constexpr double tolerance = 1e-10;
+
+double Change(Vector const &t, Vector const &before) {
+    return Ratio((t - before).norm(), t.norm());
 }
 
 } // namespace
@@ -45,6 +48,24 @@ public:
             kernels.loadings(rows, n, 0, m_addresses.size, t.data() + first, products.data());
         }
         return t;
+    }
+
+    // Scores for which a missing cell of a row that has others counts as the element of t w': over the observed cells
+    // alone, a score runs away where w passes near 0 in them. A row without any gets 0.
+    Vector FilledScoresOf(Vector const &w, Vector const &t) const {
+        Vector u = ScoreProducts(m_addresses, w);
+        for (Index i = 0; i < u.size(); ++i)
+            u[i] += FilledPart(w, t[i], m_view.MissingIn(i));
+        return u * Ratio(1, w.squaredNorm());
+    }
+
+    // Rows whose score on w has the least denominator.
+    std::vector<Index> ScarceRows(Vector const &w) const {
+        std::vector<Index> rows;
+        for (Index i = 0; i < m_values.rows(); ++i)
+            if (DenominatorOfScore(w, w.squaredNorm(), m_view.MissingIn(i)).isBound)
+                rows.push_back(i);
+        return rows;
     }
 
     Vector ProductsOf(Vector const &t) const { return LoadingProducts(m_addresses, t); }
@@ -83,7 +104,7 @@ private:
         auto const total = w.squaredNorm();
         Vector inverse(m_values.rows());
         for (Index i = 0; i < inverse.size(); ++i)
-            inverse[i] = Ratio(1, ObservedSquares(w, total, m_view.MissingIn(i)));
+            inverse[i] = Ratio(1, DenominatorOfScore(w, total, m_view.MissingIn(i)).value);
         return inverse;
     }
 
@@ -123,6 +144,16 @@ void NipalsExtraction::Find(Index count) {
         --count;
 }
 
+bool NipalsExtraction::Ends(Component &found, Vector const &before) {
+    auto const change = Change(found.t, before);
+    if (change < tolerance)
+        return true;
+    if (found.iterations < maximalIterations)
+        return false;
+    found.lastChange = change;
+    return true;
+}
+
 bool NipalsExtraction::FindPca(Residual &e) {
     Component found;
     found.t = e.Column(Largest(m_components.ssX));
@@ -133,9 +164,10 @@ bool NipalsExtraction::FindPca(Residual &e) {
         found.p = found.iterations == 1 ? p : acceleration.Next(found.p, p).normalized();
         Vector const before = found.t;
         found.t = e.ScoresOf(found.p, products);
-        if (Converged(found.t, before) || found.iterations == maximalIterations)
+        if (Ends(found, before))
             break;
     }
+    found.scarceRows = e.ScarceRows(found.p);
     Orient(found);
     found.ssX = e.Deflate(found.t, found.p);
     found.ssY = Vector(0);
@@ -156,10 +188,11 @@ bool NipalsExtraction::FindPls(Residual &e, Residual &f) {
         Vector const before = found.t;
         found.t = e.ScoresOf(found.w, products);
         found.c = f.LoadingsOf(found.t);
-        found.u = f.ScoresOf(found.c);
-        if (m_y.Size() == 1 || Converged(found.t, before) || found.iterations == maximalIterations)
+        found.u = f.FilledScoresOf(found.c, found.t);
+        if (m_y.Size() == 1 || Ends(found, before))
             break;
     }
+    found.scarceRows = e.ScarceRows(found.w);
     found.p = e.LoadingsFrom(products, found.t);
     found.q = f.LoadingsOf(found.u);
     Orient(found);

@@ -15,6 +15,8 @@ private:
     class Residual;
 
     void Find(Index count) override;
+    // Whether the iteration is over: it has converged, or is stopped.
+    static bool Ends(Component &found, Vector const &before);
     bool FindPca(Residual &e);
     bool FindPls(Residual &e, Residual &f);
 };

@@ -119,7 +119,7 @@ OrthogonalFit OrthogonalExtraction::Fit(ComponentCounts counts, Components const
 
     DirectPlsExtraction predictive(x, y, reference, std::move(orthogonal), std::move(scores), product);
     predictive.Extract(counts.predictive);
-    OrthogonalFit fit{predictive.Found(), predictive.FoundScores()};
+    OrthogonalFit fit{predictive.Found(), predictive.FoundScores(), {}};
     auto &found = fit.components;
     auto const &[t, u, to, uo] = fit.scores;
     auto const complete = m_x.Complete() && m_y.Complete();
@@ -134,6 +134,9 @@ OrthogonalFit OrthogonalExtraction::Fit(ComponentCounts counts, Components const
     auto const known = std::min(counts.predictive + counts.xOrthogonal, companion.Predictive());
     found.companionW = companion.w.leftCols(known);
     found.companionP = companion.p.leftCols(known);
+    fit.notes = m_companion->NotesOn(known);
+    for (auto &one : fit.notes.unconverged)
+        one.ofCompanion = true;
     // The next size has other values in the missing cells.
     if (!complete)
         m_filters.reset();

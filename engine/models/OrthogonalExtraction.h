@@ -17,6 +17,7 @@ struct ComponentCounts {
 struct OrthogonalFit {
     Components components;
     Scores scores;
+    FitNotes notes; // on the companion
 };
 
 // Fits OPLS and O2PLS models of several sizes to the same rows: the blocks are freed of what is orthogonal to the

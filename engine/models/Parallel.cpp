@@ -67,15 +67,24 @@ private:
 
 } // namespace
 
-void InParallel(std::size_t count, std::function<void(std::size_t)> const &work, Progress const &progress) {
+void StartThread(std::function<void()> run) {
+    std::thread(std::move(run)).detach();
+}
+
+void InParallel(std::size_t count, std::function<void(std::size_t)> const &work, Progress const &progress,
+                void (*start)(std::function<void()>)) {
     auto const calls = std::make_shared<Calls>(count, work);
     auto const threads = isInside ? 1 : std::min<std::size_t>(count, std::thread::hardware_concurrency());
     // Not joined: a helper that has not begun when all is done, on a busy machine, is not waited for.
-    for (std::size_t i = 1; i < threads; ++i)
-        std::thread([calls] {
-            while (calls->Next()) {
-            }
-        }).detach();
+    try {
+        for (std::size_t i = 1; i < threads; ++i)
+            start([calls] {
+                while (calls->Next()) {
+                }
+            });
+    } catch (std::exception const &) {
+        // Neither threads nor memory for more helpers. The caller must not unwind, since those that run use its data.
+    }
     while (calls->Next())
         calls->Guard([&] { progress.Report(calls->DonePart()); });
     calls->WaitForAll();

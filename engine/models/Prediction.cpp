@@ -13,7 +13,7 @@ void ProjectRow(Matrix const &weights, Matrix const &loadings, BlockView const &
     for (Index a = 0; a < t.cols(); ++a) {
         if (a >= known) {
             Vector const w = weights.col(a);
-            auto const squares = ObservedSquares(w, w.squaredNorm(), missing);
+            auto const squares = DenominatorOfScore(w, w.squaredNorm(), missing).value;
             t(row, a) = squares > 0 ? residual.dot(w) / squares : 0;
         }
         kernels.add(residual.size(), -t(row, a), loadings.col(a).data(), residual.data());
@@ -70,21 +70,20 @@ void PredictYScores(Components const &model, BlockView const &y, Scores &scores)
     for (Index i = 0; i < y.Rows(); ++i) {
         auto const missing = y.MissingIn(i);
         Vector residual = y.Row(i);
-        auto const score = [&](Vector const &weights) {
-            auto const squares = ObservedSquares(weights, weights.squaredNorm(), missing);
-            return squares > 0 ? residual.dot(weights) / squares : 0;
-        };
+        auto const ratio = [](double product, double squares) { return squares > 0 ? product / squares : 0; };
         auto const take = [&](double part, auto const &loadings) {
             residual -= part * loadings;
             for (auto const m : missing)
                 residual[m] = 0;
         };
         for (Index j = 0; j < scores.uo.cols(); ++j) {
-            scores.uo(i, j) = score(model.co.col(j));
+            Vector const w = model.co.col(j);
+            scores.uo(i, j) = ratio(residual.dot(w), DenominatorOfScore(w, w.squaredNorm(), missing).value);
             take(scores.uo(i, j), model.qo.col(j));
         }
         for (Index a = 0; a < scores.u.cols(); ++a) {
-            scores.u(i, a) = score(model.c.col(a));
+            Vector const c = model.c.col(a);
+            scores.u(i, a) = ratio(residual.dot(c) + FilledPart(c, scores.t(i, a), missing), c.squaredNorm());
             take(scores.t(i, a), model.c.col(a));
         }
     }

@@ -14,7 +14,8 @@ Scores PredictScores(Components const &model, BlockView const &x);
 // Adds to `t` (rows by any first components) the columns of the other components.
 void ExtendScores(Components const &model, BlockView const &x, Matrix &t);
 
-// Adds scores u and, where the model has them, u_o of rows whose Y is known to `scores`, which hold t.
+// Adds scores u and, where the model has them, u_o of rows whose Y is known to `scores`, which hold t. For u, a missing
+// response of a row that has others counts as t c, as in the fit.
 void PredictYScores(Components const &model, BlockView const &y, Scores &scores);
 
 // B = W* C' of the first `predictive` components, X terms by Y terms: the prediction of complete rows is X B.

@@ -48,14 +48,18 @@ TermScale Measure(Term const &term, Eigen::Ref<Vector const> const &observed) {
     scale.observed = static_cast<int>(observed.size());
     if (scale.observed == 0)
         return scale;
-    auto const mean = observed.mean();
+    // The second pass takes away what rounding has left of the sum over many rows.
+    auto const rough = observed.mean();
+    auto const mean = rough + (observed.array() - rough).mean();
     if (scale.observed > 1)
         scale.deviation = std::sqrt((observed.array() - mean).square().sum() / (scale.observed - 1));
     scale.centred = Centres(term.scaling);
     if (scale.centred)
         scale.offset = mean;
-    auto const constant = scale.deviation <= 1e-12 * std::abs(mean);
-    scale.weight = (constant ? 1 : ScalingWeight(term.scaling, scale.deviation)) * term.modifier * term.blockFactor;
+    if (scale.deviation <= 1e-12 * std::abs(mean))
+        scale.deviation = 0;
+    scale.weight = scale.IsConstant() ? 1 : ScalingWeight(term.scaling, scale.deviation);
+    scale.weight *= term.modifier * term.blockFactor;
     return scale;
 }
 
@@ -77,13 +81,17 @@ Vector Observed(Eigen::Ref<Vector const> const &values, Index count) {
     return observed;
 }
 
-// Some neighbouring terms, to the columns of `values` in their places. `scaleOf` gets a term's place, its transformed
-// column and the count of observed cells there, and answers how to scale it; it is called from several threads. Answers
+void Scale(Eigen::Ref<Vector> column, TermScale const &scale) {
+    column = (column.array() - scale.offset) * scale.weight;
+}
+
+// Some neighbouring terms, to the columns of `values` in their places. `scale` gets a term's place, its transformed
+// column and the count of observed cells there, and scales the column; it is called from several threads. Answers
 // whether no cell is missing.
-template <typename ScaleOf>
+template <typename ScaleColumn>
 bool Fill(RowMatrix &values, Index begin, Index end, std::vector<Term> const &terms,
           std::vector<TermScale> const &scales, SourceColumns const &source, std::vector<int> const &rows,
-          ScaleOf scaleOf) {
+          ScaleColumn scale) {
     // Columns at a time, so that whole cache lines of the result's rows are written.
     constexpr Index group = 16;
     Index const n = values.rows();
@@ -100,8 +108,7 @@ bool Fill(RowMatrix &values, Index begin, Index end, std::vector<Term> const &te
                 Index const observed = FillColumn(TermValues(terms, scales, first + k, source), rows, column.data());
                 if (observed < n)
                     complete = false;
-                TermScale const scale = scaleOf(first + k, column, observed);
-                column = (column.array() - scale.offset) * scale.weight;
+                scale(first + k, column, observed);
             }
             values.middleCols(first, count) = columns.leftCols(count);
         }
@@ -114,19 +121,22 @@ Block BuildBlock(std::vector<Term> const &terms, SourceColumns const &source, st
     auto const size = static_cast<Index>(terms.size());
     scales.assign(terms.size(), {});
     RowMatrix values(static_cast<Index>(rows.size()), size);
-    auto const scaleOf = [&](Index k, auto const &column, Index observed) {
-        scales[k] = Measure(terms[k], observed == column.size() ? column : Observed(column, observed));
+    auto const scale = [&](Index k, Eigen::Ref<Vector> column, Index observed) {
+        bool const isComplete = observed == column.size();
+        scales[k] = isComplete ? Measure(terms[k], column) : Measure(terms[k], Observed(column, observed));
         if (scales[k].observed == 0)
             throw NCError(ExceptionMessage::translate("Variable {1} has no value in the {2} chosen observations, after "
                                                       "its transformation. Expected at least one.") %
                               NameOf(terms, k, source) % rows.size(),
                           NCError::Error);
-        return scales[k];
+        Scale(column, scales[k]);
+        if (scales[k].centred && scales[k].IsConstant())
+            column *= 0; // and a missing cell stays NaN
     };
     // Products are made of scaled columns.
     Index const columns = std::ranges::find_if(terms, &Term::IsProduct) - terms.begin();
-    bool const complete = Fill(values, 0, columns, terms, scales, source, rows, scaleOf);
-    bool const productsComplete = Fill(values, columns, size, terms, scales, source, rows, scaleOf);
+    bool const complete = Fill(values, 0, columns, terms, scales, source, rows, scale);
+    bool const productsComplete = Fill(values, columns, size, terms, scales, source, rows, scale);
     return Block(std::move(values), complete && productsComplete);
 }
 
@@ -154,7 +164,7 @@ Block ScaleRows(std::vector<Term> const &terms, std::vector<TermScale> const &sc
                 std::vector<int> const &rows) {
     RowMatrix values(static_cast<Index>(rows.size()), static_cast<Index>(terms.size()));
     bool const complete = Fill(values, 0, values.cols(), terms, scales, source, rows,
-                               [&](Index k, auto const &, Index) { return scales[k]; });
+                               [&](Index k, Eigen::Ref<Vector> column, Index) { Scale(column, scales[k]); });
     return Block(std::move(values), complete);
 }
 

@@ -28,11 +28,12 @@ public:
 struct TermScale {
     double offset = 0;
     double weight = 1;
-    // Of g over the observed cells, divisor count - 1; 0 with fewer than two of them.
+    // Of g over the observed cells, divisor count - 1; 0 with fewer than two of them and where it is but rounding.
     double deviation = 0;
     int observed = 0;
     bool centred = false;
 
+    bool IsConstant() const { return deviation == 0; }
     double Unscale(double x) const { return x / weight + offset; }
 
     bool operator==(TermScale const &) const = default;
@@ -65,8 +66,8 @@ public:
         if (m_term.centres.empty())
             return 0;
         int const group = row < m_groups.size() ? m_groups[row] : -1;
-        float const centre = group < 0 ? missingValue : m_term.centres[static_cast<std::size_t>(group)];
-        return ::IsMissing(centre) ? missing : centre;
+        double const centre = group < 0 ? missingValue : m_term.centres[static_cast<std::size_t>(group)];
+        return centre == missingValue ? missing : centre;
     }
     double Centred(std::size_t row) const { return Transformed(row) - Centre(row); }
     double Scaled(std::size_t row) const { return (Centred(row) - m_scale.offset) * m_scale.weight; }
@@ -75,6 +76,7 @@ public:
     double Unscale(std::size_t row, double scaled) const { return m_scale.Unscale(scaled) + Centre(row); }
     double ToSource(std::size_t row, double scaled) const { return m_term.transformation.Invert(Unscale(row, scaled)); }
     double Weight() const { return m_scale.weight; }
+    bool Falls() const { return m_term.transformation.Falls(); }
 
     // Whether the values are the cells as they are, -99 for a missing one: neither transformed nor centred locally.
     bool IsPlain() const {
@@ -103,6 +105,7 @@ private:
 };
 
 // X and Y of a model: chosen rows and columns of a data set, transformed, centred and scaled. Y has no column for PCA.
+// A centred term that is constant is exactly 0.
 struct Workset {
     Block x, y;
     std::vector<TermScale> xScales, yScales;

@@ -132,7 +132,7 @@ TablePtr T2Range(RowSource const &source, int first, int last, int batch) {
     int const all = static_cast<int>(predictive + fit.components.XOrthogonal());
     if (!rows || all == 0)
         return nullptr;
-    first = first < 1 ? 1 : std::min(first, all);
+    first = first == -1 ? all : std::clamp(first, 1, all);
     last = last < 1 ? all : std::min(last, all);
     if (first > last)
         std::swap(first, last);

@@ -30,37 +30,50 @@ TablePtr Rows(ModelView const &model, char const *name, ColumnIDs const &columns
     return answer.Take();
 }
 
-// Correlation of each term with the scores of one component, over the rows where both are observed; NaN where one of
-// them does not vary.
-Vector Correlations(Block const &block, Vector const &scores, Eigen::VectorXi const &observed) {
-    Index const terms = block.Size();
-    Vector sumX = Vector::Zero(terms), sumXX = sumX, sumTX = sumX;
-    // Over all rows, and the part of each term's missing cells in it.
-    double allT = 0, allTT = 0, rows = 0;
-    Vector lostT = sumX, lostTT = sumX, lost = sumX;
+// Means of each term, and of t, over the rows where both are observed.
+struct PairedMeans {
+    Vector x, t;
+};
+
+PairedMeans MeansOf(Block const &block, Vector const &scores, Eigen::VectorXi const &observed) {
+    PairedMeans sums{Vector::Zero(block.Size()), Vector::Zero(block.Size())};
+    Vector counts = sums.x;
     for (Index row = 0; row < block.Rows(); ++row) {
         if (observed[row] == 0)
             continue;
-        auto const x = block.Values().row(row).transpose();
-        double const t = scores[row];
-        sumX += x;
-        sumXX += x.cwiseAbs2();
-        sumTX += t * x;
-        allT += t;
-        allTT += t * t;
-        rows += 1;
+        sums.x += block.Values().row(row).transpose();
+        sums.t.array() += scores[row];
+        counts.array() += 1;
         for (std::uint32_t const column : block.MissingIn(row)) {
-            lostT[column] += t;
-            lostTT[column] += t * t;
-            lost[column] += 1;
+            sums.t[column] -= scores[row];
+            counts[column] -= 1;
         }
     }
-    Vector const sumT = allT - lostT.array(), sumTT = allTT - lostTT.array(), count = rows - lost.array();
-    Vector const spreadX = sumXX.array() - sumX.array().square() / count.array();
-    Vector const spreadT = sumTT.array() - sumT.array().square() / count.array();
-    Vector const both = sumTX.array() - sumX.array() * sumT.array() / count.array();
-    // What is left of a constant term is the rounding of its sums.
-    auto const varies = spreadX.array() > 1e-12 * sumXX.array() && spreadT.array() > 1e-12 * sumTT.array();
+    return {sums.x.cwiseQuotient(counts), sums.t.cwiseQuotient(counts)};
+}
+
+// Correlation of each term with the scores of one component, over the rows where both are observed; NaN where one of
+// them does not vary. In two passes, since terms need not be centred.
+Vector Correlations(Block const &block, Vector const &scores, Eigen::VectorXi const &observed) {
+    auto const [meanX, meanT] = MeansOf(block, scores, observed);
+    Vector spreadX = Vector::Zero(block.Size()), spreadT = spreadX, both = spreadX, squaresX = spreadX,
+           squaresT = spreadX;
+    Vector x, t;
+    for (Index row = 0; row < block.Rows(); ++row) {
+        if (observed[row] == 0)
+            continue;
+        x = block.Values().row(row).transpose() - meanX;
+        t = scores[row] - meanT.array();
+        for (std::uint32_t const column : block.MissingIn(row))
+            x[column] = t[column] = 0;
+        spreadX += x.cwiseAbs2();
+        spreadT += t.cwiseAbs2();
+        both += x.cwiseProduct(t);
+        squaresX += block.Values().row(row).transpose().cwiseAbs2();
+        squaresT.array() += scores[row] * scores[row];
+    }
+    // What is left of a constant term is the rounding of its mean.
+    auto const varies = spreadX.array() > 1e-24 * squaresX.array() && spreadT.array() > 1e-24 * squaresT.array();
     return varies.select(both.array() / (spreadX.array() * spreadT.array()).sqrt(), std::nan(""));
 }
 

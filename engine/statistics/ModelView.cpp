@@ -6,11 +6,31 @@
 #include "platform/numerics/Sta.h"
 #include "platform/project/NCProject.h"
 
+#include "platform/text/Exception.h"
+
+#include <algorithm>
 #include <numeric>
 
 namespace engine {
 
 namespace {
+
+// The definition, when its terms and rows are in the data set: a stored model may have been damaged.
+ModelDefinition const &Checked(ModelDefinition const &definition, DataSet const &dataSet) {
+    auto const isWithin = [](int place, std::size_t size) {
+        return place >= 0 && static_cast<std::size_t>(place) < size;
+    };
+    auto const hasColumn = [&](Term const &term) {
+        return term.IsProduct() || isWithin(term.column, dataSet.GetVariables().size());
+    };
+    auto const hasRow = [&](int row) { return isWithin(row, dataSet.GetObservations().size()); };
+    if (!std::ranges::all_of(definition.xTerms, hasColumn) || !std::ranges::all_of(definition.yTerms, hasColumn) ||
+        !std::ranges::all_of(definition.rows, hasRow))
+        throw NCError(ExceptionMessage::translate("The saved model is damaged: it has terms or observations that its "
+                                                  "data set lacks."),
+                      NCError::Error);
+    return definition;
+}
 
 ColumnTerms TermsOf(std::vector<Term> const &terms, DataSet const &dataSet) {
     ColumnTerms result;
@@ -62,9 +82,10 @@ std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos 
 
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
-      m_source(m_fit.definition, m_dataSet, m_dataSet), m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)),
-      m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)), m_xColumns(m_xTerms, project, number),
-      m_yColumns(m_yTerms, project, number), m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
+      m_source(Checked(m_fit.definition, *m_dataSet), m_dataSet, m_dataSet),
+      m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
+      m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
+      m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
       m_yxColumns(Joined(m_yTerms, m_xTerms), project, number) {
     for (ColumnTerms const *terms : {&m_xTerms, &m_yTerms})
         for (ColumnTerm const &term : *terms)
@@ -153,7 +174,8 @@ DefaultCenterValues ModelView::GetCenterValues() const {
     for (Side const &side : {Side::X(*this), Side::Y(*this)})
         for (Index term = 0; term < side.all.Size(); ++term)
             if (auto const &centres = side.terms[static_cast<std::size_t>(term)].centres; !centres.empty())
-                values.variables.push_back({side.all[static_cast<int>(term) + 1].GetMotherVariable(1), centres});
+                values.variables.push_back(
+                    {side.all[static_cast<int>(term) + 1].GetMotherVariable(1), {centres.begin(), centres.end()}});
     return values;
 }
 

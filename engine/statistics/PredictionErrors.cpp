@@ -24,8 +24,7 @@ Vector Leverages(RowSet const &rows, Index size) {
     return leverages;
 }
 
-// The lower (sign -1) or upper limit of the fitted response by its standard error. Formed in workset scale, it need not
-// be symmetric in other units, and a falling transformation exchanges the two.
+// The lower (sign -1) or upper limit of the fitted response by its standard error.
 TablePtr StandardErrorLimits(RowSource const &source, char const *name, int component, ColumnTerms const *terms,
                              Units units, int sign) {
     std::optional<Index> const size = ChosenSize(source.model.Fit(), component);
@@ -44,11 +43,9 @@ TablePtr StandardErrorLimits(RowSource const &source, char const *name, int comp
         double const deviation = std::sqrt(variances[term]);
         auto const row =
             answer.Add(source.model.Label(source.Name(name)) + AskedSizeLabel(source.model, *size) + side.Label(term));
-        for (Index i = 0; i < rows->Size(); ++i) {
-            double const one = cells.InUnits(i, predicted[i] - deviation * widths[i], units);
-            double const other = cells.InUnits(i, predicted[i] + deviation * widths[i], units);
-            row[static_cast<std::size_t>(i)] = ToStored((other < one) == (sign < 0) ? other : one);
-        }
+        for (Index i = 0; i < rows->Size(); ++i)
+            row[static_cast<std::size_t>(i)] =
+                ToStored(cells.Limit(i, predicted[i], deviation * widths[i], units, sign));
     }
     return answer.Take();
 }
@@ -101,7 +98,7 @@ TablePtr ConfidenceLimits(ModelView const &model, Subject const &subject, char c
         TermCells const cells(*rows, side, term);
         Vector const predicted = PredictedY(*rows, term, *size);
         for (Index i = 0; i < rows->Size(); ++i)
-            row[static_cast<std::size_t>(i)] = ToStored(cells.InUnits(i, predicted[i] + sign * widths[i], units));
+            row[static_cast<std::size_t>(i)] = ToStored(cells.Limit(i, predicted[i], widths[i], units, sign));
     }
     return answer.Take();
 }

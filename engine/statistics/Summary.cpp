@@ -1,3 +1,4 @@
+#include "engine/models/CrossValidation.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/RowSet.h"
 
@@ -46,10 +47,16 @@ double ErrorSquares(ModelView const &model, Index first) {
     return model.Fit().crossValidation->press.col(std::min(first, model.Fit().components.Predictive())).sum();
 }
 double Predicted(ModelView const &model, Index first) {
-    return 1 - ErrorSquares(model, first) / ErrorSquares(model, first - 1);
+    auto const [errors, before] = ErrorsOf(*model.Fit().crossValidation, model.Fit().components, first);
+    return 1 - errors.sum() / before.sum();
 }
 double PredictedSoFar(ModelView const &model, Index first) {
-    return 1 - ErrorSquares(model, first) / ErrorSquares(model, 0);
+    if (model.Fit().definition.q2 == Q2Form::Rounds)
+        return 1 - ErrorSquares(model, first) / ErrorSquares(model, 0);
+    double left = 1;
+    for (Index a = 1; a <= first; ++a)
+        left *= 1 - Predicted(model, a);
+    return 1 - left;
 }
 
 double Eigenvalue(ModelView const &model, Index first) {

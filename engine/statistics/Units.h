@@ -58,6 +58,8 @@ public:
         // What is outside the domain of the transformation is missing in any units.
         return units == Units::Transformed || std::isnan(transformed) ? transformed : m_values.Source(place);
     }
+    // What the data set holds, whether the transformation has a value there or not.
+    double Raw(Index row) const { return m_values.Source(m_rows.SourceRow(row)); }
     // A prediction that the model makes in its own units.
     double InUnits(Index row, double scaled, Units units) const {
         if (units == Units::Scaled)
@@ -66,6 +68,15 @@ public:
             return m_scale.Unscale(scaled);
         std::size_t const place = m_rows.SourceRow(row);
         return units == Units::Transformed ? m_values.Unscale(place, scaled) : m_values.ToSource(place, scaled);
+    }
+    // One end of an interval about a prediction, all in workset scale: the lower for sign -1, the upper for 1. In other
+    // units it need not be symmetric, and a falling transformation exchanges the ends.
+    double Limit(Index row, double predicted, double halfWidth, Units units, int sign) const {
+        int const turn = units == Units::Source && m_values.Falls() ? -1 : 1;
+        double const end = InUnits(row, predicted + sign * turn * halfWidth, units);
+        double const other = InUnits(row, predicted - sign * turn * halfWidth, units);
+        // They may lie on both sides of a pole.
+        return (other - end) * sign > 0 ? other : end;
     }
     // What is observed less such a prediction.
     double Residual(Index row, double scaled, Units units) const {

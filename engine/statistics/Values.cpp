@@ -13,7 +13,7 @@ namespace {
 
 // What is asked of each cell.
 struct Quantity {
-    enum Kind { Observed, Predicted, Residual, Standardised };
+    enum Kind { Raw, Observed, Predicted, Residual, Standardised };
 
     Kind kind = Observed;
     Units units = Units::Source;
@@ -54,6 +54,11 @@ template <typename Put>
 void ForCells(RowSet const &rows, Predictor const &block, Index term, Quantity const &quantity, Vector const &variances,
               Put put) {
     TermCells const cells(rows, block.side(rows.Model()), term);
+    if (quantity.kind == Quantity::Raw) {
+        for (Index i = 0; i < cells.Size(); ++i)
+            put(i, ToStored(cells.Raw(i)));
+        return;
+    }
     if (quantity.kind == Quantity::Observed) {
         if (std::span<float const> const stored = cells.Stored(quantity.units); !stored.empty())
             for (Index i = 0; i < cells.Size(); ++i)
@@ -255,10 +260,10 @@ void AddValueHandlers(Handlers &handlers) {
     using enum Operation;
     AddObserved<GetXVar, GetXVarPS>(handlers, "XVar", xBlock);
     AddObserved<GetYVar, GetYVarPS>(handlers, "YVar", yBlock);
-    OnRows<GetYVarUntreated, GetYVarUntreatedPS>(handlers, [](RowSource const &source, ColumnTerms const *terms,
-                                                              int batch) {
-        return ByTerm(source.Name("YVarDS"), source.Rows(batch), yBlock, terms, {Quantity::Observed, Units::Source});
-    });
+    OnRows<GetYVarUntreated, GetYVarUntreatedPS>(
+        handlers, [](RowSource const &source, ColumnTerms const *terms, int batch) {
+            return ByTerm(source.Name("YVarDS"), source.Rows(batch), yBlock, terms, {Quantity::Raw});
+        });
     AddPredicted<GetXVarPred, GetXVarPredPS>(handlers, "XVarPred", xBlock);
     AddPredicted<GetYPred, GetYPredPS>(handlers, "YPred", yBlock);
     AddResiduals<GetXVarRes, GetXVarResPS>(handlers, "XVarRes", xBlock);

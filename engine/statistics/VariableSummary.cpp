@@ -1,3 +1,4 @@
+#include "engine/models/CrossValidation.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
 
@@ -48,10 +49,16 @@ auto ErrorSquares(ModelView const &model, Index first) {
     return model.Fit().crossValidation->press.col(std::min(first, model.Fit().components.Predictive())).array();
 }
 Vector Predicted(ModelView const &model, Index first) {
-    return 1 - ErrorSquares(model, first) / ErrorSquares(model, first - 1);
+    auto const [errors, before] = ErrorsOf(*model.Fit().crossValidation, model.Fit().components, first);
+    return 1 - errors.array() / before.array();
 }
 Vector PredictedSoFar(ModelView const &model, Index first) {
-    return 1 - ErrorSquares(model, first) / ErrorSquares(model, 0);
+    if (model.Fit().definition.q2 == Q2Form::Rounds)
+        return 1 - ErrorSquares(model, first) / ErrorSquares(model, 0);
+    Vector left = Vector::Ones(model.Fit().crossValidation->press.rows());
+    for (Index a = 1; a <= first; ++a)
+        left.array() *= 1 - Predicted(model, a).array();
+    return 1 - left.array();
 }
 
 bool IsValidatedPca(ModelView const &model) {
@@ -82,6 +89,16 @@ struct TermSummary {
     bool zero = false; // component 0 stands for no component at all
 };
 
+// A term that does not vary has no part that a model could describe.
+Vector FiguresOf(TermSummary const &summary, ModelView const &model, Index first) {
+    std::vector<TermScale> const &scales = summary.side(model).scales;
+    Vector figures = summary.figures(model, first);
+    for (std::size_t term = 0; term < scales.size(); ++term)
+        if (scales[term].IsConstant())
+            figures[static_cast<Index>(term)] = notComputable;
+    return figures;
+}
+
 template <Operation table, Operation columns>
 void AddOverTerms(Handlers &handlers, TermSummary const &summary) {
     handlers.On<table>([summary](ModelView const &model, IntList const *components) -> TablePtr {
@@ -89,7 +106,7 @@ void AddOverTerms(Handlers &handlers, TermSummary const &summary) {
             return nullptr;
         Answer answer(summary.side(model).columns);
         for (Index const first : Chosen(model, components, summary.zero))
-            answer.Add(model.Label(summary.name) + SizeLabel(first), summary.figures(model, first));
+            answer.Add(model.Label(summary.name) + SizeLabel(first), FiguresOf(summary, model, first));
         return answer.Take();
     });
     handlers.On<columns>([summary](ModelView const &model) {
@@ -107,7 +124,7 @@ void AddOverComponents(Handlers &handlers, TermSummary const &summary) {
         Side const side = summary.side(model);
         Matrix figures(side.columns.Size(), all);
         for (Index first = 1; first <= all; ++first)
-            figures.col(first - 1) = summary.figures(model, first);
+            figures.col(first - 1) = FiguresOf(summary, model, first);
         Answer answer(model.ComponentColumns());
         for (Index const term : ChosenTerms(side.all, terms))
             answer.Add(model.Label(summary.name) + side.Label(term), figures.row(term).transpose());

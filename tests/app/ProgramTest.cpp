@@ -453,6 +453,17 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
         EXPECT_THAT(outcome.error, HasSubstr(row.error)) << row.line;
     }
     EXPECT_THAT(Run("summary o.project --model 9").error, HasSubstr("There is no model 9."));
+    EXPECT_THAT(Run("fit o.project --type opls --y y --q2 deflated").error, HasSubstr("defined for PCA and PLS"));
+    // What is to be known of a fit stands beside it, and nothing when there is nothing.
+    Write("k.csv", "id,a,k,b\n1,1,7,2\n2,2,7,1\n3,3,7,5\n4,4,7,3\n");
+    Done("import k.project k.csv");
+    std::string const fitted = Done("fit k.project --type pca --components 1 --cv-groups 2 --q2 deflated");
+    Outcome const listed = Run("summary k.project --model 1 --format csv");
+    for (std::string const &text : {fitted, Done("summary k.project --model 1"), listed.error})
+        EXPECT_THAT(text,
+                    HasSubstr("Constant, and so without part in the model: k.\nQ2 is that on deflated matrices."));
+    EXPECT_EQ(Fields(listed.out).size(), 2u);
+    EXPECT_THAT(Done("fit k.project --type pca --components 1 --exclude k"), testing::Not(HasSubstr("Constant")));
 }
 
 TEST_F(Program, CentresByGroupsAndMultipliesVariables) {

@@ -126,6 +126,50 @@ TEST_P(Models, CrossValidateByRefitting) {
     EXPECT_LE(Difference(validation.press, press), 1e-6 * press.maxCoeff());
 }
 
+// Rounds of one component by the plain iteration, on what the components before leave.
+TEST_P(Models, CrossValidateDeflatedMatrices) {
+    auto definition = Define(m_cells, GetParam().responses, 3, 4);
+    definition.q2 = Q2Form::Deflated;
+    Fitted const fitted(m_cells, definition);
+    auto const &[workset, model] = fitted;
+    auto const hasY = GetParam().responses > 0;
+    RowMatrix e = m_cells.leftCols(GetParam().columns), f = m_cells.rightCols(GetParam().responses);
+    for (auto const &[left, block] : {std::pair(&e, &workset.x), std::pair(&f, &workset.y)})
+        *left = left->array().isNaN().select(nan, block->Values());
+    Matrix press = Matrix::Zero(hasY ? f.cols() : e.cols(), 3);
+    for (Index a = 0; a < 3; ++a) {
+        Block const x(e), y(f);
+        for (auto const &[in, out] : SplitRows(model.crossValidation->roundOfRow)) {
+            NipalsExtraction round(BlockView(x, in), BlockView(y, in), nullptr);
+            round.Extract(1);
+            auto const &found = round.Found();
+            auto const t = PredictScores(found, BlockView(x, out)).t;
+            for (Index i = 0; i < t.rows(); ++i)
+                for (Index k = 0; k < press.rows(); ++k) {
+                    auto const row = out[i];
+                    if ((hasY ? y : x).IsMissing(row, k))
+                        continue;
+                    // The score of a row of PCA is that of its other cells.
+                    Vector others = hasY ? Vector(1) : Vector(found.p);
+                    for (Index other = 0; !hasY && other < others.size(); ++other)
+                        if (other == k || x.IsMissing(row, other))
+                            others[other] = 0;
+                    auto const error =
+                        hasY ? f(row, k) - t(i, 0) * found.c(k, 0)
+                             : e(row, k) - found.p(k, 0) * x.Values().row(row).dot(others) / others.squaredNorm();
+                    press(k, a) += error * error;
+                }
+        }
+        e -= model.scores.t.col(a) * model.components.p.col(a).transpose();
+        if (hasY)
+            f -= model.scores.t.col(a) * model.components.c.col(a).transpose();
+    }
+    EXPECT_LE(Difference(model.crossValidation->deflatedPress, press), 1e-6 * press.maxCoeff());
+    auto const [errors, before] = ErrorsOf(*model.crossValidation, model.components, 2);
+    EXPECT_LE(Difference(errors, press.col(1)), 1e-6 * press.maxCoeff());
+    EXPECT_EQ(before, (hasY ? model.components.ssY : model.components.ssX).col(1));
+}
+
 Shape const complete[] = {{40, 8, 0, 4, 0}, {12, 30, 0, 4, 0}, {150, 90, 0, 3, 0}, {80, 200, 0, 3, 0},
                           {40, 8, 1, 4, 0}, {12, 30, 1, 4, 0}, {150, 90, 3, 5, 0}, {30, 100, 80, 3, 0}};
 Shape const incomplete[] = {
@@ -231,6 +275,65 @@ TEST(ModelProperties, MissingOutlierDoesNotSpoilItsColumn) {
     others[4] = 0;
     auto const third = x.Values().col(2).dot(others) / others.squaredNorm();
     EXPECT_NEAR(p(2, 0) / p(0, 0), third / first, 1e-9 * std::abs(third / first));
+}
+
+// Rows that lack some of several responses do not keep the iteration from its end, nor does the order of responses
+// change what it finds.
+TEST(ModelProperties, HolesInResponsesConvergeInAnyOrder) {
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        RowMatrix cells = Random(60, 3, seed) * Random(3, 11, seed + 100) + 2 * Random(60, 11, seed + 200);
+        std::mt19937 generator(seed);
+        std::bernoulli_distribution lost(0.05);
+        for (auto &cell : cells.rightCols(3).reshaped())
+            if (lost(generator))
+                cell = nan;
+        auto definition = Define(cells, 3, 4);
+        auto const model = Fitted(cells, definition).model;
+        std::ranges::reverse(definition.yTerms);
+        auto const turned = Fitted(cells, definition).model;
+        EXPECT_TRUE(model.notes.unconverged.empty() && turned.notes.unconverged.empty()) << seed;
+        EXPECT_LE(Difference(Signless(turned.scores.t, model.scores.t), model.scores.t), 1e-7) << seed;
+    }
+}
+
+// X'Y has two singular values that all but agree, so that thousands of rounds do not part them. The last row, without
+// any value, makes no difference to that.
+TEST(ModelProperties, WhatDoesNotConvergeIsKnown) {
+    Matrix const x = Table({{1, 1}, {1, -1}, {-1, 1}, {-1, -1}});
+    Matrix const y = x * Table({{0.8, 0.6}, {-0.6 * (1 - 1e-6), 0.8 * (1 - 1e-6)}});
+    RowMatrix cells = RowMatrix::Constant(5, 4, nan);
+    cells.topRows(4) << x, y;
+    auto definition = Define(cells, 2, 1);
+    for (auto *const terms : {&definition.xTerms, &definition.yTerms})
+        for (auto &term : *terms)
+            term.scaling = ScalingKind::Centred;
+    for (auto const kind : {ModelKind::Pls, ModelKind::Opls}) {
+        definition.kind = kind;
+        auto const model = FittedModel::Load(Fitted(cells, definition).model.Save());
+        ASSERT_EQ(model.notes.unconverged.size(), 1);
+        auto const &[component, rounds, change, ofCompanion] = model.notes.unconverged.front();
+        EXPECT_EQ(component, 1);
+        EXPECT_EQ(rounds, 5000);
+        EXPECT_TRUE(change > 1e-10 && change < 1e-3) << change;
+        EXPECT_EQ(ofCompanion, kind == ModelKind::Opls);
+        EXPECT_EQ(model.iterations[0], ofCompanion ? 1 : 5000);
+    }
+}
+
+// The first row is observed only in the last column, which has next to no part in the component.
+TEST(ModelProperties, ScoresOfScarceRowsDoNotRunAway) {
+    RowMatrix cells = Random(30, 1, 5) * RowMatrix::Ones(1, 6) + 0.01 * Random(30, 6, 6);
+    cells.col(5) = 1e-4 * Random(30, 1, 7);
+    cells.row(0).head(5).setConstant(nan);
+    auto definition = Define(cells, 0, 1);
+    for (auto &term : definition.xTerms)
+        term.scaling = ScalingKind::Centred;
+    Fitted const fitted(cells, definition);
+    auto const &[workset, model] = fitted;
+    EXPECT_EQ(model.notes.scarceRows, 1);
+    double const expected = workset.x.Values()(0, 5) * model.components.p(5, 0) / (0.01 / 6);
+    EXPECT_NEAR(model.scores.t(0, 0), expected, 1e-12);
+    EXPECT_NEAR(PredictScores(model.components, workset.x).t(0, 0), expected, 1e-12);
 }
 
 TEST(ModelProperties, TurningAColumnTurnsItsElements) {

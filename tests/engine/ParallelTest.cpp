@@ -4,6 +4,8 @@
 
 #include <atomic>
 #include <stdexcept>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 namespace engine {
@@ -26,6 +28,23 @@ TEST(InParallel, ThrowsOnWhatACallThrewAndDropsTheRest) {
     // Nested, so that the order is known.
     EXPECT_THROW(InParallel(2, [&](std::size_t outer) { InParallel(outer * 100, work); }), std::runtime_error);
     EXPECT_EQ(begun, 3);
+}
+
+// Every second thread cannot be made, from the first on.
+TEST(InParallel, GoesOnWithTheThreadsThatThereAre) {
+    static std::atomic<int> asked = 0;
+    auto const start = [](std::function<void()> run) {
+        if (asked++ % 2 == 0)
+            throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+        StartThread(std::move(run));
+    };
+    for (int repeat = 0; repeat < 4; ++repeat) {
+        std::vector<int> calls(50);
+        InParallel(
+            calls.size(), [&](std::size_t call) { ++calls[call]; }, {}, start);
+        EXPECT_EQ(calls, std::vector<int>(50, 1));
+    }
+    EXPECT_TRUE(asked >= 4 || std::thread::hardware_concurrency() < 2);
 }
 
 } // namespace

@@ -171,6 +171,12 @@ TEST(ReadTable, ReadsLongFilesAndCanBeCancelled) {
     EXPECT_EQ(std::ranges::count(table.columns[1], -99.0f), rows - 1);
     EXPECT_EQ(table.observations[1].texts[rows - 2], "n" + std::to_string(rows - 2));
 
+    // Blocks that end in the middle of a row, and of a number.
+    std::istringstream start(text.substr(0, 300) + "\n");
+    ImportedTable const small = ReadTable(start, "f", {}, {}, 0, 32);
+    EXPECT_EQ(small.columns[0].size(), small.ObservationCount());
+    EXPECT_EQ(small.columns[0][20], 20);
+
     double last = 0.0;
     std::istringstream stream(text);
     Progress const progress([&](double done) { return (last = done) < 0.5; });

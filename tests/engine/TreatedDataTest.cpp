@@ -88,8 +88,20 @@ TEST_F(TreatedData, GoesThroughEachTransformationAndBack) {
                    {"YPred M1,1,1,0,1,1", Scores, {29.879599, 92.893759, 343.995562, 12.163734, 743.931088}},
                    {"YPred M1,1,1,0,1,0", Scores, {1.475375, 1.967987, 2.536553, 1.085067, 2.871533}},
                    {"RMSEE M1,1,0,0", Loadings, {97.251534}}});
+    // Predictions of a response that falls: its limits do not change places. What has no logarithm is shown as it is.
+    request.transformations["y"] = {Kind::NegLog, 1, 0};
+    m_project->AddModel(request);
+    m_project->AddPredictions(Read("id,log,none,y\np,45,5,12\nq,95,3,-7\n"));
+    for (auto const &[lower, upper] :
+         {std::pair("SerrL M2,1,1,0", "SerrU M2,1,1,0"), std::pair("SerrLPS M2,1,1,0", "SerrUPS M2,1,1,0"),
+          std::pair("YPredPSConfInt- M2,1,1,0,1,1", "YPredPSConfInt+ M2,1,1,0,1,1")})
+        EXPECT_LT(Table(lower, Scores)->GetMatrix()(1, 2), Table(upper, Scores)->GetMatrix()(1, 2)) << upper;
+    GetProjectData const statistics(*m_project);
+    EXPECT_EQ(statistics.GetYVarUntreatedPS(2, nullptr, -1)->GetMatrix()(1, 2), -7);
+    EXPECT_TRUE(IsMissing(statistics.GetYVarPS(2, true, true, nullptr, -1, false)->GetMatrix()(1, 2)));
     // What the way back does not reach is missing: the logarithm of a negative prediction.
-    m_project->AddPredictions(Read("id,log,neglog,logit,exp,power,none\np,-4,9,1,-20,99,-9\nq,-6,9,1,-20,99,-9\n"));
+    m_project->AddPredictions(Read("id,log,neglog,logit,exp,power,none\np,-4,9,1,-20,99,-9\nq,-6,9,1,-20,99,-9\n"),
+                              true);
     EXPECT_LT(Table("XVarPredPS M1,1,4,0,1,0", Scores)->GetMatrix()(1, 1), 0);
     EXPECT_TRUE(IsMissing(Table("XVarPredPS M1,1,4,0,1,1", Scores)->GetMatrix()(1, 1)));
     // So is, in any units, what is outside of the domain.
@@ -97,6 +109,29 @@ TEST_F(TreatedData, GoesThroughEachTransformationAndBack) {
         EXPECT_TRUE(IsMissing(Table(text, Scores)->GetMatrix()(1, 2)) &&
                     !IsMissing(Table(text, Scores)->GetMatrix()(1, 1)))
             << text;
+}
+
+// A variable without variance has no part in what models tell of each variable, and the fit says which it is. It is
+// constant in each site only where there are centre values.
+TEST_F(TreatedData, TellsConstantTerms) {
+    m_project->AddDataSet(Read("id,site,x1,x2,x3,y\na,n,1,0.1,7,3\nb,n,3,0.1,7,5\nc,s,11,0.7,7,9\nd,s,14,0.7,7,14\n"
+                               "e,n,2,0.1,7,8\nf,s,9,0.7,7,1\n"));
+    m_project->SetLocalCentring(m_project->MeansOfGroups({1, "site", {"x2"}, {{"x2", {Kind::Log, 1, 0}}}}));
+    ModelRequest request;
+    request.components = 1;
+    request.crossValidationGroups = 3;
+    request.transformations = {{"x2", {Kind::Log, 1, 0}}};
+    m_project->AddModel(request);
+    EXPECT_EQ(m_project->QualityOf(1).constantTerms, (std::vector<std::string>{"x2", "x3"}));
+    request.localCentring = false;
+    request.scaling = ModelRequest::None; // and then x3 takes part as it is, but varies no more
+    m_project->AddModel(request);
+    EXPECT_EQ(m_project->QualityOf(2).constantTerms, std::vector<std::string>{"x3"});
+    for (std::string const model : {"M1", "M2"})
+        for (char const *const name : {"R2VX", "R2VXcum", "R2VXAdj", "Q2VX", "Q2VXcum", "S2VX", "MPowX", "p(corr)"}) {
+            TablePtr const table = Table(name + (" " + model) + ",1,0,0", Loadings);
+            EXPECT_TRUE(IsMissing(table->GetMatrix()(1, 3)) && !IsMissing(table->GetMatrix()(1, 1))) << model << name;
+        }
 }
 
 char const *const sites = "id,site,x1,x2,y\na,n,1,10,3\nb,n,3,1000,5\nc,s,11,100,9\nd,s,14,1,14\ne,,4,10,6\n";

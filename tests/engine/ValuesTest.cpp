@@ -70,6 +70,9 @@ TEST_F(SmallProject, GivesDistances) {
          {0.213328, 0.715833, 0.455526, 0.546492, 1.271281, 0.647726}},
         {statistics.GetDModXPS(1, &two, TriState::Undefined, TriState::Undefined, -1), {2.149665, 27.495836}},
         {statistics.GetT2RangePS(1, 1, 2, -1), {0.670892, 4.730586}},
+        {statistics.GetT2RangePS(1, 2, 1, -1), {0.670892, 4.730586}},
+        // The last component alone.
+        {statistics.GetT2RangePS(1, -1, -1, -1), {0.638161, 2.833093}},
         {statistics.GetDModXPSCombined(1, &two, TriState::Undefined, TriState::Undefined), {2.149665, 27.496558}},
         {statistics.GetPModXPSCombined(1, &two), {0.120746, 0.000106}}};
     for (auto const &row : cases)

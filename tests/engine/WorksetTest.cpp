@@ -1,5 +1,8 @@
+#include "engine/ProjectFile.h"
 #include "engine/models/Archive.h"
 #include "tests/engine/ModelBuilders.h"
+#include "tests/engine/RegistryWalk.h"
+#include "tests/engine/SmallProject.h"
 
 #include <gmock/gmock.h>
 
@@ -20,7 +23,12 @@ TEST(Transformation, AppliesAndInverts) {
              TransformationCase{{Logit, 0, 11, 1}, 10, 1, 12},
              TransformationCase{{Exponential, 0.5, 1, 1}, 2, std::exp(2.0), nan},
              TransformationCase{{Power, 2, 1, 0.5}, 12, 5, -3},
+             TransformationCase{{Logit, 11, 0, 1}, 10, -1, 12},
+             TransformationCase{{Exponential, -0.5, 1, 1}, 2, 1, nan},
+             TransformationCase{{Power, 2, 1, -0.5}, 12, 0.2, -3},
+             TransformationCase{{Power, -2, 25, -0.5}, 12, 1, 13},
          }) {
+        EXPECT_EQ(transformation.Falls(), transformation.Apply(value + 0.1) < transformed);
         EXPECT_NEAR(transformation.Apply(value), transformed, 1e-12) << static_cast<int>(transformation.kind);
         EXPECT_NEAR(transformation.Invert(transformed), value, 1e-12) << static_cast<int>(transformation.kind);
         EXPECT_TRUE(std::isnan(transformation.Apply(outside))) << static_cast<int>(transformation.kind);
@@ -60,6 +68,17 @@ TEST(Workset, ScalesTerms) {
         EXPECT_NEAR(values.ToSource(4, workset.x.Values()(4, 0)), 8, 1e-12) << what;
         EXPECT_TRUE(workset.x.IsMissing(2, 0) && !workset.x.IsMissing(2, 1)) << what;
         EXPECT_EQ(workset.xScales[1].weight, 1) << "a constant term is not scaled";
+    }
+}
+
+// A constant term is 0, whatever rounding does to sums over many rows.
+TEST(Workset, HasNothingOfConstantTerms) {
+    MatrixSource const source(RowMatrix::Constant(300'000, 1, 0.7));
+    auto definition = Define(RowMatrix(300'000, 1), 0, 1);
+    for (auto const kind : {TransformationKind::None, TransformationKind::Log, TransformationKind::Power}) {
+        definition.xTerms[0].transformation = {kind, 1, 0, 0.3};
+        auto const workset = Workset::Build(definition, source);
+        EXPECT_TRUE(workset.xScales[0].IsConstant() && workset.x.Values().isZero(0)) << static_cast<int>(kind);
     }
 }
 
@@ -178,6 +197,58 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
     }
     WritingArchive newer("DSFM", 99);
     EXPECT_THROW(FittedModel::Load(newer.Finish()), NCError);
+}
+
+// With the checksum that belongs to it: an archive writes a name, a version, and the checksum of both.
+std::string Sealed(std::string_view bytes) {
+    std::uint32_t last = 0;
+    bytes.remove_suffix(sizeof(last));
+    std::memcpy(&last, bytes.data() + bytes.size(), sizeof(last));
+    return WritingArchive(bytes, last).Finish();
+}
+
+void AskAll(std::filesystem::path const &path) {
+    auto const project = Project::OpenToRead(path);
+    for (ProjectVector const *vector : *ProjectVectorHandler::Instance())
+        try {
+            walk::ForModels(*vector, project, [&](ModelInfo const *info) {
+                vector->CreateVectorRaw(project, walk::ArgumentsOf(*vector, info, 1).c_str());
+            });
+        } catch (NCError const &) {
+        }
+}
+
+// Each byte in turn. What passes for a model answers, if with nonsense.
+TEST(SavedForms, AreRefusedWhenTheirCountsDisagree) {
+    TemporaryFolder const folder;
+    small::ModelCase const cases[] = {{ModelTypeE::PCA, {}, {"y"}, 2}, {ModelTypeE::O2PLS, {"y", "x1"}, {}, 1}};
+    for (auto const &model : cases) {
+        auto const path = folder / (model.responses.empty() ? "pca.dsp" : "o2pls.dsp");
+        auto project = Project::Create(path);
+        project->AddDataSet(small::Read(small::oneMissing));
+        small::AddModel(*project, model, small::newRows);
+        project.reset();
+        auto file = ProjectFile::OpenToWrite(path);
+        auto const results = *file.Results(1);
+        std::string const saved(reinterpret_cast<char const *>(results.data()), results.size() - sizeof(std::uint64_t));
+        int refused = 0, loaded = 0;
+        for (std::size_t at = 8; at < saved.size(); ++at) {
+            auto damaged = saved;
+            damaged[at] = static_cast<char>(at % 3 == 0 ? -1 : damaged[at] ^ (at % 3));
+            damaged = Sealed(damaged);
+            try {
+                FittedModel::Load(damaged);
+            } catch (NCError const &) {
+                ++refused;
+                continue;
+            }
+            if (++loaded % 100 != 0)
+                continue;
+            file.SetResults(1, std::as_bytes(std::span(damaged)));
+            AskAll(path);
+        }
+        EXPECT_TRUE(refused > 500 && loaded > 500) << refused << ' ' << loaded;
+    }
 }
 
 } // namespace

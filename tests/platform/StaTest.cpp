@@ -1,5 +1,6 @@
 #include "platform/numerics/Sta.h"
 
+#include <boost/math/distributions/fisher_f.hpp>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -21,6 +22,8 @@ TEST(Sta, FFTestGivesCriticalValues) {
                        {20, 5, 0.95, 1 / 2.7108898372, 1e-9},
                        {3, 1e9, 0.05, 2.604909, 1e-5},
                        {1e6, 1e6, 0.5, 1, 1e-9},
+                       {10, 10, 0.5, 1, 1e-9},
+                       {1, 1, 1e-300, -99, 0}, // beyond what a double holds
                        {0, 3, 0.05, -99, 0},
                        {3, -1, 0.05, -99, 0},
                        {3, 3, 0, -99, 0},
@@ -30,4 +33,17 @@ TEST(Sta, FFTestGivesCriticalValues) {
                        {3, 3, std::nan(""), -99, 0}};
     for (auto const &c : cases)
         EXPECT_NEAR(Sta::FFTest(c.df1, c.df2, c.p), c.expected, c.tolerance) << c.df1 << ' ' << c.df2 << ' ' << c.p;
+}
+
+// The tail beyond it, by another way, lies between those beyond what is larger and smaller by the accuracy promised.
+TEST(Sta, FFTestInvertsTheTail) {
+    double const freedoms[] = {0.5, 1, 2.5, 7.5, 10, 33, 1000, 1e6, 1e10};
+    for (double const df1 : freedoms)
+        for (double const df2 : freedoms)
+            for (double const p : {1e-30, 1e-6, 0.05, 0.49, 0.5, 0.51, 0.95, 1 - 1e-6}) {
+                boost::math::fisher_f_distribution<long double> const f(df1, df2);
+                double const found = Sta::FFTest(df1, df2, p);
+                EXPECT_GE(cdf(complement(f, found * (1 - 1e-7L))), p * (1 - 1e-12L)) << df1 << ' ' << df2 << ' ' << p;
+                EXPECT_LE(cdf(complement(f, found * (1 + 1e-7L))), p * (1 + 1e-12L)) << df1 << ' ' << df2 << ' ' << p;
+            }
 }
