@@ -53,11 +53,11 @@ TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
         int const place = placeOf(item);
         return place > 0 ? std::optional(place - 1) : std::nullopt;
     });
+    AliasAccess const aliases = dataSet.GetObservationAliases();
     Answer answer(VariableColumns(dataSet), rows.size());
     for (int const place : rows) {
         auto const row =
-            answer.Add(SetLabel(dataSet) + ".Obs(" +
-                       dataSet.GetObservationAliases().GetAlias(1, all[static_cast<std::size_t>(place)]) + ")");
+            answer.Add(SetLabel(dataSet) + ".Obs(" + aliases.GetAlias(1, all[static_cast<std::size_t>(place)]) + ")");
         for (int column = 0; column < variables; ++column)
             row[static_cast<std::size_t>(column)] = dataSet.Values(column)[static_cast<std::size_t>(place)];
     }
