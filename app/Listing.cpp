@@ -29,7 +29,9 @@ Listing::Cell::Cell(double value) : isNumber(true) {
     if (!std::isfinite(value))
         return;
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.4f", value);
+    // What rounds to 0 has no sign.
+    constexpr double half = 0.00005;
+    std::snprintf(buffer, sizeof buffer, "%.4f", std::abs(value) < half ? 0.0 : value);
     text = buffer;
 }
 

@@ -106,7 +106,7 @@ std::string NotesOn(engine::Project const &project, int model) {
     if (quality.scarceObservations > 0)
         notes << "Observations with too few values in X for sure scores: " << quality.scarceObservations << ".\n";
     if (!quality.constantTerms.empty())
-        notes << "Constant, and so without part in the model: " << Listed(quality.constantTerms) << ".\n";
+        notes << "Constant, so that there is nothing of them to explain: " << Listed(quality.constantTerms) << ".\n";
     if (quality.q2 == engine::ModelRequest::DeflatedMatrices)
         notes << "Q2 is that on deflated matrices.\n";
     return notes.str();

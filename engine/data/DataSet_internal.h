@@ -43,6 +43,21 @@ private:
     void MarkDates(std::vector<std::string> const &names);
 };
 
+// The aliases of a list as they are for some of its items. Which of them are numbers is found out when it is first
+// asked.
+class ItemAliases {
+public:
+    template <typename Items>
+    AliasAccess const &Of(VarObs const &list, Items const &items) const {
+        if (!m_aliases)
+            m_aliases = AliasAccess(list).Of(items);
+        return *m_aliases;
+    }
+
+private:
+    mutable std::optional<AliasAccess> m_aliases;
+};
+
 // A data set of the file. Columns are read when they are first asked for.
 class DataSet final : public NCDataSet, public SourceColumns {
 public:
@@ -59,8 +74,10 @@ public:
     std::span<double const> GetDates(std::uint32_t variable) const override;
     double GetFirstDay() const override { return FirstDay(Dates()); }
     NCDataVector<float> GetObservation(std::uint32_t observation) const override;
-    AliasAccess GetObservationAliases() const override { return AliasAccess(m_items.observations).Of(m_observations); }
-    AliasAccess GetVariableAliases() const override { return AliasAccess(m_items.variables).Of(m_variables); }
+    AliasAccess GetObservationAliases() const override {
+        return m_observationAliases.Of(m_items.observations, m_observations);
+    }
+    AliasAccess GetVariableAliases() const override { return m_variableAliases.Of(m_items.variables, m_variables); }
 
     // By column of the data set, from 0. Several threads may ask at once.
     std::span<float const> Values(int column) const override;
@@ -83,6 +100,7 @@ private:
     ObservationInfos m_observations;
     ColumnIDs m_observationColumns;
     std::vector<std::uint32_t> m_variables;
+    ItemAliases m_observationAliases, m_variableAliases;
     std::unordered_map<std::uint32_t, int> m_columns;
     mutable std::mutex m_reading;
     mutable std::unordered_map<int, std::vector<float>> m_values;

@@ -169,6 +169,14 @@ ModelView::RowDistances const &ModelView::XDistances(Index size, bool weighted) 
     return at->second;
 }
 
+AliasAccess ModelView::GetObservationAliases() const {
+    return m_observationAliases.Of(GetProject()->GetObservations(), m_observations);
+}
+
+AliasAccess ModelView::GetVariableAliases() const {
+    return m_variableAliases.Of(GetProject()->GetVariables(), m_variables);
+}
+
 DefaultCenterValues ModelView::GetCenterValues() const {
     DefaultCenterValues values{m_fit.definition.centringIdentifier, m_fit.definition.centringGroups, {}};
     for (Side const &side : {Side::X(*this), Side::Y(*this)})

@@ -83,8 +83,8 @@ public:
     ObservationInfos const &GetObservations() const override { return m_observations; }
     ProjectPtr GetProject() const override { return m_xColumns.GetProject(); }
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
-    AliasAccess GetObservationAliases() const override { return m_dataSet->GetObservationAliases().Of(m_observations); }
-    AliasAccess GetVariableAliases() const override { return m_dataSet->GetVariableAliases().Of(m_variables); }
+    AliasAccess GetObservationAliases() const override;
+    AliasAccess GetVariableAliases() const override;
     DefaultCenterValues GetCenterValues() const override;
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;
@@ -99,6 +99,7 @@ private:
     ColumnTerms m_xTerms, m_yTerms;
     ObservationInfos m_observations;
     std::vector<std::uint32_t> m_variables; // of X, then of Y
+    ItemAliases m_observationAliases, m_variableAliases;
     ColumnIDs m_observationColumns, m_xColumns, m_yColumns, m_xyColumns, m_yxColumns;
     mutable std::optional<Workset> m_workset;
     mutable std::map<std::pair<Index, bool>, RowDistances> m_xDistances;

@@ -461,7 +461,7 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
     Outcome const listed = Run("summary k.project --model 1 --format csv");
     for (std::string const &text : {fitted, Done("summary k.project --model 1"), listed.error})
         EXPECT_THAT(text,
-                    HasSubstr("Constant, and so without part in the model: k.\nQ2 is that on deflated matrices."));
+                    HasSubstr("Constant, so that there is nothing of them to explain: k.\nQ2 is that on deflated matrices."));
     EXPECT_EQ(Fields(listed.out).size(), 2u);
     EXPECT_THAT(Done("fit k.project --type pca --components 1 --exclude k"), testing::Not(HasSubstr("Constant")));
 }
