@@ -5,10 +5,12 @@
 #include "app/SeriesSpecification.h"
 #include "building/CreateProjectData.h"
 #include "catalogue/ProjectVectorHandler.h"
+#include "platform/containers/Missing.h"
 #include "utilities/DefaultSelection.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cxxabi.h>
 #include <typeinfo>
 
@@ -105,10 +107,12 @@ std::optional<Entry> EntryOf(engine::Project const &project, ProjectVector const
             IsValid(project, vector, source)
                 ? ProjectDataUtilities::CreateProjectData(project).GetProjectData(text, vector.GetType())
                 : nullptr;
-        if (table && table->Rows() > 0 && table->Columns() > 0)
-            entry.example = text;
-        else
+        if (!table || table->Rows() == 0 || table->Columns() == 0)
             entry.reason = ReasonForNothing(project, vector, source, text.substr(text.find(' ') + 1));
+        else if (std::ranges::all_of(table->GetMatrix().Values(), IsMissing))
+            entry.reason = "All its values are missing.";
+        else
+            entry.example = text;
     } catch (NCError const &error) {
         entry.reason = error.what();
     }

@@ -61,10 +61,13 @@ Axis ChooseAxis(engine::Project const &project, SeriesRequest const &request) {
             continue;
         SeriesText const split = Split(text);
         Source const source = ReadSource(project, split.source, text);
-        std::optional<Axis> const axis = AxisOf(split.name, source);
-        if (!axis)
+        std::vector<Axis> const axes = AxesOf(split.name, source);
+        if (axes.empty())
             throw Unknown(split.name, {}, source);
-        return *axis;
+        // Where a name stands for several statistics, the arguments tell which one is meant.
+        auto const gives = [&](Axis axis) { return CreateProjectData(project).GetProjectData(text, axis) != nullptr; };
+        auto const found = axes.size() > 1 ? std::ranges::find_if(axes, gives) : axes.begin();
+        return found == axes.end() ? axes.front() : *found;
     }
     return ProjectVector::VectorTypeVariablesScores;
 }

@@ -86,11 +86,17 @@ ProjectVector const *Find(std::string const &name, Axis axis, Source const &sour
     return found == handler.end() ? nullptr : *found;
 }
 
-std::optional<Axis> AxisOf(std::string const &name, Source const &source) {
+std::vector<Axis> AxesOf(std::string const &name, Source const &source) {
+    std::vector<Axis> found;
     for (std::size_t i = 1; i <= axes.size(); ++i)
         if (Find(name, static_cast<Axis>(i), source))
-            return static_cast<Axis>(i);
-    return {};
+            found.push_back(static_cast<Axis>(i));
+    return found;
+}
+
+std::optional<Axis> AxisOf(std::string const &name, Source const &source) {
+    std::vector<Axis> const found = AxesOf(name, source);
+    return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 NCError Unknown(std::string const &name, std::optional<Axis> axis, Source const &source) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -34,7 +35,8 @@ std::string KindsOf(ModelTypeE::Model mask);
 // The vector of that name on an axis; null when the source has none.
 ProjectVector const *Find(std::string const &name, ProjectVector::VectorTypeEnum axis, Source const &source);
 
-// The first axis on which the source has a vector of the name.
+// The axes on which the source has a vector of the name, and the first of them.
+std::vector<ProjectVector::VectorTypeEnum> AxesOf(std::string const &name, Source const &source);
 std::optional<ProjectVector::VectorTypeEnum> AxisOf(std::string const &name, Source const &source);
 
 // The error that there is no such vector (on that axis), and where to look instead.

@@ -121,7 +121,7 @@ TEST_F(Program, GoesTheWholeRoad) {
     EXPECT_THAT(listed, HasSubstr("\"wcv M2,1,0,1\""));
     std::istringstream lines(listed);
     for (std::string line; std::getline(lines, line);)
-        if (line.starts_with("  \"t") || line.starts_with("  \"X"))
+        if (line.starts_with("  \""))
             Done("table a.project '" + line.substr(3, line.size() - 4) + "'");
 }
 
