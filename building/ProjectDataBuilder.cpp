@@ -210,8 +210,7 @@ void ProjectDataBuilder::ScaleToSpan(ProjectData &data) const {
     int const mode = m_selection->GetMode();
     ProjectVector const *const yVector = m_selection->GetYAxis().GetProjectVector();
     bool const yIsNum = (mode & SelectDataSeriesData::AxisY) != 0 && yVector && yVector->IsNumVector();
-    std::vector<float> multipliers(static_cast<std::size_t>(data.Rows()), 1.0f);
-    std::vector<float> offsets(static_cast<std::size_t>(data.Rows()), 0.0f);
+    // Row by row, while the row is near.
     for (int row = 1; row <= data.Rows(); ++row) {
         if ((row == 1 && mode != SelectDataSeriesData::Normal) || (row == 2 && yIsNum))
             continue;
@@ -219,10 +218,8 @@ void ProjectDataBuilder::ScaleToSpan(ProjectData &data) const {
         float maximum = missingValue;
         data.GetMatrix().GetRowMinMax(row, minimum, maximum);
         Stretch const stretch = StretchOf(minimum, maximum, span, low);
-        multipliers[static_cast<std::size_t>(row - 1)] = stretch.multiplier;
-        offsets[static_cast<std::size_t>(row - 1)] = stretch.offset;
+        data.AdjustRow(row, stretch.multiplier, stretch.offset, false);
     }
-    data.AdjustRows(multipliers, offsets, false);
 }
 
 } // namespace ProjectDataUtilities

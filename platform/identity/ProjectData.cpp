@@ -112,19 +112,21 @@ std::unique_ptr<ProjectData> ProjectData::UseOnly(ColumnIDs const &ids) const {
     return reduced;
 }
 
+void ProjectData::AdjustRow(int row, float multiplier, float offset, bool label) {
+    if (multiplier == 1.0f && offset == 0.0f)
+        return;
+    Stretch(m_matrix.MutableRow(row), multiplier, offset);
+    if (label)
+        m_rows.SetName(row, (boost::format("%1% * %2% %3% %4%") % m_rows.GetName(row) % multiplier %
+                             (offset < 0.0f ? "-" : "+") % std::abs(offset))
+                                .str());
+}
+
 void ProjectData::AdjustRows(std::vector<float> const &multipliers, std::vector<float> const &offsets, bool label) {
     int const rows = std::min({Rows(), static_cast<int>(multipliers.size()), static_cast<int>(offsets.size())});
-    for (int row = 1; row <= rows; ++row) {
-        float const multiplier = multipliers[static_cast<std::size_t>(row - 1)];
-        float const offset = offsets[static_cast<std::size_t>(row - 1)];
-        if (multiplier == 1.0f && offset == 0.0f)
-            continue;
-        Stretch(m_matrix.MutableRow(row), multiplier, offset);
-        if (label)
-            m_rows.SetName(row, (boost::format("%1% * %2% %3% %4%") % m_rows.GetName(row) % multiplier %
-                                 (offset < 0.0f ? "-" : "+") % std::abs(offset))
-                                    .str());
-    }
+    for (int row = 1; row <= rows; ++row)
+        AdjustRow(row, multipliers[static_cast<std::size_t>(row - 1)], offsets[static_cast<std::size_t>(row - 1)],
+                  label);
 }
 
 void ProjectData::AppendNumRow(NCDataVector<float> const &values, std::string const &format) {

@@ -51,6 +51,7 @@ public:
     // Each row becomes value times multiplier plus offset, in double; missing values stay missing. With `label` set the
     // label of a row whose numbers changed tells factor and offset.
     void AdjustRows(std::vector<float> const &multipliers, std::vector<float> const &offsets, bool label);
+    void AdjustRow(int row, float multiplier, float offset, bool label);
 
     // Appends a row "Num" of one value for each column: numbers that no project holds. `format` is how they are to be
     // shown, in the manner of printf ("%.3g").
