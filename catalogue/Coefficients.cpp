@@ -67,11 +67,12 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return OfKind(*this,
-                      ExceptionMessage::translate(
-                          "Coeff: {1} regression coefficients corresponding to\n"
-                          "the X variables in their own units, for one response, with the constant first. Use them to\n"
-                          "compute predictions outside of this program. In units of Y for one unit of X."));
+        return OfKind(
+            *this, ExceptionMessage::translate(
+                       "Coeff: {1} regression coefficients corresponding to\n"
+                       "the X variables in their own units after transformation, for one response, with the constant\n"
+                       "first. Use them to compute predictions outside of this program. In units of Y for one unit\n"
+                       "of X."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {

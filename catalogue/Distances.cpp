@@ -285,9 +285,10 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate("OLevX: Leverage of each observation of the workset in X.\n"
-                         "It is the influence of the observation on the model, by its scores t. Large values mark\n"
-                         "observations that draw the model to themselves. Between 0 and 1.");
+        return translate(
+            "OLevX: Leverage of each observation of the workset in X.\n"
+            "It is the influence of the observation on the model, by its scores t, and to of OPLS and O2PLS.\n"
+            "Large values mark observations that draw the model to themselves. Between 0 and 1.");
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetOLevX);
