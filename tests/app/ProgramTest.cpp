@@ -190,6 +190,7 @@ TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
                        {"a.project 'p M1,1,0,0' 'p M1,2,0,0'", ">M1.p[2]<", 1},
                        {"a.project 'p M1,1,0,0'", ">c,d<", 1},
                        {"a.project 'T2Range M1,0,1,0,2'", ">T2-Crit 13.5<", 1},
+                       {"a.project 'T2Range M1,0,-1,0,2'", ">T2-Crit 6.29<", 1},
                        {"a.project 'DModX M1,1,0,0'", ">D-Crit ", 1},
                        {"a.project 'DModX M1,1,0,0' 'T2Range M1,0,1,0,2'", "-Crit ", 1},
                        {"evil.project 'p M1,1,0,0' --title \"it's @x\"", ">'`touch boom`'<", 1},
