@@ -15,3 +15,4 @@ void AddPlotCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);
 void AddSummaryCommand(CLI::App &program);
+void AddExplainCommand(CLI::App &program);

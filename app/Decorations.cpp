@@ -89,12 +89,7 @@ void AddLimit(NCProject const &project, ModelSeries const &series, float asked, 
         if (!IsMissing(limit))
             SetLimit(style, "D-Crit", limit);
     } else if (series.StartsWith("T2Range")) {
-        // As the statistic reads its range.
-        int const all = series.model->predictiveComponents + series.model->xSideOrthogonalComponents;
-        auto const last = static_cast<int>(series.arguments.number2);
-        auto const first = static_cast<int>(series.arguments.number);
-        int const end = last < 1 || last > all ? all : last;
-        if (auto const limit = T2Limit(*series.model, std::abs(end - std::max(first, 1)) + 1))
+        if (auto const limit = T2Limit(*series.model, ComponentsInRange(*series.model, series.arguments)))
             SetLimit(style, "T2-Crit", *limit);
     }
 }
@@ -127,6 +122,15 @@ std::vector<double> IntervalsOf(NCProject const &project, ModelSeries const &ser
 }
 
 } // namespace
+
+int ComponentsInRange(ModelInfo const &model, ProjectVector::Arguments const &arguments) {
+    int const all = model.predictiveComponents + model.xSideOrthogonalComponents;
+    auto const first = static_cast<int>(arguments.number);
+    auto const last = static_cast<int>(arguments.number2);
+    int const begin = first == -1 ? all : std::min(std::max(first, 1), all);
+    int const end = last < 1 || last > all ? all : last;
+    return std::abs(end - begin) + 1;
+}
 
 void Decorate(NCProject const &project, std::vector<DrawnSeries> const &drawn, ProjectVector::VectorTypeEnum axis,
               float significanceAsked, ProjectData const &table, PlotStyle &style) {

@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+// How many components a range of T2 has: as the statistic reads it, -1 being the last one, and the first two numbers of
+// a whole model 0.
+int ComponentsInRange(ModelInfo const &model, ProjectVector::Arguments const &arguments);
+
 // What an analyst expects on a picture: the ellipse of Hotelling's T2 on a plot of two scores, the critical value on
 // distances to the model and on T2, the diagonal on predicted against observed values, jack-knife intervals on
 // cross-validated loadings, weights and coefficients. `series` has one entry for each row of the table; otherwise

@@ -97,7 +97,7 @@ private:
         int const count = m_vector.PredictiveComponentDefaultsToLast() ? model.SizeComponents()
                                                                        : Vector::SelectMaxComponents(kind, model);
         int const component = m_arguments.component;
-        bool const known = component == -1 || (component >= m_vector.GetFirstComponent() && component <= count);
+        bool const known = component >= m_vector.GetFirstComponent() && component <= count;
         return known && count > 0 ? std::string() : NoComponent(component, count, KindOf(kind));
     }
 

@@ -2,31 +2,14 @@
 
 #include "app/Failure.h"
 #include "app/Reason.h"
-#include "app/VectorSearch.h"
 #include "building/CreateProjectData.h"
 
 #include <CLI/CLI.hpp>
-
-#include <algorithm>
 
 namespace {
 
 using ProjectDataUtilities::CreateProjectData;
 using Axis = ProjectVector::VectorTypeEnum;
-
-// A vector's name, and the source that its arguments begin with.
-struct SeriesText {
-    std::string name;
-    std::string source;
-};
-
-SeriesText Split(std::string const &text) {
-    std::size_t const blank = text.find(' ');
-    if (blank == std::string::npos || blank == 0)
-        throw UsageError("\"" + text + "\" is no vector with its arguments, such as \"t M1,1,0,0\"");
-    std::size_t const comma = std::min(text.find(',', blank), text.size());
-    return {text.substr(0, blank), text.substr(blank + 1, comma - blank - 1)};
-}
 
 // One series. The placeholders ("Num", "Missing") run over what the other series have in common.
 TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creator, SeriesRequest const &request,
@@ -41,38 +24,49 @@ TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creato
                 text);
         return table;
     }
-    SeriesText const split = Split(text);
-    Source const source = ReadSource(project, split.source, text);
-    ProjectVector const *const vector = Find(split.name, axis, source);
-    if (!vector)
-        throw Unknown(split.name, axis, source);
-    drawn = {vector, text.substr(split.name.size() + 1)};
+    NamedSeries const named = FindSeries(project, text, axis);
+    drawn = {named.vector, named.arguments};
     TablePtr table = creator.GetProjectData(text, axis);
     if (!table || table->Rows() == 0 || table->Columns() == 0)
-        throw GivesNothing(project, *vector, source, drawn.arguments, text);
+        throw GivesNothing(project, *named.vector, named.source, named.arguments, text);
     return table;
+}
+
+// Where a name stands for several statistics, the arguments tell which one is meant: the first that they give data of.
+std::optional<Axis> AxisMeant(engine::Project const &project, std::string const &name, std::string const &text,
+                              Source const &source) {
+    std::vector<Axis> const axes = AxesOf(name, source);
+    auto const gives = [&](Axis axis) { return CreateProjectData(project).GetProjectData(text, axis) != nullptr; };
+    auto const found = axes.size() > 1 ? std::ranges::find_if(axes, gives) : axes.end();
+    if (found != axes.end())
+        return *found;
+    return axes.empty() ? std::nullopt : std::optional(axes.front());
 }
 
 Axis ChooseAxis(engine::Project const &project, SeriesRequest const &request) {
     if (request.axis)
         return *request.axis;
-    for (std::string const &text : request.texts) {
-        if (CreateProjectData::IsNum(text) || CreateProjectData::IsMissing(text))
-            continue;
-        SeriesText const split = Split(text);
-        Source const source = ReadSource(project, split.source, text);
-        std::vector<Axis> const axes = AxesOf(split.name, source);
-        if (axes.empty())
-            throw Unknown(split.name, {}, source);
-        // Where a name stands for several statistics, the arguments tell which one is meant.
-        auto const gives = [&](Axis axis) { return CreateProjectData(project).GetProjectData(text, axis) != nullptr; };
-        auto const found = axes.size() > 1 ? std::ranges::find_if(axes, gives) : axes.begin();
-        return found == axes.end() ? axes.front() : *found;
-    }
+    for (std::string const &text : request.texts)
+        if (!CreateProjectData::IsNum(text) && !CreateProjectData::IsMissing(text))
+            return FindSeries(project, text, {}).vector->GetType();
     return ProjectVector::VectorTypeVariablesScores;
 }
 
 } // namespace
+
+NamedSeries FindSeries(engine::Project const &project, std::string const &text, std::optional<Axis> axis) {
+    std::size_t const blank = text.find(' ');
+    if (blank == std::string::npos || blank == 0)
+        throw UsageError("\"" + text + "\" is no vector with its arguments, such as \"t M1,1,0,0\"");
+    std::string const name = text.substr(0, blank);
+    std::string const arguments = text.substr(blank + 1);
+    Source const source = ReadSource(project, arguments.substr(0, arguments.find(',')), text);
+    std::optional<Axis> const found = axis ? axis : AxisMeant(project, name, text, source);
+    ProjectVector const *const vector = found ? Find(name, *found, source) : nullptr;
+    if (!vector)
+        throw Unknown(name, axis, source);
+    return {vector, source, arguments};
+}
 
 void AddSeriesOptions(CLI::App &command, SeriesRequest &request) {
     command.add_option("PROJECT", request.project, "The project file")->required();

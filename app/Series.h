@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Decorations.h"
+#include "app/VectorSearch.h"
 #include "catalogue/ProjectVector.h"
 #include "engine/Project.h"
 
@@ -11,6 +12,17 @@
 namespace CLI {
 class App;
 }
+
+// What an argument string names: "t M1,1,0,0".
+struct NamedSeries {
+    ProjectVector const *vector;
+    Source source;
+    std::string arguments; // "M1,1,0,0"
+};
+// On the axis, or on the first one that has the vector and on which the text gives data. UsageError for what is no argument string, NCError for a vector
+// or a source that is not there.
+NamedSeries FindSeries(engine::Project const &project, std::string const &text,
+                       std::optional<ProjectVector::VectorTypeEnum> axis);
 
 // Series of a project, by the argument strings of their vectors ("t M1,1,0,0").
 struct SeriesRequest {

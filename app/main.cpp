@@ -64,6 +64,7 @@ int Run(int count, char **arguments) {
     AddBuildCommand(program);
     AddDefaultsCommand(program);
     AddSummaryCommand(program);
+    AddExplainCommand(program);
     try {
         program.parse(count, arguments);
         return done;

@@ -1,6 +1,6 @@
 #include "catalogue/Delegates_internal.h"
 #include "catalogue/Rows_internal.h"
-#include "platform/text/Translate.h"
+#include "platform/text/ExceptionMessage.h"
 
 // Regression coefficients: one value for each X variable, with the constant first.
 
@@ -55,6 +55,11 @@ TablePtr DeliverError(Question const &question, unsigned long number) {
                      .GetCoefficientsCenterdScaledcvSE(model, question.component, terms[1], TriState::Undefined);
 }
 
+// A help text with the kind of model that a form is for.
+std::string OfKind(ProjectVector const &vector, ExceptionMessage const &help) {
+    return (help % (vector.GetModelType() == AnyOPLS ? "OPLS" : "PLS")).Text();
+}
+
 class ProjectCoeffVector : public ProjectVector {
 public:
     ProjectCoeffVector() {
@@ -62,9 +67,12 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate("Coeff: PLS regression coefficients corresponding to\n"
-                         "the X variables in their own units, for one response, with the constant first. Use them to\n"
-                         "compute predictions outside of this program. In units of Y for one unit of X.");
+        return OfKind(
+            *this, ExceptionMessage::translate(
+                       "Coeff: {1} regression coefficients corresponding to\n"
+                       "the X variables in their own units after transformation, for one response, with the constant\n"
+                       "first. Use them to compute predictions outside of this program. In units of Y for one unit\n"
+                       "of X."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -76,13 +84,7 @@ public:
     }
 } const coeffVector;
 
-class ProjectO2PLSCoeffVector final : public WholeModel<ProjectCoeffVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate("Coeff: OPLS regression coefficients corresponding to\n"
-                         "the X variables in their own units, for one response, with the constant first. Use them to\n"
-                         "compute predictions outside of this program. In units of Y for one unit of X.");
-    }
+class ProjectO2PLSCoeffVector final : public WholeModel<ProjectCoeffVector, OnAllOfX> {
 } const o2PLSCoeffVector;
 
 class ProjectCoeffCenterdVector : public ProjectVector {
@@ -92,10 +94,11 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffC: PLS regression coefficients corresponding to\n"
-            "the centred X variables in their own units, for one response; the constant is the mean of the\n"
-            "response. In units of Y for one unit of X.");
+        return OfKind(
+            *this, ExceptionMessage::translate(
+                       "CoeffC: {1} regression coefficients corresponding to\n"
+                       "the centred X variables in their own units, for one response; the constant is the mean of the\n"
+                       "response. In units of Y for one unit of X."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -107,14 +110,7 @@ public:
     }
 } const coeffCenterdVector;
 
-class ProjectO2PLSCoeffCenterdVector final : public WholeModel<ProjectCoeffCenterdVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffC: OPLS regression coefficients corresponding to\n"
-            "the centred X variables in their own units, for one response; the constant is the mean of the\n"
-            "response. In units of Y for one unit of X.");
-    }
+class ProjectO2PLSCoeffCenterdVector final : public WholeModel<ProjectCoeffCenterdVector, OnAllOfX> {
 } const o2PLSCoeffCenterdVector;
 
 class ProjectCoeffCenterScaledVector : public ProjectVector {
@@ -124,10 +120,12 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffCS: PLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables and the scaled response. Compare their sizes to see which\n"
-            "variables drive the response, and their standard errors to see which are certain. Without unit.");
+        return OfKind(
+            *this,
+            ExceptionMessage::translate(
+                "CoeffCS: {1} regression coefficients corresponding to\n"
+                "the centred and scaled X variables and the scaled response. Compare their sizes to see which\n"
+                "variables drive the response, and their standard errors to see which are certain. Without unit."));
     }
     bool HasResolvableCoefficients() const override { return true; }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
@@ -139,14 +137,7 @@ public:
     }
 } const coeffCenterScaledVector;
 
-class ProjectCoeffCSO2PLSVector final : public WholeModel<ProjectCoeffCenterScaledVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffCS: OPLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables and the scaled response. Compare their sizes to see which\n"
-            "variables drive the response, and their standard errors to see which are certain. Without unit.");
-    }
+class ProjectCoeffCSO2PLSVector final : public WholeModel<ProjectCoeffCenterScaledVector, OnAllOfX> {
 } const coeffCSO2PLSVector;
 
 class ProjectCoeffCenterScaledcvVector : public ProjectVector {
@@ -158,10 +149,12 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffCScv: PLS regression coefficients of one cross-validation round corresponding to\n"
-            "the centred and scaled X variables and the scaled response. Coefficients that change much from\n"
-            "round to round are not to be relied on. Without unit.");
+        return OfKind(
+            *this,
+            ExceptionMessage::translate(
+                "CoeffCScv: {1} regression coefficients of one cross-validation round corresponding to\n"
+                "the centred and scaled X variables and the scaled response. Coefficients that change much from\n"
+                "round to round are not to be relied on. Without unit."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int round) const override {
@@ -173,14 +166,7 @@ public:
     }
 } const coeffCenterScaledcvVector;
 
-class ProjectO2PLSCoeffCenterScaledcvVector final : public WholeModel<ProjectCoeffCenterScaledcvVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffCScv: OPLS regression coefficients of one cross-validation round corresponding to\n"
-            "the centred and scaled X variables and the scaled response. Coefficients that change much from\n"
-            "round to round are not to be relied on. Without unit.");
-    }
+class ProjectO2PLSCoeffCenterScaledcvVector final : public WholeModel<ProjectCoeffCenterScaledcvVector, Refitted> {
 } const o2PLSCoeffCenterScaledcvVector;
 
 class ProjectCoeffCenterScaledcvSEVector : public ProjectVector {
@@ -192,10 +178,11 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffCScvSE: Jack-knife standard error of the PLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables. A coefficient smaller than about twice its standard error\n"
-            "does not differ clearly from 0. Without unit.");
+        return OfKind(
+            *this, ExceptionMessage::translate(
+                       "CoeffCScvSE: Jack-knife standard error of the {1} regression coefficients corresponding to\n"
+                       "the centred and scaled X variables. A coefficient smaller than about twice its standard error\n"
+                       "does not differ clearly from 0. Without unit."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -207,14 +194,7 @@ public:
     }
 } const coeffCenterScaledcvSEVector;
 
-class ProjectO2PLSCoeffCenterScaledcvSEVector final : public WholeModel<ProjectCoeffCenterScaledcvSEVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffCScvSE: Jack-knife standard error of the OPLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables. A coefficient smaller than about twice its standard error\n"
-            "does not differ clearly from 0. Without unit.");
-    }
+class ProjectO2PLSCoeffCenterScaledcvSEVector final : public WholeModel<ProjectCoeffCenterScaledcvSEVector, Refitted> {
 } const o2PLSCoeffCenterScaledcvSEVector;
 
 class ProjectCoeffMLRVector : public ProjectVector {
@@ -224,10 +204,11 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffMLR: PLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables, for the response in its own units, as in multiple linear\n"
-            "regression. Use them to compare variables in terms of their effect. In units of Y.");
+        return OfKind(
+            *this, ExceptionMessage::translate(
+                       "CoeffMLR: {1} regression coefficients corresponding to\n"
+                       "the centred and scaled X variables, for the response in its own units, as in multiple linear\n"
+                       "regression. Use them to compare variables in terms of their effect. In units of Y."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -239,14 +220,7 @@ public:
     }
 } const coeffMLRVector;
 
-class ProjectO2PLSCoeffMLRVector final : public WholeModel<ProjectCoeffMLRVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffMLR: OPLS regression coefficients corresponding to\n"
-            "the centred and scaled X variables, for the response in its own units, as in multiple linear\n"
-            "regression. Use them to compare variables in terms of their effect. In units of Y.");
-    }
+class ProjectO2PLSCoeffMLRVector final : public WholeModel<ProjectCoeffMLRVector, OnAllOfX> {
 } const o2PLSCoeffMLRVector;
 
 class ProjectCoeffRotatedVector : public ProjectVector {
@@ -255,10 +229,12 @@ public:
         Init("CoeffRot", Loadings, Model, AnyPLS, Predictive, NumberYVariable, NoScoreLoading, Observed, Displayable);
     }
     std::string GetHelpString() const override {
-        return translate(
-            "CoeffRot: PLS regression coefficients rotated to\n"
-            "the direction in which the X variables vary together with the prediction. Variables that do not\n"
-            "tell of the response come near 0; for spectra they resemble the pure spectrum. Without unit.");
+        return OfKind(
+            *this,
+            ExceptionMessage::translate(
+                "CoeffRot: {1} regression coefficients rotated to\n"
+                "the direction in which the X variables vary together with the prediction. Variables that do not\n"
+                "tell of the response come near 0; for spectra they resemble the pure spectrum. Without unit."));
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long number,
                           int) const override {
@@ -270,14 +246,7 @@ public:
     }
 } const coeffRotatedVector;
 
-class ProjectO2PLSCoeffRotatedVector final : public WholeModel<ProjectCoeffRotatedVector> {
-public:
-    std::string GetHelpString() const override {
-        return translate(
-            "CoeffRot: OPLS regression coefficients rotated to\n"
-            "the direction in which the X variables vary together with the prediction. Variables that do not\n"
-            "tell of the response come near 0; for spectra they resemble the pure spectrum. Without unit.");
-    }
+class ProjectO2PLSCoeffRotatedVector final : public WholeModel<ProjectCoeffRotatedVector, OnAllOfX> {
 } const o2PLSCoeffRotatedVector;
 
 } // namespace

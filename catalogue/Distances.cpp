@@ -51,7 +51,7 @@ public:
     }
 } const dModXVector;
 
-class ProjectDModXO2PLSVector final : public WholeModel<ProjectDModXVector> {
+class ProjectDModXO2PLSVector final : public WholeModel<ProjectDModXVector, LeftOfX> {
 } const dModXO2PLSVector;
 
 class ProjectDModXPSVector : public ProjectVector {
@@ -77,7 +77,7 @@ public:
     }
 } const dModXPSVector;
 
-class ProjectO2PLSDModXPSVector final : public WholeModel<ProjectDModXPSVector> {
+class ProjectO2PLSDModXPSVector final : public WholeModel<ProjectDModXPSVector, LeftOfX> {
 } const o2PLSDModXPSVector;
 
 class ProjectDModXPSCombinedVector : public ProjectVector {
@@ -103,7 +103,7 @@ public:
     }
 } const dModXPSCombinedVector;
 
-class ProjectO2PLSDModXPSCombinedVector final : public WholeModel<ProjectDModXPSCombinedVector> {
+class ProjectO2PLSDModXPSCombinedVector final : public WholeModel<ProjectDModXPSCombinedVector, ScoresOfX> {
 } const o2PLSDModXPSCombinedVector;
 
 class ProjectDModYVector : public ProjectVector {
@@ -127,7 +127,7 @@ public:
     }
 } const dModYVector;
 
-class ProjectO2PLSDModYVector final : public WholeModel<ProjectDModYVector> {
+class ProjectO2PLSDModYVector final : public WholeModel<ProjectDModYVector, LeftOfY> {
 } const o2PLSDModYVector;
 
 class ProjectDModYPSVector : public ProjectVector {
@@ -151,7 +151,7 @@ public:
     }
 } const dModYPSVector;
 
-class ProjectO2PLSDModYPSVector final : public WholeModel<ProjectDModYPSVector> {
+class ProjectO2PLSDModYPSVector final : public WholeModel<ProjectDModYPSVector, LeftOfY> {
 } const o2PLSDModYPSVector;
 
 class ProjectPModXVector : public ProjectVector {
@@ -176,7 +176,7 @@ public:
     }
 } const pModXVector;
 
-class ProjectO2PLSPModXVector final : public WholeModel<ProjectPModXVector> {
+class ProjectO2PLSPModXVector final : public WholeModel<ProjectPModXVector, LeftOfX> {
 public:
     ProjectO2PLSPModXVector() { m_predictiveComponentDefaultsToLast = false; }
 } const o2PLSPModXVector;
@@ -202,7 +202,7 @@ public:
     }
 } const pModXPSVector;
 
-class ProjectO2PLSPModXPSVector final : public WholeModel<ProjectPModXPSVector> {
+class ProjectO2PLSPModXPSVector final : public WholeModel<ProjectPModXPSVector, LeftOfX> {
 } const o2PLSPModXPSVector;
 
 class ProjectPModXPSCombinedVector : public ProjectVector {
@@ -227,7 +227,7 @@ public:
     }
 } const pModXPSCombinedVector;
 
-class ProjectO2PLSPModXPSCombinedVector final : public WholeModel<ProjectPModXPSCombinedVector> {
+class ProjectO2PLSPModXPSCombinedVector final : public WholeModel<ProjectPModXPSCombinedVector, ScoresOfX> {
 } const o2PLSPModXPSCombinedVector;
 
 class ProjectPModYVector : public ProjectVector {
@@ -251,7 +251,7 @@ public:
     }
 } const pModYVector;
 
-class ProjectO2PLSPModYVector final : public WholeModel<ProjectPModYVector> {
+class ProjectO2PLSPModYVector final : public WholeModel<ProjectPModYVector, LeftOfY> {
 } const o2PLSPModYVector;
 
 class ProjectPModYPSVector : public ProjectVector {
@@ -275,7 +275,7 @@ public:
     }
 } const pModYPSVector;
 
-class ProjectO2PLSPModYPSVector final : public WholeModel<ProjectPModYPSVector> {
+class ProjectO2PLSPModYPSVector final : public WholeModel<ProjectPModYPSVector, LeftOfY> {
 } const o2PLSPModYPSVector;
 
 class ProjectOLevXVector final : public ProjectVector {
@@ -285,9 +285,10 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate("OLevX: Leverage of each observation of the workset in X.\n"
-                         "It is the influence of the observation on the model, by its scores t. Large values mark\n"
-                         "observations that draw the model to themselves. Between 0 and 1.");
+        return translate(
+            "OLevX: Leverage of each observation of the workset in X.\n"
+            "It is the influence of the observation on the model, by its scores t, and to of OPLS and O2PLS.\n"
+            "Large values mark observations that draw the model to themselves. Between 0 and 1.");
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetOLevX);
@@ -345,7 +346,7 @@ public:
         m_contributionSource = ScoreContribution;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return T2RangeHelp(); }
+    std::string GetHelpString() const override { return T2RangeHelp() + "\n" + AllOfX(); }
     bool IsT2RangeVector() const override { return true; }
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
@@ -388,7 +389,7 @@ public:
         m_contributionSource = ScoreContribution;
         m_predictiveComponentDefaultsToLast = true;
     }
-    std::string GetHelpString() const override { return T2RangePSHelp(); }
+    std::string GetHelpString() const override { return T2RangePSHelp() + "\n" + AllOfX(); }
     bool IsT2RangeVector() const override { return true; }
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;

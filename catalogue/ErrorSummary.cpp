@@ -26,7 +26,7 @@ public:
     }
 } const rMSEEVector;
 
-class ProjectO2PLSRMSEEVector final : public WholeModel<ProjectRMSEEVector> {
+class ProjectO2PLSRMSEEVector final : public WholeModel<ProjectRMSEEVector, LeftOfY> {
 } const o2PLSRMSEEVector;
 
 class ProjectRMSEPVector : public ProjectVector {
@@ -48,7 +48,7 @@ public:
     }
 } const rMSEPVector;
 
-class ProjectO2PLSRMSEPVector final : public WholeModel<ProjectRMSEPVector> {
+class ProjectO2PLSRMSEPVector final : public WholeModel<ProjectRMSEPVector, Predicting> {
 } const o2PLSRMSEPVector;
 
 class ProjectRMSEPPerComponentVector final : public ProjectVector {
@@ -108,7 +108,7 @@ public:
     }
 } const rMSEcvVector;
 
-class ProjectO2PLSRMSEcvVector final : public WholeModel<ProjectRMSEcvVector> {
+class ProjectO2PLSRMSEcvVector final : public WholeModel<ProjectRMSEcvVector, Refitted> {
 } const o2PLSRMSEcvVector;
 
 class ProjectRMSEcvPerComponentVector final : public ProjectVector {

@@ -15,9 +15,10 @@ public:
         m_predictiveComponentDefaultsToLast = true;
     }
     std::string GetHelpString() const override {
-        return translate("VIP: Importance of each X variable for the PLS model.\n"
-                         "It sums up what a variable does for X and Y over the components. The mean square is 1:\n"
-                         "variables above 1 matter most, those below 0.5 little. Without unit.");
+        return translate(
+            "VIP: Importance of each X variable for the PLS model.\n"
+            "It sums up the squared weights w of a variable over the components, each as it explains Y. The mean\n"
+            "square is 1: variables above 1 matter most, those below 0.5 little. Without unit.");
     }
     TablePtr CreateVector(ProjectPtr project, char const *source, int component, unsigned long, int) const override {
         return Deliver({*this, project, source, component}, &GetProjectData::GetVIP, TriState::Undefined);
@@ -33,9 +34,11 @@ public:
         Init("VIP", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
     }
     std::string GetHelpString() const override {
-        return translate("VIP: Importance of each X variable for the OPLS model.\n"
-                         "It sums up what a variable does for X and Y over the components. The mean square is 1:\n"
-                         "variables above 1 matter most, those below 0.5 little. Without unit.");
+        return translate(
+            "VIP: Importance of each X variable for the OPLS or O2PLS model.\n"
+            "It sums up the squared loadings p and po of a variable: half of it by what each component explains of\n"
+            "X, half by what predictive ones explain of Y. The mean square is 1: variables above 1 matter most,\n"
+            "those below 0.5 little. Without unit.");
     }
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
@@ -112,7 +115,7 @@ public:
     }
 } const vIPcvVector;
 
-class ProjectO2PLSVIPcvVector final : public WholeModel<ProjectVIPcvVector> {
+class ProjectO2PLSVIPcvVector final : public WholeModel<ProjectVIPcvVector, ByLoadings> {
 public:
     ProjectO2PLSVIPcvVector() { m_predictiveComponentDefaultsToLast = false; }
 } const o2PLSVIPcvVector;
@@ -144,7 +147,7 @@ public:
         Init("VIPcvSE", Loadings, Model, AnyOPLS, NoComponent, NumberNone, NoScoreLoading, Observed, Displayable);
         m_onlyCrossValidated = true;
     }
-    std::string GetHelpString() const override { return VIPcvSEHelp(); }
+    std::string GetHelpString() const override { return VIPcvSEHelp() + "\n" + ByLoadings(); }
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return ProjectVector::IsValidModel(project, model) && model.SizeComponents() > 0;
     }

@@ -29,7 +29,7 @@ public:
     }
 } const xVarPredVector;
 
-class ProjectO2PLSXVarPredVector final : public WholeModel<ProjectXVarPredVector> {
+class ProjectO2PLSXVarPredVector final : public WholeModel<ProjectXVarPredVector, AllOfX> {
 public:
     ProjectO2PLSXVarPredVector() { m_firstComponent = ComponentZero; }
 } const o2PLSXVarPredVector;
@@ -56,7 +56,7 @@ public:
     }
 } const xVarPredPSVector;
 
-class ProjectO2PLSXVarPredPSVector final : public WholeModel<ProjectXVarPredPSVector> {
+class ProjectO2PLSXVarPredPSVector final : public WholeModel<ProjectXVarPredPSVector, AllOfX> {
 } const o2PLSXVarPredPSVector;
 
 class ProjectXObsPredVector : public ProjectVector {
@@ -78,7 +78,7 @@ public:
     }
 } const xObsPredVector;
 
-class ProjectO2PLSXObsPredVector final : public WholeModel<ProjectXObsPredVector> {
+class ProjectO2PLSXObsPredVector final : public WholeModel<ProjectXObsPredVector, AllOfX> {
 } const o2PLSXObsPredVector;
 
 class ProjectXObsPredPSVector : public ProjectVector {
@@ -101,7 +101,7 @@ public:
     }
 } const xObsPredPSVector;
 
-class ProjectO2PLSXObsPredPSVector final : public WholeModel<ProjectXObsPredPSVector> {
+class ProjectO2PLSXObsPredPSVector final : public WholeModel<ProjectXObsPredPSVector, AllOfX> {
 } const o2PLSXObsPredPSVector;
 
 class ProjectYPredVector : public ProjectVector {
@@ -127,7 +127,7 @@ public:
     }
 } const yPredVector;
 
-class ProjectO2PLSYPredVector final : public WholeModel<ProjectYPredVector> {
+class ProjectO2PLSYPredVector final : public WholeModel<ProjectYPredVector, Predicting> {
 public:
     ProjectO2PLSYPredVector() { m_predictiveComponentDefaultsToLast = false; }
 } const o2PLSYPredVector;
@@ -155,7 +155,7 @@ public:
     }
 } const yPredPSVector;
 
-class ProjectO2PLSYPredPSVector final : public WholeModel<ProjectYPredPSVector> {
+class ProjectO2PLSYPredPSVector final : public WholeModel<ProjectYPredPSVector, Predicting> {
 } const o2PLSYPredPSVector;
 
 class ProjectYRelatedProfilesVector final : public ProjectVector {

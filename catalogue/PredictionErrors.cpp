@@ -39,7 +39,7 @@ public:
     }
 } const serrLVector;
 
-class ProjectO2PLSSerrLVector final : public WholeModel<ProjectSerrLVector> {
+class ProjectO2PLSSerrLVector final : public WholeModel<ProjectSerrLVector, Leverage> {
 } const o2PLSSerrLVector;
 
 class ProjectSerrUVector : public ProjectVector {
@@ -62,7 +62,7 @@ public:
     }
 } const serrUVector;
 
-class ProjectO2PLSSerrUVector final : public WholeModel<ProjectSerrUVector> {
+class ProjectO2PLSSerrUVector final : public WholeModel<ProjectSerrUVector, Leverage> {
 } const o2PLSSerrUVector;
 
 class ProjectSerrLPSVector : public ProjectVector {
@@ -87,7 +87,7 @@ public:
     }
 } const serrLPSVector;
 
-class ProjectO2PLSSerrLPSVector final : public WholeModel<ProjectSerrLPSVector> {
+class ProjectO2PLSSerrLPSVector final : public WholeModel<ProjectSerrLPSVector, Leverage> {
 } const o2PLSSerrLPSVector;
 
 class ProjectSerrUPSVector : public ProjectVector {
@@ -112,7 +112,7 @@ public:
     }
 } const serrUPSVector;
 
-class ProjectO2PLSSerrUPSVector final : public WholeModel<ProjectSerrUPSVector> {
+class ProjectO2PLSSerrUPSVector final : public WholeModel<ProjectSerrUPSVector, Leverage> {
 } const o2PLSSerrUPSVector;
 
 class ProjectYPredPSConfIntPlusVector : public ProjectVector {
@@ -138,7 +138,7 @@ public:
     }
 } const yPredPSConfIntPlusVector;
 
-class ProjectO2PLSYPredPSConfIntPlusVector final : public WholeModel<ProjectYPredPSConfIntPlusVector> {
+class ProjectO2PLSYPredPSConfIntPlusVector final : public WholeModel<ProjectYPredPSConfIntPlusVector, Refitted> {
 } const o2PLSYPredPSConfIntPlusVector;
 
 class ProjectYPredPSConfIntMinusVector : public ProjectVector {
@@ -164,7 +164,7 @@ public:
     }
 } const yPredPSConfIntMinusVector;
 
-class ProjectO2PLSYPredPSConfIntMinusVector final : public WholeModel<ProjectYPredPSConfIntMinusVector> {
+class ProjectO2PLSYPredPSConfIntMinusVector final : public WholeModel<ProjectYPredPSConfIntMinusVector, Refitted> {
 } const o2PLSYPredPSConfIntMinusVector;
 
 class ProjectYPredCVVector : public ProjectVector {
@@ -190,7 +190,7 @@ public:
     }
 } const yPredCVVector;
 
-class ProjectO2PLSYPredCVVector final : public WholeModel<ProjectYPredCVVector> {
+class ProjectO2PLSYPredCVVector final : public WholeModel<ProjectYPredCVVector, Refitted> {
 } const o2PLSYPredCVVector;
 
 class ProjectYPredCVErrVector : public ProjectVector {
@@ -214,7 +214,7 @@ public:
     }
 } const yPredCVErrVector;
 
-class ProjectO2PLSYPredCVErrVector final : public WholeModel<ProjectYPredCVErrVector> {
+class ProjectO2PLSYPredCVErrVector final : public WholeModel<ProjectYPredCVErrVector, Refitted> {
 public:
     ProjectO2PLSYPredCVErrVector() { m_firstComponent = ComponentZero; }
 } const o2PLSYPredCVErrVector;
@@ -266,7 +266,7 @@ public:
     }
 } const yPredPSCVVector;
 
-class ProjectO2PLSYPredPSCVVector final : public WholeModel<ProjectYPredPSCVVector> {
+class ProjectO2PLSYPredPSCVVector final : public WholeModel<ProjectYPredPSCVVector, Refitted> {
 } const o2PLSYPredPSCVVector;
 
 class ProjectYPredPScvSEVector : public ProjectVector {
@@ -289,7 +289,7 @@ public:
     }
 } const yPredPScvSEVector;
 
-class ProjectO2PLSYPredPScvSEVector final : public WholeModel<ProjectYPredPScvSEVector> {
+class ProjectO2PLSYPredPScvSEVector final : public WholeModel<ProjectYPredPScvSEVector, Refitted> {
 } const o2PLSYPredPScvSEVector;
 
 } // namespace

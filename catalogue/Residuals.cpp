@@ -93,7 +93,7 @@ public:
     }
 } const xVarResPSVector;
 
-class ProjectO2PLSXVarResPSVector final : public WholeModel<ProjectXVarResPSVector> {
+class ProjectO2PLSXVarResPSVector final : public WholeModel<ProjectXVarResPSVector, LeftOfX> {
 } const o2PLSXVarResPSVector;
 
 class ProjectXVarResSTVector : public ProjectVector {
@@ -118,7 +118,7 @@ public:
     }
 } const xVarResSTVector;
 
-class ProjectO2PLSXVarResSTVector final : public WholeModel<ProjectXVarResSTVector> {
+class ProjectO2PLSXVarResSTVector final : public WholeModel<ProjectXVarResSTVector, LeftOfX> {
 } const o2PLSXVarResSTVector;
 
 class ProjectXVarResPSSTVector : public ProjectVector {
@@ -143,7 +143,7 @@ public:
     }
 } const xVarResPSSTVector;
 
-class ProjectO2PLSXVarResPSSTVector final : public WholeModel<ProjectXVarResPSSTVector> {
+class ProjectO2PLSXVarResPSSTVector final : public WholeModel<ProjectXVarResPSSTVector, LeftOfX> {
 } const o2PLSXVarResPSSTVector;
 
 class ProjectXVarResYRelatedO2PLSVector final : public ProjectVector {
@@ -189,7 +189,7 @@ public:
     }
 } const xObsResVector;
 
-class ProjectO2PLSXObsResVector final : public WholeModel<ProjectXObsResVector> {
+class ProjectO2PLSXObsResVector final : public WholeModel<ProjectXObsResVector, LeftOfX> {
 public:
     ProjectO2PLSXObsResVector() { m_firstComponent = ComponentZero; }
 } const o2PLSXObsResVector;
@@ -213,7 +213,7 @@ public:
     }
 } const xObsResPSVector;
 
-class ProjectO2PLSXObsResPSVector final : public WholeModel<ProjectXObsResPSVector> {
+class ProjectO2PLSXObsResPSVector final : public WholeModel<ProjectXObsResPSVector, LeftOfX> {
 public:
     ProjectO2PLSXObsResPSVector() { m_firstComponent = ComponentZero; }
 } const o2PLSXObsResPSVector;
@@ -240,7 +240,7 @@ public:
     }
 } const yVarResVector;
 
-class ProjectO2PLSYVarResVector final : public WholeModel<ProjectYVarResVector> {
+class ProjectO2PLSYVarResVector final : public WholeModel<ProjectYVarResVector, LeftOfY> {
 } const o2PLSYVarResVector;
 
 class ProjectYVarResPSVector : public ProjectVector {
@@ -263,7 +263,7 @@ public:
     }
 } const yVarResPSVector;
 
-class ProjectO2PLSYVarResPSVector final : public WholeModel<ProjectYVarResPSVector> {
+class ProjectO2PLSYVarResPSVector final : public WholeModel<ProjectYVarResPSVector, LeftOfY> {
 } const o2PLSYVarResPSVector;
 
 class ProjectYVarResSTVector final : public ProjectVector {
@@ -309,7 +309,7 @@ public:
     }
 } const yVarResPSSTVector;
 
-class ProjectO2PLSYVarResPSSTVector final : public WholeModel<ProjectYVarResPSSTVector> {
+class ProjectO2PLSYVarResPSSTVector final : public WholeModel<ProjectYVarResPSSTVector, LeftOfY> {
 } const o2PLSYVarResPSSTVector;
 
 class ProjectYObsResVector final : public ProjectVector {
@@ -332,20 +332,18 @@ public:
     }
 } const yObsResVector;
 
-std::string YObsResPSHelp() {
-    return translate("YObsResPS: Residuals of all responses of one observation of the prediction set.\n"
-                     "Look at them when DModYPS of the observation is large, to see which responses cause it.\n"
-                     "In the units of YObs.");
-}
-
-class ProjectYObsResPSVector final : public ProjectVector {
+class ProjectYObsResPSVector : public ProjectVector {
 public:
     ProjectYObsResPSVector() {
         Init("YObsResPS", Loadings, Model, AnyPLS, Predictive, NumberObsOrVar, NoScoreLoading, Predicted, Displayable);
         m_firstComponent = ComponentZero;
         m_useUnscalingTransform = true;
     }
-    std::string GetHelpString() const override { return YObsResPSHelp(); }
+    std::string GetHelpString() const override {
+        return translate("YObsResPS: Residuals of all responses of one observation of the prediction set.\n"
+                         "Look at them when DModYPS of the observation is large, to see which responses cause it.\n"
+                         "In the units of YObs.");
+    }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return DeliverValues(*this, project, args, &GetProjectData::GetYObsResPS);
     }
@@ -354,19 +352,13 @@ public:
     }
 } const yObsResPSVector;
 
-class ProjectO2PLSYObsResPSVector final : public ProjectVector {
+class ProjectO2PLSYObsResPSVector final : public ProjectYObsResPSVector {
 public:
-    ProjectO2PLSYObsResPSVector() {
-        Init("YObsResPS", Loadings, Model, AnyOPLS, Predictive, NumberObsOrVar, NoScoreLoading, Predicted, Displayable);
-        m_firstComponent = ComponentZero;
-        m_useUnscalingTransform = true;
-    }
-    std::string GetHelpString() const override { return YObsResPSHelp(); }
-    TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return DeliverValues(*this, project, args, &GetProjectData::GetYObsResPS);
-    }
-    ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const override {
-        return Labels(project, source, &GetProjectData::GetYObsResPSColumnIDs);
+    ProjectO2PLSYObsResPSVector() { m_modelType = AnyOPLS; }
+    std::string GetHelpString() const override {
+        return ProjectYObsResPSVector::GetHelpString() + "\n" +
+               translate(
+                   "In OPLS and O2PLS by the predictive components up to one, with all orthogonal ones; 0 is all.");
     }
 } const o2PLSYObsResPSVector;
 

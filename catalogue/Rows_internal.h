@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/ProjectVector.h"
+#include "platform/text/Translate.h"
 
 // Short names for the metadata of a vector, so that a family's file reads as a table.
 namespace rows {
@@ -47,15 +48,58 @@ constexpr int AllBatches = -1;
 // The significance level that the model has.
 constexpr float LevelOfModel = -1.0f;
 
+// What a statistic of a whole OPLS or O2PLS model rests on, as the last lines of its help.
+inline std::string AllOfX() {
+    return translate("In OPLS and O2PLS it is of the whole model: of all predictive and X-side orthogonal components.");
+}
+inline std::string LeftOfX() {
+    return translate(
+        "In OPLS and O2PLS it is of the whole model: what all predictive and X-side orthogonal components\n"
+        "leave of X. Both count in its degrees of freedom.");
+}
+inline std::string ScoresOfX() {
+    return translate(
+        "In OPLS and O2PLS it is of the whole model: what all predictive and X-side orthogonal components\n"
+        "leave of X, and the range of both t and to.");
+}
+inline std::string Predicting() {
+    return translate("In OPLS and O2PLS it is of the whole model: all predictive components predict, after the X-side\n"
+                     "orthogonal ones are taken out of X. Y-side orthogonal components predict nothing.");
+}
+inline std::string LeftOfY() {
+    return translate(
+        "In OPLS and O2PLS it is of the whole model: what all predictive components leave of Y, the part of\n"
+        "Y-side orthogonal components included. X-side orthogonal ones count in its degrees of freedom.");
+}
+inline std::string Leverage() {
+    return translate(
+        "In OPLS and O2PLS it is of the whole model: the leverage is by both t and to, and X-side orthogonal\n"
+        "components count in the degrees of freedom of the error.");
+}
+inline std::string Refitted() {
+    return translate("In OPLS and O2PLS it is of the whole model: each cross-validation round fits all predictive and\n"
+                     "orthogonal components anew.");
+}
+inline std::string OnAllOfX() {
+    return translate(
+        "They are of the whole model and multiply X as it is: that orthogonal components are taken out first\n"
+        "is part of them.");
+}
+inline std::string ByLoadings() {
+    return translate("In OPLS and O2PLS it is of the whole model, by the loadings p and po in place of the weights w.");
+}
+
 // The form for OPLS and O2PLS of a statistic that takes a component with other models: it is one of the whole model, so
-// that no component is asked for, and needs components unless that of none at all is a statistic too.
-template <typename Form>
+// that no component is asked for, and needs components unless that of none at all is a statistic too. Its help tells
+// what it rests on.
+template <typename Form, std::string (*restsOn)()>
 class WholeModel : public Form {
 public:
     WholeModel() {
         this->m_modelType = AnyOPLS;
         this->m_componentType = NoComponent;
     }
+    std::string GetHelpString() const override { return Form::GetHelpString() + "\n" + restsOn(); }
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return Form::IsValidModel(project, model) && (this->GetFirstComponent() < 1 || model.SizeComponents() > 0);
     }

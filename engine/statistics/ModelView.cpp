@@ -210,4 +210,9 @@ double ModelView::GetCVStdDevDF(int component) const {
     return std::max(0, rounds - 1);
 }
 
+double ModelView::GetRowDF(int xSideComponents, bool ofY) const {
+    double const freedom = ofY ? YRowFreedom(m_fit, xSideComponents) : XRowFreedom(m_fit, xSideComponents);
+    return freedom > 0 ? freedom : 0; // NaN where there is none
+}
+
 } // namespace engine

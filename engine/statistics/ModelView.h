@@ -88,6 +88,7 @@ public:
     DefaultCenterValues GetCenterValues() const override;
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;
+    double GetRowDF(int xSideComponents, bool ofY) const override;
 
 private:
     ColumnIDs NamedColumns(NCStringVector names) const;

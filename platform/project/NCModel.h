@@ -39,6 +39,9 @@ public:
     virtual bool IsDModXWeighted() const { return false; }
     // Degrees of freedom of the jack-knife standard errors; 0 without cross-validation.
     virtual double GetCVStdDevDF(int component) const = 0;
+    // Degrees of freedom that so many X-side components leave of the rows of X or Y: observations, less the components,
+    // less one for centring. 0 where there are none, or where they are not known.
+    virtual double GetRowDF(int, bool /*ofY*/) const { return 0; }
 };
 
 class DATASERIES_API PredictiveModel : public ProjectionModel {

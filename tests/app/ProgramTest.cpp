@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -189,6 +190,7 @@ TEST_F(Program, DrawsWhatGnuplotMakesOfIt) {
                        {"a.project 'p M1,1,0,0' 'p M1,2,0,0'", ">M1.p[2]<", 1},
                        {"a.project 'p M1,1,0,0'", ">c,d<", 1},
                        {"a.project 'T2Range M1,0,1,0,2'", ">T2-Crit 13.5<", 1},
+                       {"a.project 'T2Range M1,0,-1,0,2'", ">T2-Crit 6.29<", 1},
                        {"a.project 'DModX M1,1,0,0'", ">D-Crit ", 1},
                        {"a.project 'DModX M1,1,0,0' 'T2Range M1,0,1,0,2'", "-Crit ", 1},
                        {"evil.project 'p M1,1,0,0' --title \"it's @x\"", ">'`touch boom`'<", 1},
@@ -569,6 +571,52 @@ TEST_F(Program, EndsCleanly) {
     EXPECT_THAT(Contents(folder / "real.csv"), StartsWith("id,M1.t[1]\nr1,"));
 }
 
+TEST_F(Program, ExplainsWhatATextAsksFor) {
+    MakeProject();
+    Done("fit a.project --type opls --y y --components 1,1 --cv-groups 0");
+    Done("predict a.project a.csv --missing '?'");
+    // a text; what is told of it
+    struct {
+        char const *text;
+        std::vector<std::string> parts;
+    } const cases[] = {
+        {"DModX M2,1,0,0",
+         {"M2,\"model 2, PLS 1 of data set 1 \"\"a\"\"\"", "component,1,component 1 of 1 components",
+          "number,0,not used", "result,,\"1 row, M2.DModX[1], of 8 observations\"",
+          "missing,,1 of 8: 1 without any observed X variable",
+          "freedom,,\"2 and 12: columns, and columns times 6 rows"}},
+        {"DModX@M3", {"whole model, 1+1 components", "freedom,,\"1 and 5:", "it is of the whole model"}},
+        {"DModX M2,0,0,0", {"no component, of 1", "freedom,,\"3 and 21:"}},
+        {"DModY M2,-1,0,0", {"nothing. There is no component \"\"-1\"\": model 2 has 1"}},
+        {"DModY M2,1,0,0", {"component 1 of 1 components", "freedom,,\"1 and 6:"}},
+        {"XVar M1,0,2,0,1,1", {"\"X variable 2, \"\"b\"\"\"", "values,,from 1 to 7", "missing,,1 of 8: 1 without any"}},
+        {"XVar:c,d@M1", {"1 without any observed X variable 1 where the variable is missing", "in the units of the d"}},
+        {"XVarPS:c,d@M1", {"on prediction set 2", "1 without any observed X variable 1 where the variable is missing"}},
+        {"XVarRes M3,5,-1,0,1,0,0,0",
+         {"1 of 1 predictive", "1 of 1 X-side", "0 of 0 Y-side", "scaled as in the workset"}},
+        {"XObs M1,0,2,0,1,0",
+         {"\"observation 2 of the project, \"\"l,2\"\"\"", "1 of 3: 1 that the observation lacks"}},
+        {"wcv M2,1,0,2", {"\"round 2 of 3, without 3 of 8 observations\""}},
+        {"wcvSE:1@M2", {"freedom,,\"2: cross-validation rounds"}},
+        {"T2Range M1,0,-1,0,2", {"first component: the last one", "last component: 2", "freedom,,\"1 and 7:"}},
+        {"S2X M1,0,0,0", {"freedom,,\"6, 5 of the rows; 2, 1 of the columns\""}},
+        {"S2VY M2,0,0,0", {"freedom,,7 of the rows"}},
+        {"VarDS:a@DS1", {"source,DS1,\"data set 1 \"\"a\"\"\"", "missing,,1 of 8: 1 missing there"}},
+        {"ObsID M1,0,1,0", {"identifier column 1 of the observations", "8 whose identifier is no number"}},
+        {"t M1,9,0,0",
+         {"there is no component 9 among 2", "nothing. There is no component \"\"9\"\": model 1 has 2 of that kind."}},
+        {"tcv M1,1,0,1", {"nothing. The model is not cross-validated."}}};
+    for (auto const &row : cases) {
+        std::string const told = Done(std::string("explain a.project '") + row.text + "' --format csv");
+        for (std::string const &part : row.parts)
+            EXPECT_THAT(told, HasSubstr(part)) << row.text;
+    }
+    EXPECT_THAT(Done("explain a.project t:2@M1"), HasSubstr("\nresult           1 row, M1.t[2], of 8 observations\n"));
+    EXPECT_THAT(Run("explain a.project t@M9").error, HasSubstr("There is no model 9"));
+    EXPECT_EQ(Run("explain a.project 'wcv M1,1,0,1'").status, 1) << "PCA has no weights";
+    EXPECT_EQ(Run("explain a.project 'Num M1,0,0,0'").status, 1);
+}
+
 TEST_F(Program, ListsTheCatalogue) {
     auto const lines = Fields(Done("catalogue --format csv"));
     std::multimap<std::string, std::vector<std::string>> rows;
@@ -595,22 +643,28 @@ TEST_F(Program, ListsTheCatalogue) {
     }
 }
 
-// Every name in back quotes in the middle column of the table.
-TEST_F(Program, HasTheStatisticsThatTheReadmeLists) {
-    std::set<std::string> listed, known;
-    std::istringstream readme(Contents(SOURCE_DIR "/README.md"));
-    for (std::string line; std::getline(readme, line);) {
-        if (!line.starts_with("| **"))
-            continue;
-        std::size_t const first = line.find(" | ");
-        std::istringstream names(line.substr(first + 3, line.find(" | ", first + 3) - first - 3));
-        for (std::string name; names >> name;)
-            EXPECT_TRUE(listed.insert(name.substr(1, name.size() - 2)).second) << name << " stands twice";
-    }
+// The README lists every statistic in the middle column of a table, docs/methods.md defines it in the first one.
+TEST_F(Program, HasTheStatisticsThatItsDocumentsList) {
+    std::set<std::string> known;
     for (auto const &row : Fields(Done("catalogue --format csv")))
         known.insert(row.front());
     known.erase("name");
-    EXPECT_EQ(listed, known);
+    struct {
+        char const *file, *lineStart, *column;
+    } const documents[] = {{"/README.md", "| **", " | "}, {"/docs/methods.md", "| `", "| "}};
+    for (auto const &document : documents) {
+        std::set<std::string> listed;
+        std::istringstream text(Contents(std::string(SOURCE_DIR) + document.file));
+        for (std::string line; std::getline(text, line);) {
+            if (!line.starts_with(document.lineStart))
+                continue;
+            std::size_t const first = line.find(document.column) + std::strlen(document.column);
+            std::istringstream names(line.substr(first, line.find(" | ", first) - first));
+            for (std::string name; names >> name;)
+                EXPECT_TRUE(listed.insert(name.substr(1, name.size() - 2)).second) << name << " stands twice";
+        }
+        EXPECT_EQ(listed, known) << document.file;
+    }
 }
 
 TEST(Readme, QuotesTheExampleThatIsBuilt) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <map>
 #include <set>
 
 namespace {
@@ -38,6 +39,25 @@ TEST(Registry, HoldsTheCatalogueSortedAndWithoutOverlap) {
                         ((*one)->GetModelType() & (*other)->GetModelType()) == 0)
                 << (*one)->GetName();
     }
+}
+
+// The forms of OPLS and O2PLS have statistics of their own: of the whole model, or by other formulas.
+TEST(Registry, HelpTellsFormsOfModelsApart) {
+    std::map<std::pair<std::string, Vector::VectorTypeEnum>, Vector const *> plain;
+    std::vector<Vector const *> orthogonal;
+    for (Vector const *const vector : *ProjectVectorHandler::Instance())
+        if (vector->GetModelType() == ModelTypeE::AnyOPLS)
+            orthogonal.push_back(vector);
+        else if (vector->UseModel())
+            plain[{vector->GetName(), vector->GetType()}] = vector;
+    std::size_t pairs = 0;
+    for (Vector const *const vector : orthogonal) {
+        auto const other = plain.find({vector->GetName(), vector->GetType()});
+        pairs += other == plain.end() ? 0 : 1;
+        EXPECT_TRUE(other == plain.end() || other->second->GetHelpString() != vector->GetHelpString())
+            << vector->GetName();
+    }
+    EXPECT_EQ(pairs, 51u);
 }
 
 TEST(Registry, LookupsDifferAsTheyShould) {

@@ -5,19 +5,6 @@
 
 namespace {
 
-Change Kinds(int predictive, int xSide, int ySide, int osc) {
-    return [=](ProjectVectorData &data) {
-        data.SetPredComponent(predictive);
-        data.SetXSideOrthoComponent(xSide);
-        data.SetYSideOrthoComponent(ySide);
-        data.oscComponent = osc;
-    };
-}
-
-} // namespace
-
-namespace {
-
 // Whether the left record says all that tells the right one from others.
 bool IsSame(Plain const &left, Plain const &right) {
     VectorTraits const &vector = left.vector;
@@ -144,7 +131,9 @@ TEST(ProjectVectorData, ResolvesComponents) {
     // 1 where no model is.
     for (auto const &[type, source] : {std::pair(OfSet, "M3"), {OfModel, "DS1"}, {OfModel, ""}}) {
         VectorProbe const vector({.components = 1, .data = type});
-        ProjectVectorData const data = world.Data(vector, source, Kinds(5, 5, 5, 5));
+        ProjectVectorData const data = world.Data(vector, source, [](auto &d) {
+            d.SetPredComponent(5), d.SetXSideOrthoComponent(5), d.SetYSideOrthoComponent(5);
+        });
         EXPECT_EQ(data.GetComponent(true) + data.GetXSideOrthoComponent(false) + data.GetYSideOrthoComponent(true), 3);
         EXPECT_EQ(data.GetModelInfo(), nullptr);
     }

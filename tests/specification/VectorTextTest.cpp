@@ -44,10 +44,6 @@ Change Points(bool aligned1, bool aligned2) {
     };
 }
 
-} // namespace
-
-namespace {
-
 // The argument text by the documented layout, without defaults.
 class ReferenceWriter {
 public:
