@@ -19,8 +19,8 @@ struct NamedSeries {
     Source source;
     std::string arguments; // "M1,1,0,0"
 };
-// On the axis, or on the first one that has the vector and on which the text gives data. UsageError for what is no argument string, NCError for a vector
-// or a source that is not there.
+// On the axis, or on the first one that has the vector and on which the text gives data. UsageError for what is no
+// argument string, NCError for a vector or a source that is not there.
 NamedSeries FindSeries(engine::Project const &project, std::string const &text,
                        std::optional<ProjectVector::VectorTypeEnum> axis);
 

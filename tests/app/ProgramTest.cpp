@@ -462,8 +462,9 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
     std::string const fitted = Done("fit k.project --type pca --components 1 --cv-groups 2 --q2 deflated");
     Outcome const listed = Run("summary k.project --model 1 --format csv");
     for (std::string const &text : {fitted, Done("summary k.project --model 1"), listed.error})
-        EXPECT_THAT(text,
-                    HasSubstr("Constant, so that there is nothing of them to explain: k.\nQ2 is that on deflated matrices."));
+        EXPECT_THAT(
+            text,
+            HasSubstr("Constant, so that there is nothing of them to explain: k.\nQ2 is that on deflated matrices."));
     EXPECT_EQ(Fields(listed.out).size(), 2u);
     EXPECT_THAT(Done("fit k.project --type pca --components 1 --exclude k"), testing::Not(HasSubstr("Constant")));
 }
