@@ -123,7 +123,10 @@ private:
     void SetLabel(char const *axis, std::string const &text) {
         m_text += std::string("set ") + axis + "label " + Quoted(text) + "\n";
     }
-    std::string Name(std::size_t row) const { return m_dates.Name(m_table, row); }
+    // Of an observation among others, dates are drawn as numbers.
+    std::string Name(std::size_t row) const {
+        return m_dates.AreDates(row) ? m_dates.Name(m_table, row) : m_table.GetRowName(static_cast<int>(row) + 1);
+    }
     std::string Item(std::size_t item) const { return Shortened(m_table.GetColumnName(static_cast<int>(item) + 1)); }
     std::string Style(std::size_t row) const { return std::string(" lc rgb '") + colours[row % colours.size()] + "'"; }
     // A value as it is drawn: a date as seconds since 1970.

@@ -87,5 +87,5 @@ std::string TableDates::Text(std::size_t row, std::size_t item) const {
 
 std::string TableDates::Name(ProjectData const &table, std::size_t row) const {
     std::string const name = table.GetRowName(static_cast<int>(row) + 1);
-    return AreDates(row) ? name.substr(0, name.rfind(" (days since ")) : name;
+    return Has(row) ? name.substr(0, name.rfind(" (days since ")) : name;
 }

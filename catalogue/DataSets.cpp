@@ -195,7 +195,9 @@ public:
 
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
         return PredictionRows(*this, project, args, ColumnIDs::Variables, [](NCDataSet const &set, std::uint32_t item) {
-            return std::pair(set.GetObservationAliases().GetAlias(1, ObservationInfo(item)), set.GetObservation(item));
+            return std::pair(set.GetObservationAliases().GetAlias(1, ObservationInfo(item)) +
+                                 set.GetDaysLabel(set.GetVariables()),
+                             set.GetObservation(item));
         });
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *, int, unsigned long) const override {
@@ -215,10 +217,12 @@ public:
     }
     bool SupportDateTime() const override { return true; }
     TablePtr CreateVectorRaw(ProjectPtr project, char const *args) const override {
-        return PredictionRows(
-            *this, project, args, ColumnIDs::Observations, [](NCDataSet const &set, std::uint32_t item) {
-                return std::pair(set.GetVariableAliases().GetAlias(1, VariableInfo(item)), set.GetVariable(item));
-            });
+        return PredictionRows(*this, project, args, ColumnIDs::Observations,
+                              [](NCDataSet const &set, std::uint32_t item) {
+                                  return std::pair(set.GetVariableAliases().GetAlias(1, VariableInfo(item)) +
+                                                       set.GetDaysLabel(std::span(&item, 1)),
+                                                   set.GetVariable(item));
+                              });
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *, int, unsigned long) const override {
         return PredictionColumns(project, ColumnIDs::Observations);

@@ -106,6 +106,7 @@ public:
 
     boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
     ObservationInfos const &GetObservations() const override { return m_rows->GetObservations(); }
+    BatchRuns const &GetBatchRuns() const override { return m_rows->GetBatchRuns(); }
 
 private:
     boost::shared_ptr<NCModel const> m_model;

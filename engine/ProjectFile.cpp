@@ -19,6 +19,9 @@ std::filesystem::path RealPath(std::filesystem::path const &path) {
 std::filesystem::path ExistingPath(std::filesystem::path const &path) {
     if (!std::filesystem::exists(path))
         throw NCError(ExceptionMessage::translate("The project {1} doesn't exist.") % path.string(), NCError::Error);
+    if (std::filesystem::is_directory(path))
+        throw NCError(ExceptionMessage::translate("{1} is a folder, expected a project.") % path.string(),
+                      NCError::Error);
     return RealPath(path);
 }
 
@@ -79,10 +82,6 @@ void CheckShape(NewDataSet const &dataSet) {
         std::ranges::all_of(dataSet.dates, [&](auto const &column) { return column.days.size() == observations; });
     if (!even)
         throw NCInternalError("ProjectFile::AddDataSet", ExceptionMessage::translate("columns of unequal length"));
-}
-
-std::vector<std::byte> Copy(std::span<std::byte const> bytes) {
-    return {bytes.begin(), bytes.end()};
 }
 
 template <typename Number>
@@ -169,17 +168,21 @@ std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
 }
 
 std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
-    return NumbersIn<float>(m_implementation->ReadBlock(Part::Column, dataSet, variable).Bytes(2));
+    std::vector<float> values;
+    m_implementation->ReadBlock(Part::Column, dataSet, variable,
+                                [&](auto, std::span<std::byte const> bytes) { values = NumbersIn<float>(bytes); });
+    return values;
 }
 
 // The name of the block is the number of the variable.
 std::vector<DateColumn> ProjectFile::Dates(int dataSet) const {
     std::vector<DateColumn> dates;
     int const count = static_cast<int>(m_implementation->DataSet(dataSet).dateVariables);
-    for (int position = 1; position <= count; ++position) {
-        Statement const block = m_implementation->ReadBlock(Part::Dates, dataSet, position);
-        dates.push_back({std::stoi(std::string(block.Text(1))), NumbersIn<double>(block.Bytes(2))});
-    }
+    for (int position = 1; position <= count; ++position)
+        m_implementation->ReadBlock(Part::Dates, dataSet, position,
+                                    [&](std::string_view name, std::span<std::byte const> bytes) {
+                                        dates.push_back({std::stoi(std::string(name)), NumbersIn<double>(bytes)});
+                                    });
     return dates;
 }
 
@@ -264,13 +267,13 @@ ModelRecord ProjectFile::Model(int number) const {
 }
 
 std::vector<std::byte> ProjectFile::Definition(int model) const {
-    return Copy(m_implementation->ReadBlock(Part::Definition, model, 1).Bytes(2));
+    return m_implementation->ReadBytes(Part::Definition, model);
 }
 
 std::optional<std::vector<std::byte>> ProjectFile::Results(int model) const {
     if (!m_implementation->Model(model).fitted)
         return std::nullopt;
-    return Copy(m_implementation->ReadBlock(Part::Results, model, 1).Bytes(2));
+    return m_implementation->ReadBytes(Part::Results, model);
 }
 
 int ProjectFile::AddModel(std::string_view name, std::span<int const> dataSets, std::span<std::byte const> definition) {

@@ -84,6 +84,11 @@ ImportedTable ReadTable(std::istream &stream, std::string const &name, TableOpti
 }
 
 ImportedTable ReadTable(std::filesystem::path const &file, TableOptions const &options, Progress const &progress) {
+    if (file.empty())
+        throw NCError(ExceptionMessage::translate("A table needs the name of a file."), NCError::Error);
+    if (std::filesystem::is_directory(file))
+        throw NCError(ExceptionMessage::translate("{1} is a folder, expected a table.") % file.string(),
+                      NCError::Error);
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw NCError(ExceptionMessage::translate("{1} can't be opened: {2}.") % file.string() % std::strerror(errno),

@@ -53,6 +53,11 @@ Range PhaseOf(Range const &batch, std::string const &phase, Positions const &pha
     return {};
 }
 
+// The data behind the rows may have no phases though others of the project do.
+bool HavePhases(ObservationInfos const &rows, NCObservations const &list) {
+    return std::ranges::any_of(rows, [&](ObservationInfo const &row) { return !row.GetPhaseName(list).empty(); });
+}
+
 bool UsesBatch(ProjectVectorData const &data) {
     return data.GetProjectVector() && data.GetProjectVector()->UseBatchIx();
 }
@@ -272,7 +277,7 @@ void SelectDataSeriesData::SetSelectedBatchAndPhase(char const *batch, char cons
         if (first.GetBatchName(list) != wanted)
             continue;
         Range range = RangeOf(beginnings, group, static_cast<int>(rows.size()));
-        if (phase && *phase != '\0' && list.GetPhaseID(AliasAccess(list)) != 0) {
+        if (phase && *phase != '\0' && HavePhases(rows, list)) {
             bool phased = false;
             range = PhaseOf(range, phase, BatchUtilities::GetPhaseBeginnings(list, rows), rows, list, phased);
         }

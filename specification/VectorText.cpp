@@ -154,38 +154,29 @@ std::string ProjectVectorData::GetBatchName(ProjectPtr const &project) const {
         return "Average";
     if (batchIx == 0)
         return "Std.Dev.";
-    auto const picked = [this](NCStringVector const &names) { return names(batchIx, std::string()); };
+    auto const picked = [this](auto const &rows) {
+        return rows ? rows->GetBatchRuns().names(batchIx, std::string()) : std::string();
+    };
     bool const predicted = Vector().GetObsPredType() == ProjectVector::Predicted;
     if (ModelInfo const *const model = GetModelInfo()) {
-        if (predicted) {
-            auto const predictions = project->GetPredictions(model->number, true);
-            if (!predictions)
-                return {};
-            ObservationInfos const &rows = predictions->GetObservations();
-            auto const beginnings = BatchUtilities::GetBatchBeginnings(project->GetObservations(), rows);
-            if (batchIx < 1 || batchIx > beginnings.Size())
-                return {};
-            return rows[static_cast<std::size_t>(beginnings[batchIx] - 1)].GetBatchName(project->GetObservations());
-        }
+        if (predicted)
+            return picked(project->GetPredictions(model->number, true));
         auto const batchModel = boost::dynamic_pointer_cast<NCBatchModel const>(project->GetModel(model->number));
-        auto const workset = project->GetWorkset(model->number);
         if (batchModel) {
             bool const known = batchIx >= 1 && batchIx <= static_cast<int>(batchModel->GetBatchIndexes().size());
             return known ? batchModel->GetBatchName(batchIx) : std::string();
         }
-        return workset ? picked(BatchUtilities::GetBatchNames(workset->GetBatchInfo(), true)) : std::string();
+        return picked(project->GetWorkset(model->number));
     }
-    if (predicted) {
-        auto const set = project->GetPredSet(-1);
-        return set ? picked(BatchUtilities::GetBatchNames(set->GetBatchInfo(), true)) : std::string();
-    }
+    if (predicted)
+        return picked(project->GetPredSet(-1));
     if (m_dataset == -1)
         return {};
     auto const set = project->GetDataSet(m_dataset);
     if (!set)
         throw NCError(ExceptionMessage::translate("Dataset number {1} could not be loaded.") % m_dataset,
                       NCError::Error);
-    return picked(BatchUtilities::GetBatchNames(set->GetBatchInfo(), true));
+    return picked(set);
 }
 
 std::string ProjectVectorData::GetProjectVectorName(DefaultSelection const *defaults, bool removePrefix,

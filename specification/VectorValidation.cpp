@@ -124,8 +124,7 @@ bool ProjectVectorData::CheckBatchID(ProjectPtr const &project,
     } else if (batchIx >= 1) {
         auto const predictions = project->GetPredictions(GetModelNumber(), false);
         if (predictions)
-            batches =
-                BatchUtilities::GetBatchBeginnings(project->GetObservations(), predictions->GetObservations()).Size();
+            batches = predictions->GetBatchRuns().names.Size();
     }
     return batchIx <= batches;
 }

@@ -1,15 +1,18 @@
 #include "engine/data/DataSet_internal.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace engine {
 
 namespace {
 
-// Collects the items of one list, data set by data set, and the identifier columns that any of them has.
+// Adds the items of data sets to a list, and the identifier columns that any of them has.
 class ListBuilder {
 public:
+    explicit ListBuilder(VarObs &list) : m_list(list) {}
+
     // Columns of these headings tell the same: what one has is in the first of them too.
     void SetSynonyms(std::vector<std::string> const &headings) {
         for (std::string const &heading : headings)
@@ -44,42 +47,32 @@ public:
     }
 
     void SetRole(std::vector<std::string> const &headings, VarObs::Role role) {
-        for (VarObs::Alias &alias : m_aliases)
-            if (std::find(headings.begin(), headings.end(), alias.name) != headings.end())
-                alias.role = role;
-    }
-
-    void MoveInto(VarObs &list) {
-        for (VarObs::Alias &alias : m_aliases) {
-            alias.texts.resize(m_size);
-            list.AddAlias(std::move(alias));
-        }
+        for (int alias = 1; alias <= m_list.SizeAliases(); ++alias)
+            if (std::ranges::find(headings, m_list.GetAlias(alias)->name) != headings.end())
+                m_list.SetRole(alias, role);
     }
 
 private:
-    std::size_t AliasNumber(std::string const &name, bool primary) {
-        if (primary && !m_aliases.empty())
-            return 0;
-        auto const found = std::find_if(m_aliases.begin(), m_aliases.end(),
-                                        [&name](VarObs::Alias const &alias) { return alias.name == name; });
-        if (found != m_aliases.end())
-            return static_cast<std::size_t>(found - m_aliases.begin());
-        m_aliases.push_back({name, {}, VarObs::Role::Plain, {}, false});
-        return m_aliases.size() - 1;
+    int AliasNumber(std::string const &name, bool primary) {
+        if (primary && m_list.SizeAliases() > 0)
+            return 1;
+        for (int alias = 1; alias <= m_list.SizeAliases(); ++alias)
+            if (m_list.GetAlias(alias)->name == name)
+                return alias;
+        VarObs::Alias alias;
+        alias.name = name;
+        return m_list.AddAlias(std::move(alias));
     }
 
     // What an earlier data set says of an item stays.
-    void AddTexts(std::size_t alias, PackedTexts const &texts, std::vector<std::uint32_t> const &items) {
-        std::vector<std::string> &all = m_aliases[alias].texts;
-        all.resize(m_size);
+    void AddTexts(int alias, PackedTexts const &texts, std::vector<std::uint32_t> const &items) {
         for (std::size_t i = 0; i < items.size(); ++i)
-            if (all[items[i] - 1].empty())
-                all[items[i] - 1] = texts[i];
+            m_list.AddText(alias, items[i], texts[i]);
     }
 
+    VarObs &m_list;
     std::unordered_map<std::string, std::uint32_t> m_items;
     std::uint32_t m_size = 0;
-    std::vector<VarObs::Alias> m_aliases;
     std::unordered_map<std::string, std::string> m_synonyms;
 };
 
@@ -117,29 +110,61 @@ void ItemLists::MarkDates(std::vector<std::string> const &names) {
     }
 }
 
+// Headings of the same role decide where texts of all data sets stand, so that new ones make the lists again.
+class ItemLists::Growth {
+public:
+    std::array<std::vector<std::string>, 2> const headings; // of batches and phases
+
+    Growth(ItemLists &lists, std::array<std::vector<std::string>, 2> of)
+        : headings(std::move(of)), m_lists(lists), m_variables(lists.variables), m_observations(lists.observations) {
+        for (std::vector<std::string> const &ofRole : headings)
+            m_observations.SetSynonyms(ofRole);
+    }
+
+    bool Begins(std::vector<DataSetRecord> const &records) const {
+        return m_added.size() <= records.size() &&
+               std::ranges::equal(m_added, std::span(records).first(m_added.size()), {}, {}, &DataSetRecord::number);
+    }
+
+    void AddNew(ProjectFile const &file, std::vector<DataSetRecord> const &records) {
+        for (DataSetRecord const &record : std::span(records).subspan(m_added.size())) {
+            m_lists.variablesOf[record.number] = m_variables.Add(file.VariableIdentifiers(record.number));
+            m_lists.observationsOf[record.number] = m_observations.Add(file.ObservationIdentifiers(record.number));
+            m_added.push_back(record.number);
+        }
+        m_observations.SetRole(headings[0], VarObs::Role::Batch);
+        m_observations.SetRole(headings[1], VarObs::Role::Phase);
+    }
+
+private:
+    ItemLists &m_lists;
+    ListBuilder m_variables, m_observations;
+    std::vector<int> m_added; // numbers of data sets
+};
+
 ItemLists::ItemLists(ProjectFile const &file) {
     Refresh(file);
 }
 
+ItemLists::~ItemLists() = default;
+
 void ItemLists::Refresh(ProjectFile const &file) {
-    variables = NCVariables();
-    observations = NCObservations();
-    variablesOf.clear();
-    observationsOf.clear();
-    ListBuilder variableList;
-    ListBuilder observationList;
     std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
-    for (char const *role : {batchRole, phaseRole})
-        observationList.SetSynonyms(HeadingsOf(*roles, role));
-    for (DataSetRecord const &record : file.DataSets()) {
-        variablesOf[record.number] = variableList.Add(file.VariableIdentifiers(record.number));
-        observationsOf[record.number] = observationList.Add(file.ObservationIdentifiers(record.number));
+    std::array const headings{HeadingsOf(*roles, batchRole), HeadingsOf(*roles, phaseRole)};
+    std::vector<DataSetRecord> const records = file.DataSets();
+    if (!m_growth || m_growth->headings != headings || !m_growth->Begins(records)) {
+        variables = NCVariables();
+        observations = NCObservations();
+        variablesOf.clear();
+        observationsOf.clear();
+        m_growth = std::make_unique<Growth>(*this, headings);
     }
-    observationList.SetRole(HeadingsOf(*roles, batchRole), VarObs::Role::Batch);
-    observationList.SetRole(HeadingsOf(*roles, phaseRole), VarObs::Role::Phase);
-    variableList.MoveInto(variables);
-    observationList.MoveInto(observations);
+    // What fails in between leaves no half of it.
+    std::unique_ptr<Growth> growth = std::move(m_growth);
+    growth->AddNew(file, records);
     MarkDates(HeadingsOf(*roles, dateTimeRole));
+    if (file.IsWritable())
+        m_growth = std::move(growth);
 }
 
 DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project)
@@ -157,12 +182,12 @@ std::optional<int> DataSet::ColumnOf(std::uint32_t variable) const {
     return found == m_columns.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::span<float const> DataSet::Values(int column) const {
+NCDataVector<float> const &DataSet::Stored(int column) const {
     std::lock_guard const reading(m_reading);
-    auto const [at, isNew] = m_values.try_emplace(column);
-    if (isNew)
-        at->second = m_file.Column(m_record.number, column + 1);
-    return at->second;
+    auto found = m_values.find(column);
+    if (found == m_values.end())
+        found = m_values.emplace(column, NCDataVector<float>(m_file.Column(m_record.number, column + 1))).first;
+    return found->second;
 }
 
 std::string DataSet::Name(int column) const {
@@ -171,7 +196,7 @@ std::string DataSet::Name(int column) const {
 
 NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
     std::optional<int> const column = ColumnOf(variable);
-    return column ? NCDataVector<float>(Values(*column)) : NCDataVector<float>();
+    return column ? Stored(*column) : NCDataVector<float>();
 }
 
 std::vector<DateColumn> const &DataSet::Dates() const {

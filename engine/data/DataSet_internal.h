@@ -34,13 +34,19 @@ public:
     std::map<int, std::vector<std::uint32_t>> observationsOf; // and of each row
 
     explicit ItemLists(ProjectFile const &file);
+    ~ItemLists();
 
     // The data sets have changed. The lists stay where they are, for those who hold on to them.
     void Refresh(ProjectFile const &file);
 
 private:
+    class Growth;
+
     // The first of them is the default time variable.
     void MarkDates(std::vector<std::string> const &names);
+
+    // What is needed to add a data set to the lists; kept while the file may get more.
+    std::unique_ptr<Growth> m_growth;
 };
 
 // The aliases of a list as they are for some of its items. Which of them are numbers is found out when it is first
@@ -80,7 +86,9 @@ public:
     AliasAccess GetVariableAliases() const override { return m_variableAliases.Of(m_items.variables, m_variables); }
 
     // By column of the data set, from 0. Several threads may ask at once.
-    std::span<float const> Values(int column) const override;
+    std::span<float const> Values(int column) const override { return Stored(column).Values(); }
+    // Copies share the elements.
+    NCDataVector<float> const &Stored(int column) const;
     std::string Name(int column) const override;
 
     // The observations as the columns of a table.
@@ -103,7 +111,7 @@ private:
     ItemAliases m_observationAliases, m_variableAliases;
     std::unordered_map<std::uint32_t, int> m_columns;
     mutable std::mutex m_reading;
-    mutable std::unordered_map<int, std::vector<float>> m_values;
+    mutable std::unordered_map<int, NCDataVector<float>> m_values;
     mutable std::optional<std::vector<DateColumn>> m_dates;
 };
 

@@ -6,11 +6,16 @@
 
 namespace engine {
 
-Answer::Answer(ColumnIDs columns, std::size_t rows) : m_columns(std::move(columns)), m_matrix(0, m_columns.Size()) {
-    m_matrix.reserve(static_cast<int>(rows));
+Answer::Answer(ColumnIDs columns, std::size_t rows)
+    : m_columns(std::move(columns)), m_rows(rows), m_matrix(0, m_columns.Size()) {}
+
+void Answer::Reserve() {
+    if (m_matrix.Rows() == 0)
+        m_matrix.reserve(static_cast<int>(m_rows));
 }
 
 std::span<float> Answer::Add(std::string const &label) {
+    Reserve();
     m_labels.push_back(label);
     m_matrix.AppendRow();
     return m_matrix.MutableRow(m_matrix.Rows());
@@ -28,10 +33,17 @@ std::span<float> Answer::Add(std::string const &label, Eigen::Ref<Vector const> 
     return row;
 }
 
-std::span<float> Answer::AddStored(std::string const &label, std::span<float const> values) {
+void Answer::AddStored(std::string const &label, std::span<float const> values) {
+    Reserve();
     m_labels.push_back(label);
     m_matrix.AppendRow(values);
-    return m_matrix.MutableRow(m_matrix.Rows());
+}
+
+void Answer::AddStored(std::string const &label, NCDataVector<float> const &values) {
+    if (m_rows > 1 || m_matrix.Rows() > 0)
+        return AddStored(label, values.Values());
+    m_labels.push_back(label);
+    m_matrix = NCDataMatrix<float>(values);
 }
 
 TablePtr Answer::Take() {

@@ -21,8 +21,10 @@ public:
     // A row of one value for each column; what is not finite becomes missing. The row stays open for changes until the
     // next one is added.
     std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values);
-    // The same of values that were stored before, as they are.
-    std::span<float> AddStored(std::string const &label, std::span<float const> values);
+    // A row of values that were stored before, as they are. The only row of an answer shares the elements of one that
+    // has them whole.
+    void AddStored(std::string const &label, std::span<float const> values);
+    void AddStored(std::string const &label, NCDataVector<float> const &values);
     // The same from two parts, one behind the other.
     std::span<float> Add(std::string const &label, Eigen::Ref<Vector const> const &values,
                          Eigen::Ref<Vector const> const &further);
@@ -31,7 +33,10 @@ public:
     TablePtr Take();
 
 private:
+    void Reserve();
+
     ColumnIDs m_columns;
+    std::size_t m_rows;
     NCStringVector m_labels;
     NCDataMatrix<float> m_matrix;
 };

@@ -1,10 +1,10 @@
-#include "engine/DateTime.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/Units.h"
 #include "platform/containers/Missing.h"
 #include "platform/identity/PlaceOfItem_internal.h"
 
 #include <algorithm>
+#include <array>
 
 // Data as they were read, and what a model keeps beside its components: offsets, weights, cross-validation groups.
 
@@ -16,11 +16,6 @@ constexpr int allPhases = -1;
 
 std::string SetLabel(DataSet const &dataSet) {
     return "DS" + std::to_string(dataSet.GetNumber());
-}
-
-// Behind the label of a row of dates, which count from the first day of the data set.
-std::string DaysLabel(DataSet const &dataSet) {
-    return " (days since " + DateTimeText(dataSet.GetFirstDay(), DatePrecision::Day) + ")";
 }
 
 ColumnIDs VariableColumns(DataSet const &dataSet) {
@@ -55,9 +50,10 @@ TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
     });
     AliasAccess const aliases = dataSet.GetObservationAliases();
     Answer answer(VariableColumns(dataSet), rows.size());
+    std::string const days = dataSet.GetDaysLabel(dataSet.GetVariables());
     for (int const place : rows) {
-        auto const row =
-            answer.Add(SetLabel(dataSet) + ".Obs(" + aliases.GetAlias(1, all[static_cast<std::size_t>(place)]) + ")");
+        auto const row = answer.Add(SetLabel(dataSet) + ".Obs(" +
+                                    aliases.GetAlias(1, all[static_cast<std::size_t>(place)]) + ")" + days);
         for (int column = 0; column < variables; ++column)
             row[static_cast<std::size_t>(column)] = dataSet.Values(column)[static_cast<std::size_t>(place)];
     }
@@ -66,7 +62,7 @@ TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
 
 // The rows of a batch; no phase can be told apart here.
 std::optional<RowRange> RowsOf(DataSet const &dataSet, int batch, int phase) {
-    return phase == allPhases ? RowsOfBatch(dataSet.GetProject(), dataSet.GetObservations(), batch) : std::nullopt;
+    return phase == allPhases ? RowsOfBatch(dataSet, batch) : std::nullopt;
 }
 
 ColumnIDs RowColumns(DataSet const &dataSet, RowRange const &range) {
@@ -86,11 +82,15 @@ TablePtr VariableRows(DataSet const &dataSet, IntList const *variables, int batc
                                             [&](std::uint32_t item) { return dataSet.ColumnOf(item); });
     Answer answer(RowColumns(dataSet, *range), columns.size());
     for (int const column : columns) {
-        bool const hasDates = !dataSet.GetDates(dataSet.GetVariables()[static_cast<std::size_t>(column)]).empty();
-        answer.AddStored(SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")" +
-                             (hasDates ? DaysLabel(dataSet) : ""),
-                         dataSet.Values(column).subspan(static_cast<std::size_t>(range->first),
-                                                        static_cast<std::size_t>(range->count)));
+        std::string const days =
+            dataSet.GetDaysLabel(std::span(dataSet.GetVariables()).subspan(static_cast<std::size_t>(column), 1));
+        std::string const label = SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")" + days;
+        NCDataVector<float> const &values = dataSet.Stored(column);
+        if (range->count == values.Size())
+            answer.AddStored(label, values);
+        else
+            answer.AddStored(label, values.Values().subspan(static_cast<std::size_t>(range->first),
+                                                            static_cast<std::size_t>(range->count)));
     }
     return answer.Take();
 }
@@ -167,7 +167,7 @@ TablePtr Times(RowSource const &source) {
     std::span<float const> const values = rows->Source().Values(*column);
     Answer answer(rows->Columns());
     auto const row = answer.Add(source.model.Label(source.ofPredictions ? "Date/Time-PS" : "Date/Time") +
-                                DaysLabel(source.model.FittedData()));
+                                source.model.FittedData().GetDaysLabel(std::array{time->GetUniqueID()}));
     for (Index i = 0; i < rows->Size() && !values.empty(); ++i)
         row[static_cast<std::size_t>(i)] = values[rows->SourceRow(i)];
     return answer.Take();

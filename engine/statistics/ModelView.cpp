@@ -69,13 +69,13 @@ ColumnIDs ObservationColumns(std::span<ObservationInfo const> observations, Proj
     return ColumnIDs(ColumnIDs::Observations, std::move(numbers), project, owner);
 }
 
-std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos const &observations, int batch) {
-    int const rows = static_cast<int>(observations.size());
+std::optional<RowRange> RowsOfBatch(NCDataContainerBase const &data, int batch) {
+    int const rows = static_cast<int>(data.GetObservations().size());
     if (batch == -1)
         return RowRange{0, rows};
-    if (batch < 1 || project->GetObservations().GetBatchID() == 0)
+    if (batch < 1 || data.GetProject()->GetObservations().GetBatchID() == 0)
         return {};
-    auto const beginnings = BatchUtilities::GetBatchBeginnings(project->GetObservations(), observations);
+    auto const &beginnings = data.GetBatchRuns().beginnings;
     int const length = BatchUtilities::GetBatchLength(beginnings, batch, rows);
     return length == 0 ? std::nullopt : std::optional(RowRange{beginnings[batch] - 1, length});
 }

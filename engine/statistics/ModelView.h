@@ -30,7 +30,7 @@ struct RowRange {
 };
 
 // All rows for -1, otherwise those of the batch with that number among them; nothing when there is no such batch.
-std::optional<RowRange> RowsOfBatch(ProjectPtr const &project, ObservationInfos const &observations, int batch);
+std::optional<RowRange> RowsOfBatch(NCDataContainerBase const &data, int batch);
 
 // Observations as the columns of a table.
 ColumnIDs ObservationColumns(std::span<ObservationInfo const> observations, ProjectPtr const &project, int owner);

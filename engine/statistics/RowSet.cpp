@@ -26,9 +26,8 @@ SourceColumns const &RowSet::Source() const {
 std::optional<RowSet> RowSource::Rows(int batch) const {
     if (ofPredictions && !predicted)
         return {};
-    ObservationInfos const &observations =
-        ofPredictions ? predicted->dataSet->GetObservations() : model.GetObservations();
-    std::optional<RowRange> const range = RowsOfBatch(model.GetProject(), observations, batch);
+    std::optional<RowRange> const range =
+        ofPredictions ? RowsOfBatch(*predicted->dataSet, batch) : RowsOfBatch(model, batch);
     return range ? std::optional(RowSet(model, predicted, *range)) : std::nullopt;
 }
 

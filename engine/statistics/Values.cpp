@@ -87,6 +87,22 @@ Vector VariancesFor(ModelView const &model, Predictor const &block, Quantity con
     return quantity.kind == Quantity::Standardised ? block.variances(model, quantity) : Vector();
 }
 
+// Ends the label of a row that shows these variables, where they may be dates in the units of the data set.
+std::string DaysLabel(ModelView const &model, Quantity const &quantity, std::vector<std::uint32_t> const &variables) {
+    bool const isValue = quantity.kind <= Quantity::Predicted;
+    bool const inSourceUnits = quantity.kind == Quantity::Raw || quantity.units == Units::Source;
+    return isValue && inSourceUnits ? model.FittedData().GetDaysLabel(variables) : std::string();
+}
+
+// The variables of terms that are no products.
+std::vector<std::uint32_t> VariablesOf(ColumnTerms const &all, std::vector<Index> const &terms) {
+    std::vector<std::uint32_t> variables;
+    for (Index const term : terms)
+        if (ColumnTerm const &one = all[static_cast<int>(term) + 1]; one.Size() == 1)
+            variables.push_back(one.GetMotherVariable(1));
+    return variables;
+}
+
 // One row for each term.
 TablePtr ByTerm(std::string const &name, std::optional<RowSet> const &rows, Predictor const &block,
                 ColumnTerms const *terms, Quantity const &quantity) {
@@ -97,7 +113,8 @@ TablePtr ByTerm(std::string const &name, std::optional<RowSet> const &rows, Pred
     std::vector<Index> const chosen = ChosenTerms(side.all, terms);
     Answer answer(rows->Columns(), chosen.size());
     for (Index const term : chosen) {
-        auto const row = answer.Add(rows->Model().Label(name) + side.Label(term));
+        auto const row = answer.Add(rows->Model().Label(name) + side.Label(term) +
+                                    DaysLabel(rows->Model(), quantity, VariablesOf(side.all, {term})));
         ForCells(*rows, block, term, quantity, variances,
                  [row](Index i, float value) { row[static_cast<std::size_t>(i)] = value; });
     }
@@ -128,10 +145,11 @@ TablePtr ByObservation(std::string const &name, std::optional<RowSet> const &row
     ColumnIDs const identity = rows->Columns();
     std::vector<Index> const chosen = ChosenRows(*rows, observations);
     Answer answer(side.columns, chosen.size());
+    std::string const days = DaysLabel(rows->Model(), quantity, VariablesOf(side.all, ChosenTerms(side.all, nullptr)));
     for (Index const row : chosen) {
         RowSet const one = rows->Only(row);
         auto const values =
-            answer.Add(rows->Model().Label(name) + "(" + identity.GetName(static_cast<int>(row) + 1) + ")");
+            answer.Add(rows->Model().Label(name) + "(" + identity.GetName(static_cast<int>(row) + 1) + ")" + days);
         for (Index term = 0; term < side.columns.Size(); ++term)
             ForCells(one, block, term, quantity, variances,
                      [&](Index, float value) { values[static_cast<std::size_t>(term)] = value; });

@@ -32,6 +32,18 @@ std::string Encoded(std::string const &path) {
     return encoded;
 }
 
+// To read a file that nobody has open, SQLite makes files beside it, of some 32 kB, which stay when they can't be
+// filled.
+bool LacksRoomBeside(std::string const &file) {
+    constexpr std::uintmax_t room = 65536;
+    std::error_code failed;
+    for (char const *ending : {"-wal", "-shm"})
+        if (std::filesystem::exists(file + ending, failed))
+            return false;
+    std::filesystem::space_info const space = std::filesystem::space(file, failed);
+    return !failed && space.available < room;
+}
+
 bool HasBytes(std::string const &file) {
     std::error_code notThere;
     std::uintmax_t const size = std::filesystem::file_size(file, notThere);
@@ -46,12 +58,14 @@ void Database::Closer::operator()(sqlite3 *handle) const {
 
 Database::Database(std::string const &path, std::string name, Mode mode) : m_name(std::move(name)) {
     bool const hasLog = HasBytes(path + "-wal");
-    Open(path, Flags(mode));
+    bool const asItIs = mode == Mode::ReadOnly && LacksRoomBeside(path);
+    if (!asItIs)
+        Open(path, Flags(mode));
     if (mode != Mode::ReadOnly)
         return;
     // Where nothing can be written, for want of rights or of room, nobody else can have the file open for writing
     // either.
-    if (!CanRead() && !hasLog)
+    if (asItIs || (!CanRead() && !hasLog))
         Open("file:" + Encoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     Execute("PRAGMA query_only = ON;");
 }

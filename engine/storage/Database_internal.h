@@ -67,6 +67,8 @@ public:
     bool Step();
     // Runs a statement that yields no row.
     void Run();
+    // Ends a run: one that is left at a row holds on to the state of the file that it reads.
+    void Reset();
 
     std::int64_t Integer(int column) const;
     // Texts and bytes live until the next Step.
@@ -78,13 +80,24 @@ private:
         void operator()(sqlite3_stmt *handle) const;
     };
 
-    void Reset();
     void BindOne(int number, std::int64_t value);
     void BindOne(int number, std::string_view text);
     void BindOne(int number, std::span<std::byte const> bytes);
 
     Database &m_database;
     std::unique_ptr<sqlite3_stmt, Finalizer> m_handle;
+};
+
+// A run of a statement that is kept for more.
+class StatementRun {
+public:
+    explicit StatementRun(Statement &statement) : m_statement(statement) {}
+    ~StatementRun() { m_statement.Reset(); }
+    StatementRun(StatementRun const &) = delete;
+    StatementRun &operator=(StatementRun const &) = delete;
+
+private:
+    Statement &m_statement;
 };
 
 } // namespace engine

@@ -8,6 +8,8 @@
 #include "platform/text/Exception.h"
 
 #include <array>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 namespace engine {
@@ -61,8 +63,23 @@ public:
     int Next(Counter counter);
 
     void ReplaceBlock(Part part, int owner, int position, std::string_view name, std::span<std::byte const> bytes);
-    // A statement on the row of the block: its name is column 1, its bytes are column 2.
-    Statement ReadBlock(Part part, int owner, int position);
+    // Calls use(name, bytes) with what the block holds, for the time of the call. Several threads may ask at once.
+    template <typename Use>
+    void ReadBlock(Part part, int owner, int position, Use use) {
+        std::lock_guard const reading(m_reading);
+        Statement &row = Prepared(
+            m_readBlock, "SELECT name, bytes, checksum FROM block WHERE part = ? AND owner = ? AND position = ?");
+        StatementRun const run(row);
+        FindBlock(row, part, owner, position);
+        use(row.Text(1), row.Bytes(2));
+    }
+    // Of a part that is one block.
+    std::vector<std::byte> ReadBytes(Part part, int owner) {
+        std::vector<std::byte> copy;
+        ReadBlock(part, owner, 1,
+                  [&](auto, std::span<std::byte const> bytes) { copy.assign(bytes.begin(), bytes.end()); });
+        return copy;
+    }
     void WriteTextColumns(Part part, int owner, std::span<TextColumn const> columns);
     std::vector<TextColumn> ReadTextColumns(Part part, int owner, std::size_t count);
     void DeleteBlocks(Part part, int owner);
@@ -81,13 +98,21 @@ private:
     StoredDataSet ReadDataSet(Statement const &row) const;
     ModelRecord ReadModel(Statement const &row) const;
     Counters ReadCounters();
+    // Stands on the row of the block, whose checksum is right.
+    void FindBlock(Statement &row, Part part, int owner, int position);
     [[noreturn]] void ThrowNoBlock(Part part, int owner, int position);
+    Statement &Prepared(std::optional<Statement> &statement, char const *sql);
 
     std::unique_ptr<WriterLock> m_lock;
 
 public:
     // Closed before the lock is let go.
     Database database;
+
+private:
+    // A data set has a block for each variable: to prepare a statement takes longer than to read a short block.
+    std::mutex m_reading;
+    std::optional<Statement> m_readBlock, m_replaceBlock;
 };
 
 } // namespace engine

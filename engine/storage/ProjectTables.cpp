@@ -251,19 +251,22 @@ int ProjectFile::Implementation::Next(Counter counter) {
 
 void ProjectFile::Implementation::ReplaceBlock(Part part, int owner, int position, std::string_view name,
                                                std::span<std::byte const> bytes) {
-    Statement(database, "REPLACE INTO block VALUES (?, ?, ?, ?, ?, ?)", static_cast<int>(part), owner, position, name,
-              SumOf(part, owner, position, name, bytes).Value(), bytes)
-        .Run();
+    Statement &row = Prepared(m_replaceBlock, "REPLACE INTO block VALUES (?, ?, ?, ?, ?, ?)");
+    StatementRun const run(row);
+    row.Bind(static_cast<int>(part), owner, position, name, SumOf(part, owner, position, name, bytes).Value(), bytes);
+    row.Run();
 }
 
-Statement ProjectFile::Implementation::ReadBlock(Part part, int owner, int position) {
-    Statement row(database, "SELECT name, bytes, checksum FROM block WHERE part = ? AND owner = ? AND position = ?",
-                  static_cast<int>(part), owner, position);
+Statement &ProjectFile::Implementation::Prepared(std::optional<Statement> &statement, char const *sql) {
+    return statement ? *statement : statement.emplace(database, sql);
+}
+
+void ProjectFile::Implementation::FindBlock(Statement &row, Part part, int owner, int position) {
+    row.Bind(static_cast<int>(part), owner, position);
     if (!row.Step())
         ThrowNoBlock(part, owner, position);
     CheckSum(SumOf(part, owner, position, row.Text(1), row.Bytes(2)), row.Integer(3),
              "a part of " + Owner(part, owner));
-    return row;
 }
 
 // The owner's record is looked at after the block, so that one that another program deletes meanwhile is told as such.
@@ -286,8 +289,10 @@ void ProjectFile::Implementation::WriteTextColumns(Part part, int owner, std::sp
 std::vector<TextColumn> ProjectFile::Implementation::ReadTextColumns(Part part, int owner, std::size_t count) {
     std::vector<TextColumn> columns;
     for (std::size_t position = 1; position <= count; ++position) {
-        Statement const block = ReadBlock(part, owner, static_cast<int>(position));
-        columns.push_back({std::string(block.Text(1)), PackedTexts::Unpack(block.Bytes(2))});
+        ReadBlock(part, owner, static_cast<int>(position),
+                  [&](std::string_view name, std::span<std::byte const> bytes) {
+                      columns.push_back({std::string(name), PackedTexts::Unpack(bytes)});
+                  });
     }
     return columns;
 }

@@ -17,6 +17,8 @@ public:
 
     NCDataMatrix() = default;
     NCDataMatrix(int rows, int columns, T fill = MissingMark);
+    // One row, whose elements are shared.
+    explicit NCDataMatrix(NCDataVector<T> const &row) : m_storage(row.Storage()), m_rows(1), m_columns(row.Size()) {}
     NCDataMatrix(NCDataMatrix const &other) = default;
     NCDataMatrix(NCDataMatrix &&other) noexcept;
     NCDataMatrix &operator=(NCDataMatrix other) noexcept;

@@ -22,6 +22,7 @@ public:
     NCDataVector() = default;
     explicit NCDataVector(int size, T fill = MissingMark);
     explicit NCDataVector(std::span<T const> values) : m_storage(values) {}
+    explicit NCDataVector(SharedStorage<T> storage) : m_storage(std::move(storage)) {}
     NCDataVector(std::initializer_list<T> values) : m_storage(std::span(values.begin(), values.size())) {}
 
     int Size() const { return static_cast<int>(m_storage.Size()); }
@@ -45,6 +46,7 @@ public:
     bool operator==(NCDataVector const &other) const { return m_storage == other.m_storage; }
     bool SharesStorageWith(NCDataVector const &other) const { return m_storage.SharesStorageWith(other.m_storage); }
     void Unlink() { m_storage.Unlink(); }
+    SharedStorage<T> const &Storage() const { return m_storage; }
 
     void reserve(int size);
     // Elements that are added are missing.

@@ -1,9 +1,5 @@
 #include "platform/identity/BatchUtilities.h"
 
-#include "platform/text/VqStdString.h"
-
-#include <algorithm>
-#include <locale>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -26,7 +22,10 @@ NCIntegralVector<int, -99> RunBeginnings(NCObservations const &list, Observation
 } // namespace
 
 NCStringVector BatchInfoVector::GetBatchNames() const {
-    return BatchUtilities::GetBatchNames(*this, false);
+    NCStringVector names;
+    for (BatchInfo const &batch : m_batches)
+        names.push_back(batch.name);
+    return names;
 }
 
 void BatchInfoVector::Merge(BatchInfoVector const &other) {
@@ -69,13 +68,9 @@ int BatchUtilities::GetBatchLength(NCIntegralVector<int, -99> const &beginnings,
     return (batch == batches ? rows + 1 : beginnings[batch + 1]) - beginnings[batch];
 }
 
-NCStringVector BatchUtilities::GetBatchNames(BatchInfoVector const &batches, bool sorted) {
-    std::vector<std::string> names;
-    std::transform(batches.begin(), batches.end(), std::back_inserter(names),
-                   [](BatchInfo const &batch) { return batch.name; });
-    if (sorted)
-        std::stable_sort(names.begin(), names.end(), [](std::string const &a, std::string const &b) {
-            return VqStdString::CompareNumberNoCase(a, b, std::locale()) < 0;
-        });
-    return NCStringVector(std::move(names));
+BatchRuns BatchUtilities::GetBatchRuns(NCObservations const &list, ObservationInfos const &rows) {
+    BatchRuns runs{GetBatchBeginnings(list, rows), {}};
+    for (int const first : runs.beginnings)
+        runs.names.push_back(rows[static_cast<std::size_t>(first - 1)].GetBatchName(list));
+    return runs;
 }

@@ -25,6 +25,7 @@ public:
     auto begin() const { return m_batches.begin(); }
     auto end() const { return m_batches.end(); }
     bool Empty() const { return m_batches.empty(); }
+    // In their order: a name's position is the number of its batch.
     NCStringVector GetBatchNames() const;
 
     // Appends the batches of the other that are not here.
@@ -32,6 +33,13 @@ public:
 
 private:
     std::vector<BatchInfo> m_batches;
+};
+
+// The batches of a list of rows as they follow each other, counted from 1. One that goes on later in the list comes
+// again.
+struct BatchRuns {
+    NCIntegralVector<int, -99> beginnings; // 1-based positions of first rows, rising
+    NCStringVector names;
 };
 
 // Batches among the rows of an observation list. A batch is a run of rows with one batch name; without a batch
@@ -47,6 +55,5 @@ public:
                                                       BatchInfoVector const &batches);
     // Rows of the batch at a 1-based position, given the beginnings and the number of rows; 0 outside.
     static int GetBatchLength(NCIntegralVector<int, -99> const &beginnings, int batch, int rows);
-    // The names in order; sorted with numbers in numeric order when asked.
-    static NCStringVector GetBatchNames(BatchInfoVector const &batches, bool sorted);
+    static BatchRuns GetBatchRuns(NCObservations const &list, ObservationInfos const &rows);
 };

@@ -13,8 +13,22 @@ bool ReadsAsNumber(std::string const &text) {
     return VqString::ToFloat(text, value);
 }
 
+bool IsBlank(std::string const &text) {
+    return text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
 bool IsBlankOrNumber(std::string const &text) {
-    return text.find_first_not_of(" \t\r\n") == std::string::npos || ReadsAsNumber(text);
+    return IsBlank(text) || ReadsAsNumber(text);
+}
+
+void Classify(VarObs::Alias &alias, std::string const &text) {
+    if (alias.hasNumbers && alias.hasWords)
+        return;
+    if (ReadsAsNumber(text))
+        alias.hasNumbers = true;
+    else
+        alias.hasWords = alias.hasWords || !IsBlank(text);
+    alias.numeral = alias.hasNumbers && !alias.hasWords;
 }
 
 // `number` gives the number of an item.
@@ -68,10 +82,22 @@ bool VarObs::HasNumeralIDs() const {
     return std::any_of(m_aliases.begin(), m_aliases.end(), [](Alias const &alias) { return alias.hasNumbers; });
 }
 
-void VarObs::AddAlias(Alias alias) {
-    alias.hasNumbers = std::any_of(alias.texts.begin(), alias.texts.end(), ReadsAsNumber);
-    alias.numeral = alias.hasNumbers && std::all_of(alias.texts.begin(), alias.texts.end(), IsBlankOrNumber);
+int VarObs::AddAlias(Alias alias) {
+    for (std::string const &text : alias.texts)
+        Classify(alias, text);
     m_aliases.push_back(std::move(alias));
+    return SizeAliases();
+}
+
+void VarObs::AddText(int alias, std::uint32_t item, std::string_view text) {
+    Alias &column = m_aliases.at(static_cast<std::size_t>(alias - 1));
+    if (column.texts.size() < item)
+        column.texts.resize(item);
+    std::string &own = column.texts[item - 1];
+    if (!own.empty() || text.empty())
+        return;
+    own = text;
+    Classify(column, own);
 }
 
 bool VarObs::IsNumeralFor(int alias, std::span<std::uint32_t const> items) const {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // One item of a project's list of variables or observations. Its texts stay in the list.
@@ -72,6 +73,7 @@ public:
         std::vector<std::string> texts; // item i at i - 1; a shorter list leaves the rest empty
         bool hasNumbers = false;        // a text reads as a number
         bool numeral = false;           // and every other one that is not blank, too
+        bool hasWords = false;          // a text is neither a number nor blank
     };
 
     std::uint32_t Size() const { return m_aliases.empty() ? 0 : static_cast<std::uint32_t>(m_aliases[0].texts.size()); }
@@ -95,8 +97,11 @@ public:
     int GetBatchID() const { return FindRole(Role::Batch); }
     int GetPhaseID() const { return FindRole(Role::Phase); }
 
-    // Appends an alias and decides whether it has numbers, and is numeral.
-    void AddAlias(Alias alias);
+    // Appends an alias and decides whether it has numbers, and is numeral. Answers its number.
+    int AddAlias(Alias alias);
+    // Gives an item its text of an alias; nothing happens where it has one. The list grows up to an item that is new.
+    void AddText(int alias, std::uint32_t item, std::string_view text);
+    void SetRole(int alias, Role role) { m_aliases.at(static_cast<std::size_t>(alias - 1)).role = role; }
 
 protected:
     int FindRole(AliasAccess const &aliases, Role role) const;

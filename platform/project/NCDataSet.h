@@ -7,6 +7,7 @@
 #include "platform/identity/VarObs.h"
 
 #include <cstdint>
+#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
@@ -24,8 +25,15 @@ public:
     // numeral.
     virtual AliasAccess GetObservationAliases() const = 0;
     virtual AliasAccess GetVariableAliases() const = 0;
-    // The batches among its rows; none without a batch identifier.
-    virtual BatchInfoVector GetBatchInfo() const;
+    // The batches among its rows, each once, in the order of their first rows; none without a batch identifier.
+    BatchInfoVector GetBatchInfo() const;
+    // As they follow each other: who shows one batch counts by these. Without a batch identifier all rows are one.
+    // Found when first asked for, and kept. Several threads may ask at once.
+    BatchRuns const &GetBatchRuns() const;
+
+private:
+    mutable std::once_flag m_batchesFound;
+    mutable BatchRuns m_batches;
 };
 
 class DATASERIES_API NCDataSet : public NCDataContainerBase {
@@ -38,6 +46,9 @@ public:
     // variable. Its values, which are floats, count from `GetFirstDay`: the midnight before the first date of the set.
     virtual std::span<double const> GetDates(std::uint32_t) const { return {}; }
     virtual double GetFirstDay() const { return 0; }
+    // " (days since 2024-01-01)", what the label of a row ends with that shows values of these variables; empty when
+    // none of them holds dates.
+    std::string GetDaysLabel(std::span<std::uint32_t const> variables) const;
     // One value for each variable, empty for an observation that the set does not have.
     virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
 };

@@ -3,6 +3,7 @@
 #include "platform/containers/NCDataMatrix.h"
 #include "platform/containers/NCDataVector.h"
 #include "platform/containers/TriState.h"
+#include "platform/identity/BatchUtilities.h"
 #include "platform/identity/ColumnTerm.h"
 #include "platform/identity/VarObs.h"
 #include "platform/project/LocalCentering.h"
@@ -72,4 +73,6 @@ public:
 
     virtual boost::shared_ptr<NCModel const> GetModel() const = 0;
     virtual ObservationInfos const &GetObservations() const = 0;
+    // The batches among them as they follow each other.
+    virtual BatchRuns const &GetBatchRuns() const = 0;
 };

@@ -246,6 +246,8 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
     MakeProject();
     Write("ragged.csv", "id,a,b\nx,1,2\ny,1\n");
     Write("other.csv", "id,k\nx,1\ny,2\n");
+    Write("heading.csv", "id,a,b\n");
+    Write("bom.csv", "\xEF\xBB\xBF");
     std::string const before = Contents(folder / "a.project");
     ASSERT_EQ(Shell("mkdir d; ln -s ../a.project d/soft.csv; ln a.project hard.svg; cp a.csv n.project-wal").status, 0);
     // command line; exit status; what standard error holds
@@ -263,6 +265,21 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"import a.project nope.csv", 1, "nope.csv can't be opened: No such file or directory."},
         {"import new.project ragged.csv", 1, "ragged.csv"},
         {"import a.csv a.csv", 1, "a.csv is not a project."},
+        {"import d a.csv", 1, "d is a folder, expected a project."},
+        {"datasets d", 1, "d is a folder, expected a project."},
+        {"import a.project d", 1, "d is a folder, expected a table."},
+        {"import new.project ''", 1, "A table needs the name of a file."},
+        {"import new.project heading.csv", 1, "heading.csv holds no observations, only a row of headings."},
+        {"import new.project bom.csv", 1, "bom.csv is empty."},
+        {"import new.project 'no\"pe'\"'.csv\"", 1, "no\"pe'.csv can't be opened: No such file or directory."},
+        {"predict a.project d", 1, "d is a folder, expected a table."},
+        {"predict a.project bom.csv", 1, "bom.csv is empty."},
+        {"predict a.project heading.csv --name 'q\"'", 1, "heading.csv holds no observations"},
+        {"predict d a.csv", 1, "d is a folder, expected a project."},
+        {"centre a.project --by obs --values d", 1, "d is a folder, expected a table."},
+        {"centre a.project --by obs --values bom.csv", 1, "bom.csv is empty."},
+        {"centre a.project --by obs --values heading.csv", 1, "heading.csv holds no observations"},
+        {"centre a.project --by 'o\"b'", 1, "have no identifier \"o\"b\"."},
         {"import nowhere/x.project a.csv --missing '?'", 1, "nowhere/x.project can't be opened for writing"},
         {"fit a.project --type qda", 2, "--type: qda not in"},
         {"fit a.project --type pls", 2, "(PLS) needs its Y variables: --y NAME,..."},
@@ -536,6 +553,16 @@ TEST_F(Program, KeepsTimesAsTheyAre) {
     EXPECT_THAT(Done("build t.project --series VarDS:when@DS1 --only r1"), EndsWith("\nr1    2014-03-09T00:01\n"));
     Done("build t.project --x VarDS:when@DS1 --y VarDS:v@DS1 --plot t.svg");
     EXPECT_THAT(Contents(folder / "t.svg"), HasSubstr(">2016-01-01<"));
+    // What is shown as numbers tells from where they count: of the data themselves, and as a variable of a model.
+    Done("fit t.project --type pca --transform when=log --components 1 --cv-groups 0");
+    for (auto const &[text, label] : {std::pair("'ObsPS PS,0,4001,0'", "(days since 2031-05-06)"),
+                                      {"'ObsDS DS1,0,2,0'", "(days since 2014-03-09)"},
+                                      {"'XVar M2,0,1,0,1,1'", "(days since 2014-03-09)"},
+                                      {"'XVarPS M2,0,1,0,1,1'", "(days since 2014-03-09)"}}) {
+        Done(std::string("plot t.project -o t.svg ") + text);
+        EXPECT_THAT(Contents(folder / "t.svg"), HasSubstr(label)) << text;
+    }
+    EXPECT_THAT(Done("table t.project 'XVar M2,0,1,0,1,0'"), Not(HasSubstr("days since")));
 }
 
 TEST_F(Program, EndsCleanly) {

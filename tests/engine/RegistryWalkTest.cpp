@@ -1,8 +1,11 @@
 // Every statistic of the registry on a fitted model of each kind.
 
 #include "tests/engine/RegistryWalk.h"
+#include "building/ProjectDataBuilder.h"
 #include "platform/text/Exception.h"
+#include "selection/SelectDataSeriesData.h"
 #include "tests/engine/SmallProject.h"
+#include "utilities/DefaultSelection.h"
 
 #include <algorithm>
 #include <cmath>
@@ -113,6 +116,77 @@ TEST_P(Registry, GivesNumbersWhereItsVectorsAreValid) {
             std::cout << "no numbers yet: " << name << '\n';
         }
     EXPECT_EQ(silent, withoutNumbers);
+}
+
+// Every record of predicted rows that is offered can be shown, whichever prediction set is current.
+TEST_P(Registry, ShowsTheCurrentPredictionSet) {
+    auto const expectShown = [&](ProjectVectorData const &data, std::string const &stage) {
+        std::string const what = stage + ' ' + data.ToStdString(nullptr);
+        EXPECT_TRUE(data.CheckNumberIDs(m_project)) << what;
+        SelectDataSeriesData selection(m_project, SelectDataSeriesData::Normal, data.GetProjectVector()->GetType(), -1,
+                                       ProjectVector::Predicted);
+        selection.AddSeries(data, true);
+        std::unique_ptr<ProjectData> const table(ProjectDataUtilities::ProjectDataBuilder(&selection).Build());
+        ASSERT_TRUE(table && table->GetMatrix().Rows() > 0) << what;
+        auto const values = table->GetMatrix().Values();
+        // What an observation lacks has no residual.
+        EXPECT_TRUE(std::ranges::any_of(values, [](float value) { return !IsMissing(value); }) ||
+                    (!GetParam().isComplete && data.GetProjectVector()->GetName() == std::string_view("YObsResPS")))
+            << what;
+        // Centre values are those of the rows of the model, whichever are predicted.
+        std::string_view const name = data.GetProjectVector()->GetName();
+        if (data.GetProjectVector()->GetType() == Scores && name != "LocalCenteringPS") {
+            EXPECT_EQ(table->GetColumnIDs().Size(), 2) << what;
+        }
+    };
+    auto const expectAllShown = [&](std::string const &stage) {
+        auto const current = m_project->GetPredSet(-1);
+        for (ProjectVector const *vector : *ProjectVectorHandler::Instance()) {
+            if (vector->GetObsPredType() != ProjectVector::Predicted)
+                continue;
+            walk::ForModels(*vector, m_project, [&](ModelInfo const *info) {
+                if (withoutNumbers.contains(vector->GetName() + std::string(" Variables and scores")) ||
+                    (info && !walk::HasComponents(*vector, *info)))
+                    return;
+                ProjectVectorData data;
+                data.SetProjectVector(vector);
+                if (info)
+                    data.SetModelInfoPtr(m_project->GetModelInfo(info->number));
+                data.SetDefaultNumberID(ProjectUtilities::DefaultSelection(m_project));
+                data.SetComponent(1);
+                expectShown(data, stage);
+            });
+        }
+        for (int model = 0; model <= m_project->GetNumberOfModels(); ++model) {
+            if (model > 0) {
+                EXPECT_EQ(m_project->GetModelPredSet(model), current);
+                EXPECT_EQ(&m_project->GetPredictions(model, true)->GetObservations(), &current->GetObservations());
+            }
+            for (auto const type : {Scores, Loadings})
+                for (auto const source : {ProjectVector::DataTypeModel, ProjectVector::DataTypePredictionSet})
+                    for (bool const isUsed : {false, true}) {
+                        ProjectVectorData data;
+                        if (isUsed)
+                            data.SetProjectVector(ProjectVectorHandler::Instance()->GetNumVector(type));
+                        if (!ProjectVectorData::SetProjectVectorDataDefault(m_project, type, data, source,
+                                                                            m_project->GetModelInfo(model).get(), 0,
+                                                                            ProjectVector::Predicted))
+                            ADD_FAILURE() << stage << " no default of model " << model;
+                        else if (data.GetProjectVector()->GetObsPredType() == ProjectVector::Predicted)
+                            expectShown(data, stage + " default");
+                    }
+        }
+    };
+    expectAllShown("one set");
+    engine::ImportedTable other =
+        Read("id,site,50,40,60,30,10,20\n17,n,2,5,2024-02-07,3,1,2\n7,s,3,1,2024-02-08,2,2,4\n");
+    other.name = "other";
+    m_project->AddPredictions(other);
+    expectAllShown("two sets");
+    m_project->UsePredictions(m_project->FindPredictionSet("table"));
+    expectAllShown("the first again");
+    m_project->AddDataSet(Read("name,a,20,b\n99,x,1,2\n7,y,2,3\n"));
+    expectAllShown("more data");
 }
 
 INSTANTIATE_TEST_SUITE_P(Data, Registry, testing::ValuesIn(data), testing::PrintToStringParamName());

@@ -1,8 +1,11 @@
 #include "platform/storage/ConfigurationSection.h"
 #include "platform/text/Exception.h"
+#include "specification/ProjectVectorData.h"
 #include "tests/engine/SmallProject.h"
+#include "tests/support/ProbeVector.h"
 
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -221,6 +224,111 @@ TEST(EngineProject, ItemsRunOverDataSets) {
     EXPECT_EQ(project->GetObservations().GetText(5, 1), "a");
     EXPECT_EQ(project->GetDataSet(3), nullptr);
     EXPECT_EQ(project->GetFirstDataSet(1), 2);
+}
+
+// What a label, a number and a table say of a batch is the same, in whatever order the batches are.
+TEST(EngineProject, NamesTheBatchesThatItDraws) {
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "batches.dsp");
+    std::istringstream rows("id,lot,a,b\n1,B10,1,2\n2,B10,2,3\n3,B2,4,1\n4,B2,3,3\n5,B2,7,5\n6,B1,5,4\n7,B10,3,8\n");
+    std::istringstream newRows("id,lot,a,b\n8,B2,1,2\n9,B10,2,3\n10,B1,2,2\n");
+    project->AddDataSet(engine::ReadTable(rows, "rows", {.batchColumn = "lot"}));
+    ModelRequest request;
+    request.components = 1;
+    project->AddModel(request);
+    project->AddPredictions(engine::ReadTable(newRows, "new rows", {.batchColumn = "lot"}));
+    GetProjectData const source(*project);
+    using Draw = std::function<TablePtr(int)>;
+    struct {
+        ProjectVector::DataTypeEnum data;
+        ProjectVector::ObsOrPredType rows;
+        Draw draw;
+        std::vector<std::string> batches;
+    } const cases[] = {{probes::OfSet,
+                        ProjectVector::Observed,
+                        [&](int batch) { return source.GetVarDS(1, nullptr, batch, -1); },
+                        {"B10", "B2", "B1", "B10"}},
+                       {probes::OfModel,
+                        ProjectVector::Observed,
+                        [&](int batch) { return source.GetT(1, nullptr, batch); },
+                        {"B10", "B2", "B1", "B10"}},
+                       {probes::OfModel,
+                        probes::Predicted,
+                        [&](int batch) { return source.GetTPS(1, nullptr, batch); },
+                        {"B2", "B10", "B1"}},
+                       {probes::OfPredSet,
+                        probes::Predicted,
+                        [&](int batch) { return source.GetVarDS(2, nullptr, batch, -1); },
+                        {"B2", "B10", "B1"}}};
+    for (auto const &row : cases) {
+        VectorProbe const vector({.number = probes::Batch, .data = row.data, .obsPred = row.rows});
+        ProjectVectorData data;
+        data.SetProjectVector(&vector);
+        if (row.data == probes::OfModel)
+            data.SetModelInfoPtr(project->GetModelInfo(1));
+        else if (row.data == probes::OfSet)
+            data.SetDataSet(1);
+        for (data.batchIx = 1; data.batchIx <= static_cast<int>(row.batches.size()); ++data.batchIx) {
+            EXPECT_EQ(data.GetBatchName(project), row.batches[static_cast<std::size_t>(data.batchIx - 1)]);
+            TablePtr const drawn = row.draw(data.batchIx);
+            ASSERT_TRUE(drawn);
+            EXPECT_EQ(ObservationInfo(drawn->GetColumnIDs().GetColumnID(1)).GetBatchName(project->GetObservations()),
+                      data.GetBatchName(project));
+        }
+        EXPECT_EQ(row.draw(data.batchIx), nullptr);
+        EXPECT_EQ(data.GetBatchName(project), "");
+    }
+    EXPECT_EQ(project->GetDataSet(1)->GetBatchInfo().GetBatchNames(), (NCStringVector{"B10", "B2", "B1"}));
+}
+
+// All that the project's lists tell.
+std::string ListsOf(Project const &project) {
+    std::ostringstream text;
+    auto const write = [&text](VarObs const &list) {
+        for (int alias = 1; alias <= list.SizeAliases(); ++alias) {
+            VarObs::Alias const &column = *list.GetAlias(alias);
+            text << column.name << static_cast<int>(column.role) << column.hasNumbers << column.numeral << ':';
+            for (std::uint32_t item = 1; item <= list.Size(); ++item)
+                text << list.GetText(item, alias) << ',';
+            text << '\n';
+        }
+    };
+    write(project.GetVariables());
+    write(project.GetObservations());
+    for (engine::DataSetRecord const &record : project.DataSets()) {
+        auto const data = record.kind == engine::DataSetKind::Data ? project.GetDataSet(record.number)
+                                                                   : project.GetPredSet(record.number);
+        for (ObservationInfo const &row : data->GetObservations())
+            text << row.GetUniqueID() << ' ';
+        for (std::uint32_t const variable : data->GetVariables())
+            text << variable << (project.GetVariables()[variable].dateTime ? "d " : " ");
+    }
+    return text.str();
+}
+
+// What comes in is added to lists that were read before, and they are as if read afresh.
+TEST(EngineProject, AddsToItsLists) {
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "grow.dsp");
+    struct {
+        char const *rows, *batches;
+        bool isPrediction;
+    } const tables[] = {{"id,lot,depth,a,b\n1,x,1.5,1,2\n2,x,,2,3\n", "", false},
+                        {"name,lot,site,b,c\n2,w,n,1,2\n3,q,s,2,3\n3,y1,s,4,4\n", "", false},
+                        {"id,when,a\n4,2024-01-01,1\nfive,2024-01-02,3\n", "", true},
+                        {"id,batch,d\n5,u,1\n,v,2\n", "batch", false},
+                        {"id,lot,a\n6,z,1\n1,y,3\n", "lot", false}, // what lots of earlier sets are changes
+                        {"id,when,a\n8,2024-01-03,1\n1,2024-01-02,3\n", "", true}, // in place of the other
+                        {"id,lot,e\n6,q,1\n9,y,3\n", "lot", false}};
+    for (auto const &table : tables) {
+        std::istringstream stream(table.rows);
+        engine::ImportedTable const imported = engine::ReadTable(stream, "t", {.batchColumn = table.batches});
+        if (table.isPrediction)
+            project->AddPredictions(imported, true);
+        else
+            project->AddDataSet(imported);
+        EXPECT_EQ(ListsOf(*project), ListsOf(*Project::OpenToRead(folder / "grow.dsp"))) << table.rows;
+    }
 }
 
 // Dates stay out of X, and a transformed variable is transformed before it is centred.

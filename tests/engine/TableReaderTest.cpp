@@ -155,7 +155,7 @@ TEST(ReadTable, TellsWhatIsWrong) {
     EXPECT_THAT([] { Read("x,y\n1,2\n", {.identifierColumns = 3}); },
                 testing::ThrowsMessage<NCError>(testing::HasSubstr("at least the 3 columns")));
     EXPECT_THAT([] { ReadTable("/no/such.csv"); }, testing::ThrowsMessage<NCError>(testing::HasSubstr("/no/such.csv")));
-    EXPECT_THAT([] { ReadTable("/"); }, testing::ThrowsMessage<NCError>("/ can't be read."));
+    EXPECT_THAT([] { ReadTable("/"); }, testing::ThrowsMessage<NCError>("/ is a folder, expected a table."));
 }
 
 // More than one block, with a number after many blanks, and cells on both sides of each boundary.

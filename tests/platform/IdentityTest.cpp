@@ -250,8 +250,7 @@ TEST(BatchUtilities, FindBatchesAndPhasesAsRuns) {
                       batch < 1 || batch > beginnings.Size() ? 0 : row.lengths[static_cast<std::size_t>(batch - 1)]);
     }
     BatchInfoVector const batches({{"B10", 1}, {"b2", 1}, {"a", 1}});
-    EXPECT_EQ(BatchUtilities::GetBatchNames(batches, false), (NCStringVector{"B10", "b2", "a"}));
-    EXPECT_EQ(BatchUtilities::GetBatchNames(batches, true), (NCStringVector{"a", "b2", "B10"}));
+    EXPECT_EQ(batches.GetBatchNames(), (NCStringVector{"B10", "b2", "a"}));
 }
 
 TEST(AliasAccess, ReadsTextsAndNumerals) {

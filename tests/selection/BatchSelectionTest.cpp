@@ -33,6 +33,8 @@ protected:
             engine::ModelRequest request;
             request.components = 1;
             project->AddModel(request);
+            std::istringstream further("id,batch,x1\no8,D,1\no9,E,2\no10,E,3\n");
+            project->AddDataSet(engine::ReadTable(further, "without phases", {.batchColumn = "batch"}));
             (phased ? s_phased : s_plain) = project;
         }
     }
@@ -113,6 +115,21 @@ TEST_F(BatchSelection, SelectsByName) {
             selection.SetSelectedBatchAndPhase(row.batch, row.phase);
             EXPECT_EQ(Flags(selection), phased ? row.phased : row.plain) << row.batch;
         }
+}
+
+TEST_F(BatchSelection, SelectsWholeBatchesOfDataWithoutPhases) {
+    Selection selection(s_phased, Selection::Normal, Scores, -1, V::ObsAndPred);
+    ProjectVectorData series;
+    series.SetProjectVector(ProjectVectorHandler::Instance()->FindVector("VarDS", Scores, OfSet, nullptr));
+    series.SetDataSet(2);
+    series.SetNumber(1);
+    selection.AddSeries(series, true);
+    for (auto const &[phase, after] : {std::pair("p1", "011"), {"", "011"}, {nullptr, "011"}}) {
+        selection.SetSelectedBatchAndPhase("E", phase);
+        EXPECT_EQ(Flags(selection), after);
+    }
+    selection.SelectBatches(std::vector{1}, true);
+    EXPECT_EQ(Flags(selection), "100");
 }
 
 TEST_F(BatchSelection, TellsWhatIsSelectedWhole) {

@@ -43,15 +43,16 @@ public:
 
 class Predictions final : public NCPredictions {
 public:
-    Predictions(boost::shared_ptr<NCModel const> model, ObservationInfos rows)
+    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<RecordedData> rows)
         : m_model(std::move(model)), m_rows(std::move(rows)) {}
 
     boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
-    ObservationInfos const &GetObservations() const override { return m_rows; }
+    ObservationInfos const &GetObservations() const override { return m_rows->GetObservations(); }
+    BatchRuns const &GetBatchRuns() const override { return m_rows->GetBatchRuns(); }
 
 private:
     boost::shared_ptr<NCModel const> m_model;
-    ObservationInfos m_rows;
+    boost::shared_ptr<RecordedData> m_rows;
 };
 
 template <typename Map>
@@ -167,7 +168,7 @@ RecordedData &RecordingProject::AddWorkset(int model, std::vector<std::uint32_t>
 }
 
 void RecordingProject::AddPredictions(int model, std::vector<std::uint32_t> const &rows) {
-    m_predictions[model] = boost::make_shared<Predictions>(GetModel(model), InfosOf(rows));
+    m_predictions[model] = boost::make_shared<Predictions>(GetModel(model), MakeData(rows, {}));
 }
 
 boost::shared_ptr<ModelInfo const> RecordingProject::GetModelInfo(int model) const {
