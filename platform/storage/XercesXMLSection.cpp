@@ -10,11 +10,13 @@
 #include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include <charconv>
 #include <map>
+#include <new>
 
 // The tree stands on its own: Xerces-C is at work only while a text is parsed, so that no section depends on a document
 // or on the order in which libraries end.
@@ -278,12 +280,14 @@ XercesXMLSection::XercesXMLSection(std::shared_ptr<XMLSectionNode> node) : m_nod
 XercesXMLSection::~XercesXMLSection() = default;
 
 std::unique_ptr<XercesXMLSection> XercesXMLSection::CreateXMLSectionFromString(std::string const &text) {
-    InitializeXerces();
     try {
+        InitializeXerces();
         return std::unique_ptr<XercesXMLSection>(new XercesXMLSection(SectionReader::Read(text)));
     } catch (NotOurs const &) {
     } catch (xercesc::SAXException const &) {
     } catch (xercesc::XMLException const &) {
+    } catch (xercesc::OutOfMemoryException const &) { // derives from nothing
+        throw std::bad_alloc();
     }
     return nullptr;
 }

@@ -590,6 +590,14 @@ TEST_F(Program, EndsCleanly) {
     for (char const *const left : {"b.project.new", "b.project.new-journal", "b.project.lock", "b.project-wal"})
         Write(left, "rubbish");
     EXPECT_THAT(Shell(PROGRAM " import b.project a.csv; ls -d b.project*").out, EndsWith("\nb.project\n"));
+#ifndef __SANITIZE_ADDRESS__ // which needs more memory than there is
+    // And so does a lack of memory, from the least by which the program starts at all.
+    Outcome const scarce =
+        Shell("v=20000; until (ulimit -v $v; " PROGRAM " --version) > log 2>&1; do v=$((v + 1000)); done; "
+              "(ulimit -v $((v + 4000)); " PROGRAM " import m.project a.csv); echo $?; ls -A . | grep m.project");
+    EXPECT_EQ(scarce.out, "1\n") << "and no file";
+    EXPECT_EQ(scarce.error, "dataseries: There is not enough memory.\n");
+#endif
     // What is no regular file is written in place, and the file of a link takes the place of the old one.
     EXPECT_THAT(Done("table a.project 't M1,1,0,0' --format csv -o /dev/stdout"), StartsWith("id,M1.t[1]\nr1,"));
     Write("real.csv", "old");

@@ -1,0 +1,68 @@
+#include "platform/identity/ProjectData.h"
+#include "platform/project/ModelInfo.h"
+#include "platform/storage/InputStreamDirectory.h"
+#include "platform/text/Exception.h"
+#include "tests/fuzz/Fuzz.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+template <typename Value>
+std::string Written(Value const &value) {
+    std::ostringstream stream;
+    stream << value;
+    return stream.str();
+}
+
+// What can be read writes bytes that read back the same.
+template <typename Value>
+Value ReadAndWrite(std::istream &stream, Value value) {
+    stream >> value;
+    std::string const bytes = Written(value);
+    std::istringstream again(bytes);
+    again >> value;
+    Require(Written(value) == bytes);
+    return value;
+}
+
+// What was read answers, inside of its columns and out.
+void AskAll(ColumnIDs const &columns) {
+    for (int column = 0; column <= std::min(columns.Size(), 8) + 1; ++column) {
+        columns.GetName(column);
+        columns.GetColumnID(column);
+        columns.GetColumnTerm(column);
+        columns.GetFloatValue(column);
+    }
+}
+
+void Read(unsigned choice, std::istream &stream) {
+    ProjectData const table(RowIDs{}, ColumnIDs{}, NCDataMatrix<float>());
+    switch (choice % 5) {
+    case 0:
+        return AskAll(ReadAndWrite(stream, ColumnIDs()));
+    case 1:
+        ReadAndWrite(stream, RowIDs()).GetName(1);
+        return;
+    case 2:
+        return AskAll(ReadAndWrite(stream, table).GetColumnIDs());
+    case 3:
+        ReadAndWrite(stream, ModelInfo());
+        return;
+    default:
+        InputStreamDirectory(stream).GetInput(0);
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
+    FuzzInput const input(data, size);
+    std::istringstream stream(input.bytes);
+    try {
+        Read(input.choice, stream);
+    } catch (VqStreamError const &) {
+    }
+    return 0;
+}
