@@ -1,5 +1,7 @@
 #include "platform/containers/ColumnPick_internal.h"
 
+#include "platform/containers/runs_internal.h"
+
 #include <algorithm>
 #include <cstring>
 #include <numeric>
@@ -20,13 +22,10 @@ void ColumnPick::Append(Run run) {
 ColumnPick::ColumnPick(Positions positions) {
     constexpr std::size_t shortest = 8; // columns of a run, on average
     std::size_t const mostRuns = positions.size() / shortest + 1;
-    int const *at = positions.begin();
-    while (at != positions.end() && m_runs.size() <= mostRuns) {
-        int const *end = at + 1;
-        while (end != positions.end() && *end == *(end - 1) + 1)
-            ++end;
-        Append({static_cast<std::size_t>(*at - 1), static_cast<std::size_t>(end - at)});
-        at = end;
+    for (std::span<int const> rest = positions.Values(); !rest.empty() && m_runs.size() <= mostRuns;) {
+        std::size_t const length = RunLength(rest);
+        Append({static_cast<std::size_t>(rest.front() - 1), length});
+        rest = rest.subspan(length);
     }
     if (m_runs.size() <= mostRuns)
         return;

@@ -1,6 +1,7 @@
 #include "platform/containers/NCIntegralVector.h"
 
 #include "platform/containers/StreamBytes.h"
+#include "platform/containers/runs_internal.h"
 
 #include <functional>
 #include <istream>
@@ -58,8 +59,14 @@ void NCIntegralVector<T, Missing>::RemoveValues(int at, int count) {
 template <typename T, int Missing>
 void NCIntegralVector<T, Missing>::Reduce(NCIntegralVector<int, -99> const &positions) {
     SharedStorage<value_type> kept;
-    std::span<value_type> const values = kept.OpenGap(0, positions.size());
-    std::ranges::transform(positions.Values(), values.begin(), [this](int position) { return (*this)[position]; });
+    auto to = kept.OpenGap(0, positions.size()).begin();
+    for (std::span<int const> rest = positions.Values(); !rest.empty();) {
+        std::size_t const length = RunLength(rest);
+        std::size_t const first = Offset(rest.front());
+        Offset(rest[length - 1]);
+        to = std::copy_n(m_storage.Data() + first, length, to);
+        rest = rest.subspan(length);
+    }
     m_storage = std::move(kept);
 }
 

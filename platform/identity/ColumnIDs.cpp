@@ -1,5 +1,6 @@
 #include "platform/identity/ColumnIDs.h"
 
+#include "platform/containers/runs_internal.h"
 #include "platform/identity/AliasAccess.h"
 #include "platform/identity/PlaceOfItem_internal.h"
 #include "platform/identity/VarObs.h"
@@ -131,9 +132,7 @@ void MatchRising(std::span<Item const> mine, std::span<Item const> others, Colum
         } else if (others[otherAt] < mine[at]) {
             otherAt = SkipBelow(others, otherAt, mine[at]);
         } else {
-            std::size_t const longest = std::min(mine.size() - at, others.size() - otherAt);
-            auto const end = std::mismatch(mine.data() + at, mine.data() + at + longest, others.data() + otherAt);
-            std::ptrdiff_t const run = end.first - (mine.data() + at);
+            auto const run = static_cast<std::ptrdiff_t>(CommonLength(mine.subspan(at), others.subspan(otherAt)));
             std::iota(toHere, toHere + run, static_cast<int>(at) + 1);
             std::iota(toThere, toThere + run, static_cast<int>(otherAt) + 1);
             toHere += run;
@@ -357,7 +356,8 @@ void ColumnIDs::Reduce(Positions const &positions) {
     int const size = Size();
     auto const within = [size](int position) { return position >= 1 && position <= size; };
     Positions kept = positions;
-    if (!std::all_of(positions.begin(), positions.end(), within))
+    // Counted, which is faster than to stop at the first.
+    if (std::ranges::count_if(positions, within) != positions.Size())
         kept.Reduce(PositionsWhere(positions.Size(), [&](int at) { return within(positions[at]); }));
     auto const pick = [&kept](auto const &list) { return Content::Items(Picked(list, kept)); };
     m_content = boost::make_shared<Content>(

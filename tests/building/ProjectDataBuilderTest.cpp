@@ -167,8 +167,8 @@ TEST_F(Build, GivesWhatRandomTablesShare) {
         std::vector<ColumnIDs::Numbers> lists(1 + below(4));
         for (ColumnIDs::Numbers &list : lists) {
             std::vector<std::uint32_t> items;
-            std::uint32_t const step = 1 + below(3), gap = below(300);
-            for (std::uint32_t item = 1 + below(20); item < 400; item += step)
+            std::uint32_t const step = 1 + below(3), gap = below(1200);
+            for (std::uint32_t item = 1 + below(20); item < 1500; item += step)
                 if (item < gap || item > gap + 40)
                     items.push_back(item);
             if (below(4) == 0)
