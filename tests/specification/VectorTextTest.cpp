@@ -1,10 +1,9 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "platform/text/Exception.h"
 #include "tests/specification/World.h"
+#include "tests/support/GroupingLocale.h"
 
 #include <gtest/gtest.h>
-
-#include <locale>
 
 namespace {
 
@@ -151,19 +150,14 @@ private:
 } // namespace
 
 TEST(VectorText, WritesWhatTheCatalogueReads) {
-    class Grouping final : public std::numpunct<char> {
-        std::string do_grouping() const override { return "\1"; }
-        char do_decimal_point() const override { return ','; }
-    };
     World const world;
-    std::locale const before = std::locale::global(std::locale(std::locale(), new Grouping));
+    GroupingLocale const grouping;
     Dice dice(1);
     for (int i = 0; i < 5000; ++i) {
         Plain const plain = Plain::Random(dice);
         VectorProbe const vector(plain.vector);
         EXPECT_EQ(plain.Record(world, &vector).ToStdString(nullptr), ReferenceWriter(plain).Text());
     }
-    std::locale::global(before);
     EXPECT_EQ(ProjectVectorData().ToStdString(&world.defaults), "");
     VectorProbe const lagged({.name = "IR", .flags = "l"});
     EXPECT_EQ(world.Data(lagged, "M1", [](auto &d) { d.startLag = 2, d.endLag = 5; }).ToStdString(nullptr),

@@ -2,6 +2,7 @@
 #include "engine/Project.h"
 #include "engine/TableReader.h"
 #include "platform/text/Exception.h"
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/RecordingProject.h"
 #include "tests/support/TemporaryFolder.h"
 #include "utilities/KestaProjectHandlerBase.h"
@@ -182,10 +183,12 @@ TEST_F(StoredDefaults, RoundTripThroughAnArchive) {
 }
 
 TEST(DefaultSelection, WritesTermsWithGapsAndReadsLagsAsMothers) {
+    GroupingLocale const grouping;
     auto const project = MakeRecordingProject();
     project->AddModel(ModelTypeE::PCA, 1, 0, 0, 0);
-    ColumnTerm const terms[] = {ColumnTerm(5),  {{7}, {}, {}},       {{7, 8}, {}, {}},    {{1, 2}, {}, {}},
-                                {{7}, {}, {2}}, {{7, 8, 8}, {}, {}}, {{1, 0}, {}, {2, 0}}};
+    ColumnTerm const terms[] = {ColumnTerm(5),       {{7}, {}, {}},  {{7, 8}, {}, {}},
+                                {{1, 2}, {}, {}},    {{7}, {}, {2}}, {{7, 1234, 1234}, {}, {}},
+                                {{1, 0}, {}, {2, 0}}};
     for (ColumnTerm const &term : terms)
         project->Model(1).x.AppendTerm(term);
     auto const section = project->GetSettingsSection("DefaultSelection")->CreateSubSection("XTerm");
@@ -195,7 +198,7 @@ TEST(DefaultSelection, WritesTermsWithGapsAndReadsLagsAsMothers) {
         std::string mothers, lags, settings;
         int position;
     } const written[] = {{terms[1], "7", "-", "-", 2},
-                         {{{7, 8, 9}, {}, {}}, "7;8;8", "-", "-", 6},
+                         {{{7, 1234, 9}, {}, {}}, "7;1234;1234", "-", "-", 6},
                          {{{7, 8}, {1, 2}, {}}, "7;8", "1;2", "-", 4},
                          {{{7, 8}, {1, 0}, {2, 0}}, "7;8", "1;0", "2;0", 7},
                          {terms[4], "7", "-", "2", 5},
