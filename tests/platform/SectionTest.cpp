@@ -4,14 +4,35 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <locale>
+#include <new>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+static std::size_t largestAllocation = SIZE_MAX; // what is larger finds no memory
+
+void *operator new(std::size_t size, std::nothrow_t const &) noexcept {
+    return size > largestAllocation ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
+}
+void *operator new(std::size_t size) {
+    if (void *const memory = operator new(size, std::nothrow))
+        return memory;
+    throw std::bad_alloc();
+}
+// Not inlined, lest the compiler sees new freed by free.
+[[gnu::noinline]] void operator delete(void *memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void *memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace {
 
@@ -140,4 +161,15 @@ TEST(XercesXMLSection, RefusesWhatItDidNotWrite) {
     std::string const whole = Text(section, false);
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_EQ(XercesXMLSection::CreateXMLSectionFromString(whole.substr(0, length)), nullptr) << length;
+}
+
+TEST(XercesXMLSection, TellsThatMemoryIsShort) {
+    std::string const text =
+        "<configuration version=\"1\"><key name=\"a\">" + std::string(1000000, 'b') + "</key></configuration>";
+    ASSERT_TRUE(XercesXMLSection::CreateXMLSectionFromString(text));
+    for (std::size_t const largest : {40000, 200000, 900000}) {
+        largestAllocation = largest;
+        EXPECT_THROW(XercesXMLSection::CreateXMLSectionFromString(text), std::bad_alloc) << largest;
+        largestAllocation = SIZE_MAX;
+    }
 }
