@@ -67,14 +67,15 @@ TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
     if (m_pieces.empty())
         return nullptr;
     TablePtr joined = std::move(m_pieces.front().table);
+    // With the batches of all tables.
+    joined->m_columns = m_columns;
     if (m_pieces.size() == 1) {
         if (kept)
             joined->KeepColumns(*kept);
     } else {
         std::vector<Pick> const places = PlacesOfColumns(kept ? Pick(*kept) : std::nullopt);
         if (kept)
-            m_columns.Reduce(*kept);
-        joined->m_columns = m_columns;
+            joined->m_columns.Reduce(*kept);
         if (places.front())
             joined->KeepMarks(*places.front());
         CopyRows(*joined, places);
@@ -88,7 +89,7 @@ void TableJoin::CopyRows(ProjectData &joined, std::vector<Pick> const &places) {
     int rows = joined.Rows();
     for (Piece const &piece : std::span(m_pieces).subspan(1))
         rows += piece.table->Rows();
-    NCDataMatrix<float> matrix(0, m_columns.Size());
+    NCDataMatrix<float> matrix(0, joined.m_columns.Size());
     matrix.reserve(rows);
     for (std::size_t at = 0; at < m_pieces.size(); ++at) {
         Piece &piece = m_pieces[at];

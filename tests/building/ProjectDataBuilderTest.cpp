@@ -158,6 +158,21 @@ TEST_F(Build, JoinsAxesAndSeries) {
     }
 }
 
+TEST_F(Build, KnowsTheBatchesOfAllTables) {
+    auto const named = m_vector.table;
+    m_vector.table = [named](ProjectPtr const &project, std::string const &args) {
+        TablePtr table = named(project, args);
+        table->GetColumnIDs().SetBatches(BatchInfoVector({{std::string(1, Letter(args)), 3}}));
+        return table;
+    };
+    for (char const *const letters : {"--ab", "--abh", "--ah"}) {
+        Selection const selection = Make(letters);
+        std::unique_ptr<ProjectData> const table(Builder(&selection).Build());
+        NCStringVector const names = table->GetColumnIDs().GetBatches().GetBatchNames();
+        EXPECT_EQ(names.Size(), static_cast<int>(std::string(letters).size()) - 2) << letters;
+    }
+}
+
 // Tables over hundreds of items that share some of them, in runs and scattered, in rising and other orders, against a
 // join that looks up each item.
 TEST_F(Build, GivesWhatRandomTablesShare) {
