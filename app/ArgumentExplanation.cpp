@@ -1,6 +1,11 @@
 #include "app/Explanation.h"
+
+#include "app/ContributionText.h"
+#include "app/Reason.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "platform/project/GetProjectData.h"
+#include "platform/text/VqString.h"
+#include "specification/ProjectVectorData.h"
 
 #include <algorithm>
 #include <sstream>
@@ -24,17 +29,6 @@ std::string ComponentCounts(ModelInfo const &model) {
     return counts;
 }
 
-std::string NameOfKind(Vector::ComponentType kind) {
-    switch (kind) {
-    case Vector::ComponentXSideOrthogonal:
-        return "X-side orthogonal components";
-    case Vector::ComponentYSideOrthogonal:
-        return "Y-side orthogonal components";
-    default:
-        return "predictive components";
-    }
-}
-
 // The meaning of each argument of one string.
 class ArgumentReader {
 public:
@@ -52,8 +46,8 @@ public:
             parts.push_back({name, text, text.empty() ? "left out" : (this->*meaning)()});
         }
         std::string rest;
-        if (std::getline(texts, rest, '\0') && !rest.empty())
-            parts.push_back({"further", rest, RestMeaning()});
+        if (!m_vector.IsContribution() && std::getline(texts, rest, '\0') && !rest.empty())
+            parts.push_back(Rest(rest));
         return parts;
     }
 
@@ -156,8 +150,11 @@ private:
         auto const model = m_project.GetModel(m_source.model->number);
         if (!model)
             return "an unfitted model has no terms";
-        ColumnTerms const &terms = side == 'X' ? model->GetXColumnTerms() : model->GetYColumnTerms();
-        std::string const which = std::string(1, side) + " variable " + std::to_string(number);
+        ColumnTerms const terms =
+            side == 'X' ? m_vector.XTermsOf(m_project, m_source.model->number) : model->GetYColumnTerms();
+        bool const isMother = side == 'X' && m_vector.GetType() == Vector::VectorTypeLag;
+        std::string const which =
+            (isMother ? "lagged " : "") + std::string(1, side) + " variable " + std::to_string(number);
         if (number < 1 || number > static_cast<unsigned long>(terms.Size()))
             return "there is no " + which + " among " + std::to_string(terms.Size());
         return which + ", " + Quoted(terms[static_cast<int>(number)].GetPrimaryName(m_project.GetVariables()));
@@ -183,6 +180,11 @@ private:
                (alias ? ", " + Quoted(alias->name) : ": there is none");
     }
 
+    bool IsRange() const {
+        return m_vector.GetNumberType() == Vector::NumberComponentRange ||
+               m_vector.GetNumberType() == Vector::NumberBatchComponentRange;
+    }
+
     std::string InRange(char const *end, unsigned long number) const {
         auto const component = static_cast<int>(number);
         if (m_vector.IsT2RangeVector() && component == -1)
@@ -191,7 +193,7 @@ private:
     }
 
     std::string NumberMeaning() const {
-        if (m_arguments.number == Vector::noSingleItem && m_vector.GetNumberType() != Vector::NumberComponentRange)
+        if (m_arguments.number == Vector::noSingleItem && !IsRange())
             return "the list behind the other arguments";
         if (m_vector.IsXVector() || m_vector.IsYVector())
             return Term(m_vector.IsXVector() ? 'X' : 'Y', m_arguments.number);
@@ -201,6 +203,7 @@ private:
         case Vector::NumberIdentifier:
             return Identifier();
         case Vector::NumberComponentRange:
+        case Vector::NumberBatchComponentRange:
             return InRange("first", m_arguments.number);
         default:
             return notUsed;
@@ -208,7 +211,7 @@ private:
     }
 
     std::string SecondNumberMeaning() const {
-        if (m_vector.GetNumberType() == Vector::NumberComponentRange)
+        if (IsRange())
             return InRange(m_vector.IsT2RangeVector() ? "last" : "second", m_arguments.number2);
         return m_vector.GetNumberType() == Vector::NumberXAndYVariable ? Term('Y', m_arguments.number2) : "a phase";
     }
@@ -234,9 +237,76 @@ private:
         return m_arguments.backTransformed ? "in the units of the data set" : "after the transformation";
     }
 
-    std::string BatchMeaning() const { return "batch " + std::to_string(m_arguments.batch); }
+    bool IsAligned() const { return m_vector.GetType() == Vector::VectorTypeAligned; }
+    // The batches that are asked for stand behind the other arguments.
+    bool HasBatchList() const { return m_vector.UseBatchIx() && IsAligned() && m_arguments.batch == -2; }
+
+    std::string Batch(int batch) const {
+        ProjectVectorData data;
+        data.SetProjectVector(&m_vector);
+        data.SetModelInfoPtr(m_source.model);
+        data.batchIx = batch;
+        std::string const name = batch < 1 ? "" : data.GetBatchName(m_project.shared_from_this());
+        std::string const which = "batch " + std::to_string(batch);
+        return name.empty() ? "there is no " + which : which + ", " + Quoted(name);
+    }
+
+    std::string BatchMeaning() const {
+        if (HasBatchList())
+            return "the list behind the other arguments";
+        if (IsAligned() && m_arguments.batch == -1)
+            return "the average over all batches";
+        if (IsAligned() && m_arguments.batch == 0)
+            return "the standard deviation over all batches";
+        return Batch(m_arguments.batch);
+    }
+
+    ExplainedPart Rest(std::string const &rest) const {
+        if (m_vector.HasMultiplier())
+            return {"multipliers", rest, MultipliersMeaning(rest)};
+        return HasBatchList() ? ExplainedPart{"batches", rest, BatchesMeaning(rest)}
+                              : ExplainedPart{"further", rest, RestMeaning()};
+    }
+
+    std::string BatchesMeaning(std::string const &list) const {
+        std::string batches;
+        std::istringstream texts(list);
+        for (std::string text; std::getline(texts, text, ',');)
+            batches += (batches.empty() ? "" : "; ") + Batch(NumberIn(text).value_or(0));
+        return batches;
+    }
+
+    // How many multipliers the statistic takes of the two that its text has.
+    int MultipliersTaken() const {
+        std::string_view const name = m_vector.GetName();
+        if (IsAligned())
+            return 1;
+        return name.starts_with("T2Range") ? 0 : name.starts_with("DModX") ? 1 : 2;
+    }
+
+    std::string LimitBy(std::string const &multiplier) const {
+        double const value = VqString::vqstrtod(multiplier.c_str());
+        if (!IsAligned() && value == ProjectVectorData::NoMultiplier)
+            return "no limit";
+        std::string const distance = multiplier.substr(multiplier.find_first_not_of("+-")) + " standard deviations";
+        return value > 0   ? "upper limit, the average and " + distance
+               : value < 0 ? "lower limit, the average less " + distance
+                           : "the average as a limit";
+    }
+
+    std::string MultipliersMeaning(std::string const &rest) const {
+        if (MultipliersTaken() == 0)
+            return "not used: the limit is the critical value of T2";
+        std::size_t const comma = rest.find(',');
+        std::string meaning = LimitBy(rest.substr(0, comma));
+        if (comma != std::string::npos)
+            meaning += "; " + (MultipliersTaken() == 2 ? LimitBy(rest.substr(comma + 1)) : "the second is not used");
+        return meaning;
+    }
 
     std::string RestMeaning() const {
+        if (m_vector.IsImpulseResponseVector())
+            return "the first and the last lag at which the X variable is 1";
         if (m_vector.HasResolvableCoefficients())
             return "how coefficients of hierarchical models are resolved";
         std::string items;
@@ -258,5 +328,10 @@ private:
 } // namespace
 
 std::vector<ExplainedPart> ExplainArguments(engine::Project const &project, NamedSeries const &series) {
-    return ArgumentReader(project, series).Read();
+    std::vector<ExplainedPart> parts = ArgumentReader(project, series).Read();
+    if (series.vector->IsContribution()) {
+        std::vector<ExplainedPart> const further = ExplainContribution(project, series);
+        parts.insert(parts.end(), further.begin(), further.end());
+    }
+    return parts;
 }

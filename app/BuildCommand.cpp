@@ -12,6 +12,7 @@
 #include "building/ProjectDataBuilder.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "selection/SelectDataSeriesData.h"
+#include "utilities/BatchConverter.h"
 #include "utilities/DefaultSelection.h"
 
 #include <CLI/CLI.hpp>
@@ -37,6 +38,7 @@ struct BuildRequest {
     std::vector<std::string> only;
     std::vector<std::string> without;
     std::vector<std::string> batches;
+    std::optional<double> multiplier;
     Format format = Format::Text;
     std::filesystem::path file;
     std::filesystem::path picture;
@@ -77,6 +79,31 @@ void CheckGivesData(engine::Project const &project, std::string const &text, Pro
         throw GivesNothing(project, text, data, defaults);
 }
 
+int IndexOf(ProjectUtilities::BatchConverter const &batches, std::string const &name) {
+    std::vector<int> indexes;
+    batches.FromBatchToIndex({name}, indexes);
+    return indexes.front();
+}
+
+// The indexes of batches by which a vector is asked; of aligned ones the average and the deviation of all too.
+std::vector<int> BatchIndexes(engine::Project const &project, ProjectVectorData const &data,
+                              std::vector<std::string> const &names) {
+    bool const predicted = data.GetProjectVector()->GetObsPredType() == ProjectVector::Predicted;
+    bool const isAligned = data.GetProjectVector()->GetType() == ProjectVector::VectorTypeAligned;
+    int const model = data.GetModelInfo()->number;
+    ProjectUtilities::BatchConverter const batches(project, model, predicted);
+    std::vector<int> indexes;
+    for (std::string const &name : names) {
+        if (batches.HasBatch(name))
+            indexes.push_back(IndexOf(batches, name));
+        else if (isAligned && (name == "Average" || name == "Std.Dev."))
+            indexes.push_back(name == "Average" ? -1 : 0);
+        else
+            throw Problem(ExceptionMessage::translate("There is no batch \"{1}\" in model {2}.") % name % model);
+    }
+    return indexes;
+}
+
 void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
                    SelectDataSeriesData &selection) {
     ProjectUtilities::DefaultSelection const &defaults = *selection.GetDefaultSelection();
@@ -88,6 +115,10 @@ void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildReque
             return data;
         }
         data = Specify(project, ReadVectorText(text), axis, defaults);
+        if (data.GetProjectVector()->HasMultiplier() && request.multiplier) {
+            data.multiplier1 = *request.multiplier;
+            data.multiplier2 = -*request.multiplier;
+        }
         CheckGivesData(*project, text, data, axis, defaults);
         return data;
     };
@@ -95,8 +126,17 @@ void FillSelection(boost::shared_ptr<engine::Project> const &project, BuildReque
         selection.SetXAxis(specified(request.x));
     if (!request.y.empty())
         selection.SetYAxis(specified(request.y));
-    for (std::string const &text : request.series)
-        selection.AddSeries(specified(text), false);
+    for (std::string const &text : request.series) {
+        ProjectVectorData data = specified(text);
+        if (request.batches.empty() || !data.GetProjectVector()->UseBatchIx()) {
+            selection.AddSeries(data, false);
+            continue;
+        }
+        for (int const index : BatchIndexes(*project, data, NamesIn(request.batches))) {
+            data.batchIx = index;
+            selection.AddSeries(data, false);
+        }
+    }
     if (!request.series.empty() || selection.GetMode() != SelectDataSeriesData::Normal)
         return;
     ProjectVectorData data;
@@ -174,21 +214,16 @@ std::vector<DrawnSeries> RowsOf(SelectDataSeriesData const &selection) {
 void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table,
           TableDates const &dates) {
     PlotStyle style = request.style;
-    style.isPng = request.picture.extension() == ".png";
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
     style.dates = dates;
     Decorate(*selection.GetProject(), RowsOf(selection), selection.GetVectorType(),
              selection.GetExtraOptions().significance, table, style);
-    std::string const script = PlotScript(table, selection.GetVectorType(), style);
-    DraftFile file(request.picture, request.project);
-    RunGnuplot(script, file.Descriptor());
-    file.Commit();
+    WritePicture(PlotScript(table, selection.GetVectorType(), style), request.picture, request.project);
 }
 
-void Build(BuildRequest const &request) {
-    std::string const kind = request.picture.extension().string();
-    if (!request.picture.empty() && kind != ".png" && kind != ".svg")
-        throw UsageError("The picture " + request.picture.string() + " is neither .svg nor .png");
+void Build(BuildRequest request) {
+    if (!request.picture.empty())
+        request.style.isPng = IsPng(request.picture);
     if (!request.file.empty())
         CheckApart(request.file, request.project);
     auto const project = engine::Project::OpenToRead(request.project);
@@ -196,7 +231,8 @@ void Build(BuildRequest const &request) {
     SelectDataSeriesData selection(project, ModeOf(request), axis, -1, ProjectVector::ObsAndPred);
     FillSelection(project, request, selection);
     selection.SetScaleType(request.scale);
-    if (!request.batches.empty())
+    auto const isOfBatches = [](ProjectVectorData const *data) { return data->GetProjectVector()->UseBatchIx(); };
+    if (!request.batches.empty() && std::ranges::none_of(selection.VectorsInUse(), isOfBatches))
         SelectBatches(selection, NamesIn(request.batches));
     if (!request.only.empty() || !request.without.empty())
         SelectItems(selection, NamesIn(request.only.empty() ? request.without : request.only), !request.only.empty());
@@ -242,7 +278,11 @@ void AddBuildCommand(CLI::App &program) {
         ->check(CLI::IsMember(std::vector<std::string>{"none", "0-1", "-1-1"}));
     CLI::Option *const only = command->add_option("--only", request->only, "The items shown");
     command->add_option("--without", request->without, "Items left out")->excludes(only);
-    command->add_option("--batches", request->batches, "The batches shown");
+    command->add_option("--multiplier", request->multiplier,
+                        "Limits of batches are so many standard deviations above their\naverage, for sums outside of "
+                        "limits also below (3)");
+    command->add_option("--batches", request->batches,
+                        "The batches shown; of aligned batches also Average and Std.Dev.");
     for (CLI::Option *const list : {only, command->get_option("--without"), command->get_option("--batches")})
         list->type_name("NAME,...")->allow_extra_args(false);
     AddFormatOption(*command, request->format);

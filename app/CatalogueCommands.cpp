@@ -85,6 +85,14 @@ bool IsValid(engine::Project const &project, ProjectVector const &vector, Source
                                                             : true);
 }
 
+// A contribution of the first observation; of batches that of the first point, which no group stands for.
+void AskForOne(ProjectVectorData &data) {
+    ProjectVector const &vector = *data.GetProjectVector();
+    data.SetWeightComp({1});
+    if (!vector.IsAlignedContribution())
+        (vector.GetContributionKind() == 1 ? data.obs2 : data.obs1) = {1};
+}
+
 // Nothing for a vector that another one of its name stands for here.
 std::optional<Entry> EntryOf(engine::Project const &project, ProjectVector const &vector, Source const &source,
                              ProjectUtilities::DefaultSelection const &defaults) {
@@ -96,12 +104,8 @@ std::optional<Entry> EntryOf(engine::Project const &project, ProjectVector const
     Entry entry{vector.GetName(), {}};
     try {
         ProjectVectorData data = DefaultSpecification(vector, source, defaults);
-        if (vector.HasMultiplier())
-            data.multiplier1 = 3.0, data.multiplier2 = -3.0;
-        if (vector.IsContribution()) {
-            data.obs2 = {1};
-            data.SetWeightComp({1});
-        }
+        if (vector.IsContribution())
+            AskForOne(data);
         std::string const text = data.ToStdString(&defaults);
         TablePtr const table =
             IsValid(project, vector, source)

@@ -1,7 +1,7 @@
 #include "app/Gnuplot.h"
 
 #include "app/Failure.h"
-#include "app/Interrupt.h"
+#include "app/Output.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -84,8 +84,6 @@ pid_t Start(int input, int output, int errors) {
     return process;
 }
 
-} // namespace
-
 void RunGnuplot(std::string const &script, int output) {
     MemoryFile input("script");
     input.Write(script);
@@ -97,4 +95,20 @@ void RunGnuplot(std::string const &script, int output) {
     Interrupt::Check();
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || lseek(output, 0, SEEK_END) == 0)
         throw Problem(ExceptionMessage::translate("gnuplot fails: {1}.") % LastLine(errors.Read()));
+}
+
+} // namespace
+
+bool IsPng(std::filesystem::path const &picture) {
+    std::string const kind = picture.extension().string();
+    if (kind != ".png" && kind != ".svg")
+        throw UsageError("The picture " + picture.string() + " is neither .svg nor .png");
+    return kind == ".png";
+}
+
+void WritePicture(std::string const &script, std::filesystem::path const &picture,
+                  std::filesystem::path const &project) {
+    DraftFile file(picture, project);
+    RunGnuplot(script, file.Descriptor());
+    file.Commit();
 }

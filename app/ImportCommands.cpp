@@ -2,6 +2,7 @@
 #include "app/Failure.h"
 #include "app/Output.h"
 #include "app/ProgressBar.h"
+#include "app/VariableOptions.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
 #include "platform/containers/Missing.h"
@@ -24,6 +25,7 @@ struct PredictRequest : ImportRequest {
     std::vector<int> models; // all of them when empty
     std::string use;
     bool replace = false;
+    std::vector<std::string> running; // as given: lists of names
 };
 
 char MarkOf(std::string const &text, char const *what, std::initializer_list<std::pair<char const *, char>> marks) {
@@ -175,6 +177,7 @@ void Predict(PredictRequest request) {
                       old % request.name);
     engine::ImportedTable table = Read(request);
     table.name = request.name;
+    table.running = NamesIn(request.running);
     std::map<int, engine::VariableMatch> matches;
     for (int const model : models)
         matches[model] = project->MatchVariables(model, table);
@@ -185,8 +188,8 @@ void Predict(PredictRequest request) {
     }();
     Output output;
     Report(output, request, "prediction set", number, table);
-    for (auto const &[model, match] : matches)
-        Report(output, model, match);
+    for (int const model : models)
+        Report(output, model, project->MatchVariables(model, number));
     output.Finish();
 }
 
@@ -223,6 +226,11 @@ void AddPredictCommand(CLI::App &program) {
     CLI::App *const command = AddCommand(program, "predict", "Bring in rows that the models predict", *request);
     command->add_option("--model", request->models, "A model whose variables the rows are compared with (all models)")
         ->type_name("N")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--running", request->running,
+                     "Batches that are not finished: they have come as far as their maturity")
+        ->type_name("NAMES")
         ->allow_extra_args(false);
     command->add_flag("--replace", request->replace, "Replace the prediction set of that name");
     command->add_option("--use", request->use, "Make this prediction set, by number or name, the current one")

@@ -14,6 +14,11 @@
 
 namespace {
 
+struct Kind {
+    ModelTypeE::Model type = ModelTypeE::PCA;
+    enum Level { Observations, Evolution, Batches } level = Observations;
+};
+
 struct FitRequest {
     std::filesystem::path project;
     engine::ModelRequest model;
@@ -22,6 +27,14 @@ struct FitRequest {
     std::vector<std::string> transformations;
     std::vector<std::string> scalings;
     std::vector<std::string> products;
+    std::vector<std::string> weights;
+    std::vector<std::string> blocks;
+    std::vector<std::string> lags;
+    Kind kind;
+    std::string maturity;
+    engine::EvolutionRequest batches;
+    bool phaseModels = false;
+    engine::BatchLevelRequest level;
 };
 
 struct ListRequest {
@@ -67,15 +80,23 @@ void CheckComponents(engine::ModelRequest &model) {
         model.yOrthogonal = 0;
 }
 
-void Report(FitRequest const &request, engine::Project const &project, int model) {
+// "of phase growth, 30 batches on 120 points".
+std::string BatchesOf(NCBatchModel const &model, ModelInfo const &info) {
+    std::string const phase = info.GetClassPhaseName(1);
+    return (phase.empty() ? "" : "of phase " + phase + ", ") + std::to_string(model.GetBatchIndexes().size()) +
+           " batches on " + std::to_string(model.GetTimeMaturityVector().Size()) + " points";
+}
+
+void Report(Output &output, FitRequest const &request, engine::Project const &project, int model) {
     boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(model);
-    Output output;
     output << request.project.string() << ": model " << std::to_string(model) << " ("
-           << ModelTypeE::GetModelTypeName(info->type) << ") of data set " << std::to_string(request.model.dataSet)
+           << ModelTypeE::GetModelTypeName(info->type) << ") of data set " << std::to_string(info->dataSets.front())
            << "\n  observations  " << std::to_string(info->sizeObservations) << "\n  X variables   "
            << std::to_string(info->sizeXVariables) << "\n";
     if (info->sizeYVariables > 0)
         output << "  Y variables   " << std::to_string(info->sizeYVariables) << "\n";
+    if (auto const batches = boost::dynamic_pointer_cast<NCBatchModel const>(project.GetModel(model)))
+        output << "  batches       " << BatchesOf(*batches, *info) << "\n";
     DefaultCenterValues const centres = project.GetModel(model)->GetCenterValues();
     if (centres.SizeVars() > 0)
         output << "  centred       " << std::to_string(centres.SizeVars()) << " variables by " << centres.identifier
@@ -88,29 +109,77 @@ void Report(FitRequest const &request, engine::Project const &project, int model
     if (info->SizeComponents() > 0)
         SummaryOf(project, model, false).Write(output, Format::Text);
     output << NotesOn(project, model);
-    output.Finish();
+}
+
+// The model of batches that the options tell.
+void SetEvolution(FitRequest &request) {
+    bool const hasOptions = !request.maturity.empty() || request.phaseModels || !request.batches.phase.empty() ||
+                            request.batches.treatment != BatchYVarTreatment::None || request.batches.alignByMaturity ||
+                            request.batches.points > 0;
+    if (request.kind.level != Kind::Evolution && hasOptions)
+        throw UsageError("--maturity, --phase, --phase-models, --treatment, --align and --points are for --type batch "
+                         "and batch-opls");
+    if (request.kind.level != Kind::Evolution)
+        return;
+    if (request.maturity.empty() || !request.model.responses.empty())
+        throw UsageError("A model of batches takes their maturity as its response: --maturity NAME, and no --y");
+    request.model.responses = {request.maturity};
+    request.model.evolution = request.batches;
+}
+
+// Of whole batches: makes the data set that the model is of.
+void SetLevel(FitRequest &request) {
+    bool const hasOptions = request.level.model != 0 || request.level.conditions != 0 || request.level.ofVariables;
+    if (request.kind.level != Kind::Batches && hasOptions)
+        throw UsageError("--from, --with and --of are for --type batch-level and batch-level-opls");
+    if (request.kind.level != Kind::Batches)
+        return;
+    if (request.level.model == 0)
+        throw UsageError("A batch-level model is made of a model of batches: --from N");
+    if (request.model.type == ModelTypeE::PCA && !request.model.responses.empty())
+        request.model.type = ModelTypeE::PLS;
+}
+
+void CheckResponses(engine::ModelRequest const &model) {
+    bool const needsResponses = (model.type & ModelTypeE::WithY) != 0;
+    if (needsResponses && model.responses.empty())
+        throw UsageError("The model (" + ModelTypeE::GetModelTypeName(model.type) +
+                         ") needs its Y variables: --y NAME,...");
+    if (!needsResponses && !model.responses.empty())
+        throw UsageError("A PCA model has no Y variables; --y is for PLS, OPLS and O2PLS");
 }
 
 void Fit(FitRequest request) {
-    bool const needsResponses = (request.model.type & ModelTypeE::WithY) != 0;
+    request.model.type = request.kind.type;
     request.model.responses = NamesIn(request.responses);
+    SetEvolution(request);
+    SetLevel(request);
+    CheckResponses(request.model);
     request.model.excluded = NamesIn(request.excluded);
     request.model.transformations = TransformationsIn(NamesIn(request.transformations));
     SetScaling(request.model, NamesIn(request.scalings));
+    request.model.weights = WeightsIn(NamesIn(request.weights));
+    for (std::string const &text : request.blocks)
+        if (!request.model.blocks.insert(BlockIn(text)).second)
+            throw UsageError("The block in \"" + text + "\" is the second one of its name");
     for (std::string const &text : NamesIn(request.products))
         request.model.products.push_back(FactorsIn(text));
-    if (needsResponses && request.responses.empty())
-        throw UsageError("The model (" + ModelTypeE::GetModelTypeName(request.model.type) +
-                         ") needs its Y variables: --y NAME,...");
-    if (!needsResponses && !request.responses.empty())
-        throw UsageError("A PCA model has no Y variables; --y is for PLS, OPLS and O2PLS");
+    for (std::string const &text : NamesIn(request.lags))
+        request.model.lags.push_back(LagsIn(text));
     CheckComponents(request.model);
     auto const project = engine::Project::OpenToWrite(request.project);
-    int const model = [&] {
+    std::vector<int> const models = [&] {
         ProgressBar bar("Fitting");
-        return project->AddModel(request.model, bar.Listener());
+        if (request.phaseModels)
+            return project->AddPhaseModels(request.model, bar.Listener());
+        return std::vector{request.kind.level == Kind::Batches
+                               ? project->AddBatchLevelModel(request.level, request.model, bar.Listener())
+                               : project->AddModel(request.model, bar.Listener())};
     }();
-    Report(request, *project, model);
+    Output output;
+    for (int const model : models)
+        Report(output, request, *project, model);
+    output.Finish();
 }
 
 void ListModels(ListRequest const &request) {
@@ -132,9 +201,10 @@ void ListDataSets(ListRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
     Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
     for (engine::DataSetRecord const &record : project->DataSets()) {
+        static constexpr char const *kinds[] = {"data", "prediction", "batch level", "batch level of prediction"};
         bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
         bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
-        listing.Add({record.number, record.name, isPrediction ? "prediction" : "data", record.observations,
+        listing.Add({record.number, record.name, kinds[static_cast<int>(record.kind)], record.observations,
                      record.variables,
                      isCurrent      ? "yes"
                      : isPrediction ? "no"
@@ -162,10 +232,18 @@ void AddModelCommands(CLI::App &program) {
     engine::ModelRequest &model = request->model;
     CLI::App *const command = program.add_subcommand("fit", "Fit a model to a data set");
     command->add_option("PROJECT", request->project, "The project file")->required();
-    AddChoice(
-        *command, "--type", model.type,
-        {{"pca", ModelTypeE::PCA}, {"pls", ModelTypeE::PLS}, {"opls", ModelTypeE::OPLS}, {"o2pls", ModelTypeE::O2PLS}},
-        "Kind of model")
+    AddChoice<Kind>(
+        *command, "--type", request->kind,
+        {{"pca", {ModelTypeE::PCA}},
+         {"pls", {ModelTypeE::PLS}},
+         {"opls", {ModelTypeE::OPLS}},
+         {"o2pls", {ModelTypeE::O2PLS}},
+         {"batch", {ModelTypeE::PLS, Kind::Evolution}},
+         {"batch-opls", {ModelTypeE::OPLS, Kind::Evolution}},
+         {"batch-level", {ModelTypeE::PCA, Kind::Batches}},
+         {"batch-level-opls", {ModelTypeE::OPLS, Kind::Batches}}},
+        "Kind of model; batch and batch-opls tell how batches\nevolve with their maturity, batch-level (PCA, or\n"
+        "PLS with --y) and batch-level-opls are of whole\nbatches, one row for each")
         ->required();
     command->add_option("--data", model.dataSet, "The number of the data set (1)")->type_name("N");
     command->add_option("--y", request->responses, "The Y variables; all others are X variables")
@@ -180,6 +258,13 @@ void AddModelCommands(CLI::App &program) {
     command->add_option("--product", request->products, "Square and cross terms of X variables, such as width*width")
         ->type_name("NAME*NAME,...")
         ->allow_extra_args(false);
+    command
+        ->add_option(
+            "--lags", request->lags,
+            "What variables of X, responses too, were some\nobservations earlier, in the same batch, as further "
+            "X\nvariables; all stands for each X variable")
+        ->type_name("NAME:LAG[-LAG],...")
+        ->allow_extra_args(false);
     command->add_flag("--squares", model.squares, "The squares of all X variables as further terms");
     command->add_flag("--crosses", model.crosses, "The products of every two X variables as further terms");
     command->add_flag("!--no-local-centring", model.localCentring,
@@ -191,6 +276,15 @@ void AddModelCommands(CLI::App &program) {
                      "by its root: they do not compare with uv")
         ->type_name("[X:|Y:|NAME=]KIND,...")
         ->allow_extra_args(false);
+    command->add_option("--weight", request->weights, "What the scaled values of a variable are multiplied by")
+        ->type_name("NAME=NUMBER,...")
+        ->allow_extra_args(false);
+    command->add_option("--block", request->blocks, "X variables that weigh together as other blocks do, however many")
+        ->type_name("BLOCK=NAME,...")
+        ->allow_extra_args(false);
+    AddChoice(
+        *command, "--block-scaling", model.hardBlocks, {{"soft", false}, {"hard", true}},
+        "Divide K variables of a block by K^(1/4) (soft) or, so that\nall blocks have one variance, by K^(1/2) (hard)");
     command
         ->add_option_function<std::string>(
             "--components", [request](std::string const &text) { SetComponents(request->model, text); },
@@ -204,6 +298,32 @@ void AddModelCommands(CLI::App &program) {
                      "Leave out together what has the same text in this identifier column")
         ->type_name("COLUMN")
         ->excludes(groups);
+    command->add_option("--maturity", request->maturity, "Of batches: the variable that tells how far a batch has come")
+        ->type_name("NAME");
+    CLI::Option *const phases =
+        command->add_flag("--phase-models", request->phaseModels, "Of batches: one model for each phase");
+    command->add_option("--phase", request->batches.phase, "Of batches: of this phase only")
+        ->type_name("NAME")
+        ->excludes(phases);
+    AddChoice(*command, "--treatment", request->batches.treatment,
+              {{"none", BatchYVarTreatment::None},
+               {"shifted", BatchYVarTreatment::Shifted},
+               {"normalized", BatchYVarTreatment::Normalized},
+               {"smoothed", BatchYVarTreatment::Smoothed}},
+              "Of batches: what is done to the maturity, batch by batch");
+    AddChoice(*command, "--align", request->batches.alignByMaturity, {{"length", false}, {"maturity", true}},
+              "Of batches: lay them side by side by their length (length)\nor by their maturity");
+    command->add_option("--points", request->batches.points, "Points of an aligned batch (the median length)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 100000));
+    command->add_option("--from", request->level.model, "Of whole batches: a model that --type batch has fitted")
+        ->type_name("N");
+    AddChoice(*command, "--of", request->level.ofVariables, {{"scores", false}, {"variables", true}},
+              "Of whole batches: of the scores of the models of all\nphases, or of their X variables, along their way");
+    command
+        ->add_option("--with", request->level.conditions,
+                     "Of whole batches: a data set of initial conditions, by batch")
+        ->type_name("N");
     AddChoice(*command, "--q2", model.q2,
               {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
               "Q2 by rounds that fit all components anew (rounds), or, of\n"
@@ -214,7 +334,8 @@ void AddModelCommands(CLI::App &program) {
         "those are taken that cross-validation finds significant. R2 is what a component explains, Q2 what\n"
         "of it is predicted when observations are left out.\n"
         "Example: dataseries fit wine.project --type pca\n"
-        "         dataseries fit oil.project --type pls --y octane --scaling ctr");
+        "         dataseries fit oil.project --type pls --y octane --scaling ctr\n"
+        "         dataseries fit mill.project --type pls --y kappa --lags all:1-3,kappa:1");
     command->callback([request] { Fit(*request); });
 
     AddListCommand(program, "models", "List the models of a project", ListModels);

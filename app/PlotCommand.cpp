@@ -18,10 +18,7 @@ struct PlotRequest {
 };
 
 void Plot(PlotRequest request) {
-    std::string const kind = request.file.extension().string();
-    if (kind != ".png" && kind != ".svg")
-        throw UsageError("The picture " + request.file.string() + " is neither .svg nor .png");
-    request.style.isPng = kind == ".png";
+    request.style.isPng = IsPng(request.file);
     auto const project = engine::Project::OpenToRead(request.series.project);
     Series const series = ReadSeries(*project, request.series);
     if (request.style.isScatter && series.table->Rows() != 2)
@@ -30,10 +27,7 @@ void Plot(PlotRequest request) {
             series.table->Rows());
     request.style.dates = TableDates(*project, series.series, *series.table);
     Decorate(*project, series.series, series.axis, significanceOfModel, *series.table, request.style);
-    std::string const script = PlotScript(*series.table, series.axis, request.style);
-    DraftFile file(request.file, request.series.project);
-    RunGnuplot(script, file.Descriptor());
-    file.Commit();
+    WritePicture(PlotScript(*series.table, series.axis, request.style), request.file, request.series.project);
 }
 
 } // namespace

@@ -2,13 +2,12 @@
 
 #include "app/Failure.h"
 #include "app/Output.h"
+#include "app/ScriptText.h"
 #include "app/VectorSearch.h"
-#include "platform/containers/Missing.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -18,52 +17,15 @@ namespace {
 
 using Axis = ProjectVector::VectorTypeEnum;
 
-constexpr std::array<char const *, 8> colours = {"#1f5fa8", "#d9642b", "#2e8b57", "#8e4ba8",
-                                                 "#b8860b", "#c0394b", "#2aa0a0", "#5f6b73"};
 // About the size of a letter, in pixels: of axis labels, and of labels of points.
 constexpr double letterWidth = 7.5;
 constexpr double smallLetterWidth = 6.0;
 constexpr double smallLetterHeight = 12.0;
 // More bars than these can't be told apart: such a row (a spectrum) is a curve.
 constexpr int mostBars = 100;
-constexpr std::size_t longestLabel = 20;
 constexpr std::size_t mostLabelledPoints = 2000;
 constexpr double pointRadius = 3.0;
 constexpr double labelGap = 5.0;
-
-// A text in double quotes, with all that means something there to gnuplot (and to the shell that it would run for a
-// back quote) as an octal escape. Not in single quotes: gnuplot 5.4 misreads a text that begins with one.
-std::string Quoted(std::string const &text) {
-    std::string quoted = "\"";
-    for (char const letter : text)
-        if (letter == '"' || letter == '\\' || letter == '`')
-            quoted += letter == '"' ? "\\042" : letter == '`' ? "\\140" : "\\134";
-        else
-            quoted += std::iscntrl(static_cast<unsigned char>(letter)) ? ' ' : letter;
-    return quoted + '"';
-}
-
-// The same for a label of an axis, which is a format for its position.
-std::string QuotedFormat(std::string const &text) {
-    std::string format;
-    for (char const letter : text)
-        format.append(letter == '%' ? 2 : 1, letter);
-    return Quoted(format);
-}
-
-std::string Shortened(std::string const &text) {
-    if (TextWidth(text) <= longestLabel)
-        return text;
-    std::size_t end = 0;
-    for (std::size_t letters = 0; letters < longestLabel; ++end)
-        letters += (text[end] & 0xC0) != 0x80;
-    return text.substr(0, end - 1) + "..";
-}
-
-std::string Number(double value) {
-    char buffer[32];
-    return std::string(NumberText(static_cast<float>(value), 7, buffer));
-}
 
 constexpr double secondsPerDay = 86400;
 
@@ -71,10 +33,6 @@ std::string Seconds(double value) {
     char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%.3f", value);
     return buffer;
-}
-
-bool IsShown(float value) {
-    return !IsMissing(value) && std::isfinite(value);
 }
 
 // What is known of the picture while its script is written.
@@ -92,7 +50,7 @@ public:
     }
 
     std::string Write() {
-        Begin();
+        m_text = ScriptHead(m_style);
         if (m_style.isScatter)
             WriteScatter();
         else
@@ -101,7 +59,6 @@ public:
     }
 
 private:
-    void Begin();
     void WriteSeries();
     std::string WriteLimit();
     void WriteBars();
@@ -128,7 +85,7 @@ private:
         return m_dates.AreDates(row) ? m_dates.Name(m_table, row) : m_table.GetRowName(static_cast<int>(row) + 1);
     }
     std::string Item(std::size_t item) const { return Shortened(m_table.GetColumnName(static_cast<int>(item) + 1)); }
-    std::string Style(std::size_t row) const { return std::string(" lc rgb '") + colours[row % colours.size()] + "'"; }
+    std::string Style(std::size_t row) const { return " lc rgb " + SeriesColour(row); }
     // A value as it is drawn: a date as seconds since 1970.
     double At(std::size_t row, std::size_t item) const {
         return m_dates.AreDates(row) ? m_dates.Days(row, item) * secondsPerDay : m_rows[row][item];
@@ -148,23 +105,6 @@ private:
     std::vector<std::span<float const>> m_rows;
     std::string m_text;
 };
-
-void Script::Begin() {
-    std::string const size = std::to_string(m_style.width) + "," + std::to_string(m_style.height);
-    m_text = "set encoding utf8\n";
-    m_text += m_style.isPng ? "set terminal pngcairo noenhanced font 'DejaVu Sans,11' background '#ffffff' size "
-                            : "set terminal svg noenhanced font 'DejaVu Sans,Arial,sans-serif,13' background "
-                              "'#ffffff' size ";
-    m_text += size + "\n"
-                     "set border 3 lc rgb '#707070'\n"
-                     "set tics nomirror out scale 0.6 textcolor rgb '#303030'\n"
-                     "set grid xtics ytics lt 1 lc rgb '#ececec' lw 1\n"
-                     "set xzeroaxis lt 1 lc rgb '#909090' lw 1\n"
-                     "set rmargin 4\n"
-                     "set key tmargin right horizontal samplen 2 textcolor rgb '#303030'\n";
-    if (!m_style.title.empty())
-        m_text += "set title " + Quoted(m_style.title) + "\n";
-}
 
 void Script::WriteSeries() {
     bool const isBars = m_axis != ProjectVector::VectorTypeVariablesScores && m_axis != ProjectVector::VectorTypeLag &&

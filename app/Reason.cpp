@@ -9,17 +9,6 @@ namespace {
 
 using Vector = ProjectVector;
 
-std::string KindOf(Vector::ComponentType kind) {
-    switch (kind) {
-    case Vector::ComponentXSideOrthogonal:
-        return "X-side orthogonal components";
-    case Vector::ComponentYSideOrthogonal:
-        return "Y-side orthogonal components";
-    default:
-        return "components";
-    }
-}
-
 // Tries one cause after the other; each is the empty text when it is not the cause.
 class ReasonSearch {
 public:
@@ -65,7 +54,7 @@ private:
             return "The model is not fitted.";
         if ((m_vector.OnlyCrossValidated() || m_vector.NeedsValidationRounds()) && !m_source.model->crossValidated)
             return "The model is not cross-validated.";
-        if (m_vector.UseBatchIx() && !m_source.model->isBatchModel)
+        if ((m_vector.UseBatchIx() || m_vector.IsAlignedContribution()) && !m_source.model->isBatchModel)
             return Sentence(" is no model of batches");
         if (m_vector.GetType() == Vector::VectorTypeLag && !m_source.model->hasLaggedVariables)
             return Sentence(" has no lagged variables");
@@ -98,7 +87,9 @@ private:
                                                                        : Vector::SelectMaxComponents(kind, model);
         int const component = m_arguments.component;
         bool const known = component >= m_vector.GetFirstComponent() && component <= count;
-        return known && count > 0 ? std::string() : NoComponent(component, count, KindOf(kind));
+        return known && count > 0 ? std::string()
+                                  : NoComponent(component, count,
+                                                kind == Vector::ComponentPredictive ? "components" : NameOfKind(kind));
     }
 
     std::string NoTerm(char side, ColumnTerms const &terms, unsigned long number) const {
@@ -114,7 +105,9 @@ private:
         auto const model = m_source.model ? m_project.GetModel(m_source.model->number) : nullptr;
         if (!model)
             return {};
-        std::string reason = m_vector.IsXVector() ? NoTerm('X', model->GetXColumnTerms(), m_arguments.number) : "";
+        std::string reason = m_vector.IsXVector()
+                                 ? NoTerm('X', m_vector.XTermsOf(m_project, m_source.model->number), m_arguments.number)
+                                 : "";
         if (reason.empty() && m_vector.IsYVector())
             reason =
                 NoTerm('Y', model->GetYColumnTerms(), m_vector.IsXVector() ? m_arguments.number2 : m_arguments.number);
@@ -178,6 +171,17 @@ private:
 };
 
 } // namespace
+
+std::string NameOfKind(ProjectVector::ComponentType kind) {
+    switch (kind) {
+    case ProjectVector::ComponentXSideOrthogonal:
+        return "X-side orthogonal components";
+    case ProjectVector::ComponentYSideOrthogonal:
+        return "Y-side orthogonal components";
+    default:
+        return "predictive components";
+    }
+}
 
 std::string ReasonForNothing(engine::Project const &project, ProjectVector const &vector, Source const &source,
                              std::string const &arguments) {

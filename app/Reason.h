@@ -5,6 +5,9 @@
 
 #include <string>
 
+// "X-side orthogonal components".
+std::string NameOfKind(ProjectVector::ComponentType kind);
+
 // Why a vector gives no data for its arguments ("M1,3,0,0", the text behind its name), as a sentence. Not asked of
 // arguments that give some.
 std::string ReasonForNothing(engine::Project const &project, ProjectVector const &vector, Source const &source,

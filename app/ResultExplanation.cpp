@@ -45,7 +45,8 @@ std::string Number(double value) {
 }
 
 std::string Count(std::size_t count, std::string const &item) {
-    return std::to_string(count) + " " + item + (count == 1 ? "" : "s");
+    char const *const ending = count == 1 ? "" : item.ends_with("ch") ? "es" : "s";
+    return std::to_string(count) + " " + item + ending;
 }
 
 // What one argument string gets.

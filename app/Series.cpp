@@ -1,5 +1,6 @@
 #include "app/Series.h"
 
+#include "app/ContributionText.h"
 #include "app/Failure.h"
 #include "app/Reason.h"
 #include "building/CreateProjectData.h"
@@ -32,15 +33,28 @@ TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creato
     return table;
 }
 
-// Where a name stands for several statistics, the arguments tell which one is meant: the first that they give data of.
+// The vector makes something of all arguments: of a batch behind the others, or of a list of batches.
+bool ReadsAll(ProjectVector const &vector, std::string const &arguments) {
+    constexpr int listOfBatches = -2;
+    ProjectVector::Arguments read;
+    return vector.ReadArguments(arguments.c_str(), read) && (!read.rest || read.batch == listOfBatches);
+}
+
+// Where a name stands for several statistics, the arguments tell which one is meant: the first that they give data of,
+// or else one behind it that makes more of them.
 std::optional<Axis> AxisMeant(engine::Project const &project, std::string const &name, std::string const &text,
                               Source const &source) {
     std::vector<Axis> const axes = AxesOf(name, source);
+    if (axes.size() < 2)
+        return axes.empty() ? std::nullopt : std::optional(axes.front());
+    std::string const arguments = text.substr(text.find(' ') + 1);
     auto const gives = [&](Axis axis) { return CreateProjectData(project).GetProjectData(text, axis) != nullptr; };
-    auto const found = axes.size() > 1 ? std::ranges::find_if(axes, gives) : axes.end();
-    if (found != axes.end())
-        return *found;
-    return axes.empty() ? std::nullopt : std::optional(axes.front());
+    auto const readsAll = [&](Axis axis) { return ReadsAll(*Find(name, axis, source), arguments); };
+    auto const first = std::ranges::find_if(axes, gives);
+    if (first == axes.end())
+        return axes.front();
+    auto const better = std::find_if(first, axes.end(), [&](Axis axis) { return readsAll(axis) && gives(axis); });
+    return better == axes.end() ? *first : *better;
 }
 
 Axis ChooseAxis(engine::Project const &project, SeriesRequest const &request) {
@@ -65,6 +79,8 @@ NamedSeries FindSeries(engine::Project const &project, std::string const &text, 
     ProjectVector const *const vector = found ? Find(name, *found, source) : nullptr;
     if (!vector)
         throw Unknown(name, axis, source);
+    if (vector->IsContribution())
+        SplitContribution(*vector, arguments);
     return {vector, source, arguments};
 }
 

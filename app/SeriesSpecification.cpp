@@ -58,7 +58,8 @@ public:
         : m_project(project), m_text(text), m_source(source), m_data(data), m_vector(*data.GetProjectVector()) {}
 
     void Read(std::string const &argument) {
-        if (m_vector.GetNumberType() == ProjectVector::NumberComponentRange)
+        if (m_vector.GetNumberType() == ProjectVector::NumberComponentRange ||
+            m_vector.GetNumberType() == ProjectVector::NumberBatchComponentRange)
             return ReadRange(argument);
         if (!TakesNumber())
             return m_vector.HasOneComponent() ? ReadComponent(argument) : Refuse(argument);
@@ -136,7 +137,9 @@ private:
         auto const model = m_project.GetModel(m_source.model->number);
         if (!model)
             return {};
-        ColumnTerms const &terms = m_vector.IsYVector() ? model->GetYColumnTerms() : model->GetXColumnTerms();
+        ColumnTerms const terms = m_vector.IsYVector() && !m_vector.IsXVector()
+                                      ? model->GetYColumnTerms()
+                                      : m_vector.XTermsOf(m_project, m_source.model->number);
         std::optional<int> const position = PositionOf(terms, m_project.GetVariables(), name);
         return position ? std::optional(static_cast<std::uint32_t>(*position)) : std::nullopt;
     }
@@ -194,6 +197,9 @@ Axis FindAxis(engine::Project const &project, VectorText const &text) {
     return *AxisOf(text.name, ChooseSource(project, text, {}));
 }
 
+// How many standard deviations from their average the limits of batches are.
+constexpr double usualMultiplier = 3;
+
 ProjectVectorData DefaultSpecification(ProjectVector const &vector, Source const &source,
                                        ProjectUtilities::DefaultSelection const &defaults) {
     ProjectVectorData data;
@@ -207,6 +213,10 @@ ProjectVectorData DefaultSpecification(ProjectVector const &vector, Source const
         data.SetComponent(1);
     if (vector.IsT2RangeVector())
         data.SetNumberID2(ProjectVectorData::NotSet); // to the last component
+    if (vector.HasMultiplier()) {
+        data.multiplier1 = usualMultiplier;
+        data.multiplier2 = -usualMultiplier;
+    }
     return data;
 }
 

@@ -3,6 +3,8 @@
 #include "engine/Project.h"
 #include "platform/containers/Missing.h"
 #include "platform/project/GetProjectData.h"
+#include "platform/project/ModelUtilities.h"
+#include "platform/project/NCModel.h"
 
 #include <algorithm>
 #include <limits>
@@ -96,6 +98,24 @@ Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
     return listing;
 }
 
+Listing SummaryOfPhases(engine::Project const &project, int model) {
+    GetProjectData const statistics(project);
+    // Of all components.
+    auto const last = [](TablePtr const &table) {
+        float const value = table ? table->GetMatrix()(1, table->Columns(), missingValue) : missingValue;
+        return IsMissing(value) ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(value);
+    };
+    Listing listing({"phase", "model", "batches", "points", "components", "R2X(cum)", "R2Y(cum)", "Q2(cum)"});
+    for (int const number : ModelUtilities::FindMatchingModels(project, model, false, MatchingModelE::SamePhaseGroup)) {
+        auto const batches = boost::dynamic_pointer_cast<NCBatchModel const>(project.GetModel(number));
+        listing.Add({ModelUtilities::GetPhaseName(project, number), number, batches->GetBatchIndexes().size(),
+                     batches->GetTimeMaturityVector().Size(), project.GetModelInfo(number)->SizeComponents(),
+                     last(statistics.GetR2XCum(number)), last(statistics.GetR2YCum(number)),
+                     last(statistics.GetQ2Cum(number))});
+    }
+    return listing;
+}
+
 std::string NotesOn(engine::Project const &project, int model) {
     engine::FitQuality const quality = project.QualityOf(model);
     std::ostringstream notes;
@@ -105,6 +125,13 @@ std::string NotesOn(engine::Project const &project, int model) {
               << " of their size.\n";
     if (quality.scarceObservations > 0)
         notes << "Observations with too few values in X for sure scores: " << quality.scarceObservations << ".\n";
+    boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(model);
+    if (info->SizePredictiveComponents() + info->SizeXSideOrthogonalComponents() >= info->sizeXVariables)
+        notes << "There are as many components as X variables: nothing is left of X, so that no distances to the model "
+                 "(DModX) exist.\n";
+    if (quality.withoutMaturity > 0)
+        notes << "Observations whose maturity is missing, so that they tell nothing of it: " << quality.withoutMaturity
+              << ".\n";
     if (!quality.constantTerms.empty())
         notes << "Constant, so that there is nothing of them to explain: " << Listed(quality.constantTerms) << ".\n";
     if (quality.q2 == engine::ModelRequest::DeflatedMatrices)

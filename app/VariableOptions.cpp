@@ -4,6 +4,7 @@
 #include "platform/text/VqString.h"
 
 #include <algorithm>
+#include <charconv>
 #include <sstream>
 
 std::vector<std::string> NamesIn(std::vector<std::string> const &lists) {
@@ -92,6 +93,42 @@ void SetScaling(engine::ModelRequest &request, std::vector<std::string> const &t
         else
             request.scaling = kind->second;
     }
+}
+
+std::map<std::string, double> WeightsIn(std::vector<std::string> const &texts) {
+    std::map<std::string, double> weights;
+    for (std::string const &text : texts) {
+        std::size_t const equals = text.rfind('=');
+        char *end = nullptr;
+        double const weight = equals == text.npos ? 0 : VqString::vqstrtod(text.c_str() + equals + 1, &end);
+        if (!end || end == text.c_str() + equals + 1 || *end != '\0')
+            throw UsageError("\"" + text + "\" is no weight of a variable such as ash=0.5");
+        if (!weights.emplace(text.substr(0, equals), weight).second)
+            throw UsageError("The weight in \"" + text + "\" is the second one of its variable");
+    }
+    return weights;
+}
+
+std::pair<std::string, std::vector<std::string>> BlockIn(std::string const &text) {
+    std::size_t const equals = text.find('=');
+    if (equals == text.npos || equals == 0 || equals + 1 == text.size())
+        throw UsageError("\"" + text + "\" is no block of variables such as process=flow,temperature");
+    return {text.substr(0, equals), NamesIn({text.substr(equals + 1)})};
+}
+
+engine::VariableLags LagsIn(std::string const &text) {
+    engine::VariableLags lags;
+    std::size_t const colon = text.rfind(':');
+    char const *const end = text.data() + text.size();
+    auto read = std::from_chars(colon == text.npos ? end : text.data() + colon + 1, end, lags.first);
+    lags.last = lags.first;
+    if (read.ec == std::errc() && read.ptr != end && *read.ptr == '-')
+        read = std::from_chars(read.ptr + 1, end, lags.last);
+    if (read.ec != std::errc() || read.ptr != end || colon == 0 || lags.first < 1 || lags.last < lags.first)
+        throw UsageError("\"" + text + "\" is no variable with its lags such as feed:3, feed:1-5 or all:1-3");
+    if (lags.variable = text.substr(0, colon); lags.variable == "all")
+        lags.variable.clear();
+    return lags;
 }
 
 std::vector<std::string> FactorsIn(std::string const &text) {

@@ -17,5 +17,14 @@ std::map<std::string, engine::VariableTransformation> TransformationsIn(std::vec
 // "uv", "X:uv", "Y:ctr", "ash=par": the scaling of all variables, of one side, or of the variable of that name.
 void SetScaling(engine::ModelRequest &request, std::vector<std::string> const &texts);
 
+// "ash=0.5": a variable and its weight.
+std::map<std::string, double> WeightsIn(std::vector<std::string> const &texts);
+
+// "process=flow,temperature": the name of a block and of its variables.
+std::pair<std::string, std::vector<std::string>> BlockIn(std::string const &text);
+
+// "feed:3", "feed:1-5": the name of a variable, "all" for each X variable, and how many rows earlier.
+engine::VariableLags LagsIn(std::string const &text);
+
 // "width*length", "width*width": the names of factors.
 std::vector<std::string> FactorsIn(std::string const &text);

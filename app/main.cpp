@@ -61,6 +61,7 @@ int Run(int count, char **arguments) {
     AddCatalogueCommands(program);
     AddTableCommand(program);
     AddPlotCommand(program);
+    AddChartCommand(program);
     AddBuildCommand(program);
     AddDefaultsCommand(program);
     AddSummaryCommand(program);

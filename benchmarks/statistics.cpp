@@ -106,6 +106,9 @@ constexpr auto byVariable = ProjectVector::VectorTypeObservationsLoadings;
 std::list<std::string> const distance = {"DModX M1,4,0,0"};
 std::list<std::string> const predicted = {"YPred M1,4,1,0,1,1"};
 std::list<std::string> const importance = {"VIP M1,4,0,0"};
+// T2 of one observation, and the residuals of another one.
+std::list<std::string> const contribution = {"ContSc M1,0,0,0,4,2,2,2,2,0,0,1,77777,0,1,2,3,4"};
+std::list<std::string> const residual = {"ContDModX M1,0,0,0,1,8,0,1,77777,0,0,4"};
 
 BENCHMARK_CAPTURE(Ask, DModX_first, distance, byObservation, false)->Iterations(30)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(Ask, DModX, distance, byObservation, true)->Unit(benchmark::kMicrosecond);
@@ -115,6 +118,9 @@ BENCHMARK_CAPTURE(Ask, XVarRes_of_all, ResidualsOf(fewColumns), byObservation, t
 BENCHMARK_CAPTURE(Ask, YPred, predicted, byObservation, true)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(Ask, VIP_first, importance, byVariable, false)->Iterations(30)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(Ask, VIP, importance, byVariable, true)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Ask, ContSc_first, contribution, byVariable, false)->Iterations(30)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Ask, ContSc, contribution, byVariable, true)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Ask, ContDModX, residual, byVariable, true)->Unit(benchmark::kMicrosecond);
 
 // Models of all kinds, each with the same prediction set.
 struct AllKinds : Setting {

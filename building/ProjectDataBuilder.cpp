@@ -3,7 +3,6 @@
 #include "building/CreateProjectData.h"
 #include "building/TolerantCompare_internal.h"
 #include "building/TransformationData.h"
-#include "navigation/DataSeriesUtilities.h"
 #include "platform/containers/Missing.h"
 #include "platform/identity/ColumnTerm.h"
 #include "platform/identity/TableJoin_internal.h"
@@ -12,7 +11,6 @@
 #include "utilities/DefaultSelection.h"
 
 #include <algorithm>
-#include <functional>
 #include <list>
 #include <optional>
 
@@ -54,15 +52,12 @@ Stretch StretchOf(float minimum, float maximum, double span, double low) {
     return stretch;
 }
 
-// The positions of the items that are selected; nothing when these are all.
-std::optional<ColumnIDs::Positions> SelectedAmong(BoolVector const &objects) {
-    auto const flags = objects.Values();
-    if (!flags.empty() && std::ranges::all_of(flags, std::identity()))
-        return {};
-    ColumnIDs::Positions selected = DataSeriesUtilities::GetSelectedPositions(objects);
-    if (selected.empty())
+// The places of the items that are selected; nothing when these are all.
+std::optional<ColumnPick> SelectedAmong(BoolVector const &objects) {
+    ColumnPick selected(objects);
+    if (selected.Size() == 0)
         throw NothingInCommon();
-    return selected;
+    return selected.IsAll(objects.size()) ? std::nullopt : std::optional(std::move(selected));
 }
 
 } // namespace

@@ -113,6 +113,20 @@ bool ProjectVector::ReadArguments(char const *args, Arguments &arguments) const 
     return true;
 }
 
+bool ProjectVector::ReadContribution(char const *args, ContributionArguments &contribution) const {
+    Arguments common;
+    if (!ReadArguments(args, common) || !common.rest)
+        return false;
+    contribution.source = common.source;
+    if (IsAlignedContribution())
+        ParseALContribution(common.rest, contribution.weights, contribution.points1, contribution.points2,
+                            contribution.yVariable, contribution.components);
+    else
+        ParseContribution(common.rest, contribution.weights, contribution.observations1, contribution.observations2,
+                          contribution.yVariable, contribution.components);
+    return true;
+}
+
 int ProjectVector::Parse(char const *args, std::string &source, int &component, unsigned long &number,
                          int &round) const {
     FieldReader reader(args);

@@ -20,6 +20,15 @@ struct Question {
             vector.GetComponentType() != ProjectVector::ComponentNone && component < vector.GetFirstComponent();
         return below ? -1 : ProjectVector::GetModelNumber(project, source);
     }
+
+    // The same, and -1 too above the last component, by that count, and for a model that the project does not have.
+    int ModelUpTo(int (ModelInfo::*last)() const) const {
+        int const model = Model();
+        boost::shared_ptr<ModelInfo const> const info = model < 1 ? nullptr : project->GetModelInfo(model);
+        bool const above =
+            vector.GetComponentType() != ProjectVector::ComponentNone && info && component > ((*info).*last)();
+        return info && !above ? model : -1;
+    }
 };
 
 // operation(model, [component], more...)

@@ -236,14 +236,28 @@ std::list<int> ProjectVector::NamedNumbers(Arguments const &arguments) {
 }
 
 ColumnTerms ProjectVector::NamedTerms(NCProject const &project, int model, Arguments const &arguments) const {
-    if (IsYVector())
+    if (IsYVector() && !IsXVector())
         return GetYColumnTerm(project, model, static_cast<unsigned int>(arguments.number));
-    ColumnTerms named;
     boost::shared_ptr<NCModel const> const object = project.GetModel(model);
+    ColumnTerms const mothers = m_type == VectorTypeLag ? XTermsOf(project, model) : ColumnTerms();
+    ColumnTerms const &terms = m_type == VectorTypeLag || !object ? mothers : object->GetXColumnTerms();
+    ColumnTerms named;
     for (int const number : NamedNumbers(arguments))
-        if (object && number >= 1 && number <= object->GetXColumnTerms().Size())
-            named.AppendTerm(object->GetXColumnTerms()[number]);
+        if (number >= 1 && number <= terms.Size())
+            named.AppendTerm(terms[number]);
     return named;
+}
+
+ColumnTerms ProjectVector::XTermsOf(NCProject const &project, int model) const {
+    boost::shared_ptr<NCModel const> const object = project.GetModel(model);
+    if (!object)
+        return {};
+    if (m_type != VectorTypeLag)
+        return object->GetXColumnTerms();
+    ColumnTerms mothers;
+    for (std::uint32_t const mother : object->GetXColumnTerms().GetLaggedColumnTermMothers())
+        mothers.AppendTerm(ColumnTerm(mother));
+    return mothers;
 }
 
 char const *ProjectVector::FromVectorTypeEnum(VectorTypeEnum type) {

@@ -90,6 +90,17 @@ public:
         char const *rest = nullptr; // the text behind the fields read, null when it ended with them
     };
 
+    // What the argument text of a contribution says: the groups are 1-based positions among the observations of the
+    // workset or of the prediction set, those of the aligned kinds batches with a maturity.
+    struct ContributionArguments {
+        std::string source;
+        std::vector<WeightTypeE::WeightType> weights;
+        std::list<int> observations1, observations2;
+        std::vector<std::pair<std::string, float>> points1, points2;
+        int yVariable = 0;
+        std::list<int> components;
+    };
+
     ProjectVector();
     // A probe for searches: everything but these values is 0 or empty. Not registered.
     ProjectVector(VectorTypeEnum type, char const *name, DataTypeEnum dataType, int componentType,
@@ -144,6 +155,8 @@ public:
     bool IsDisplayable() const { return m_isDisplayable; }
     bool IsNumVector() const { return m_isNumVector; }
     bool IsContribution() const { return m_isContribution; }
+    // Its groups are points of aligned batches.
+    bool IsAlignedContribution() const { return m_contributionKind >= 5 && m_contributionKind <= 7; }
     bool IsImpulseResponseVector() const { return m_isImpulseResponseVector; }
     bool NeedsValidationRounds() const { return m_needsValidationRounds; }
     bool OnlyCrossValidated() const { return m_onlyCrossValidated; }
@@ -174,10 +187,16 @@ public:
     // ends before a group that the vector needs.
     bool ReadArguments(char const *args, Arguments &arguments) const;
 
-    // The terms of a model that the arguments name. For a vector with Y variables that is one Y term, and NCError when
-    // there is no such term. For others it is the X term with the number or, when the number stands for no single item,
-    // those of the list behind the arguments; numbers that no term has are left out.
+    // Reads the text of a contribution. False when it ends before the weights.
+    bool ReadContribution(char const *args, ContributionArguments &contribution) const;
+
+    // The terms of a model that the number of the arguments names. For a vector with Y variables alone that is one Y
+    // term, and NCError when there is no such term. For others it is the X term with the number or, when the number
+    // stands for no single item, those of the list behind the arguments; numbers that no term has are left out.
     ColumnTerms NamedTerms(NCProject const &project, int model, Arguments const &arguments) const;
+    // The terms that the number of an X variable counts: those of X or, for a vector over lags, the mothers of those
+    // that are lagged. None for a model that the project does not have.
+    ColumnTerms XTermsOf(NCProject const &project, int model) const;
     // The number of the text, or the list that trails it where that is the largest one.
     static std::list<int> NamedNumbers(Arguments const &arguments);
 
@@ -256,3 +275,7 @@ protected:
     ModelTypeE::Model m_modelType = ModelTypeE::None;
     bool m_isDisplayable = false;
 };
+
+// Whether the vector is one of the limits of a batch control chart, made of the average and the standard deviation over
+// all batches (`tstddev`, `XVarstddev`, ...); false for null.
+DATASERIES_API bool IsAvgStdDevVector(ProjectVector const *vector);

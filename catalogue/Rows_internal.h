@@ -10,6 +10,9 @@ constexpr auto Scores = ProjectVector::VectorTypeVariablesScores;
 constexpr auto Loadings = ProjectVector::VectorTypeObservationsLoadings;
 
 constexpr auto PerComponent = ProjectVector::VectorTypeComponent;
+constexpr auto PerLag = ProjectVector::VectorTypeLag;
+constexpr auto Aligned = ProjectVector::VectorTypeAligned;
+constexpr auto PerBatch = ProjectVector::VectorTypeBatch;
 
 constexpr auto Model = ProjectVector::DataTypeModel;
 constexpr auto DataSet = ProjectVector::DataTypeDataSet;
@@ -90,16 +93,21 @@ inline std::string ByLoadings() {
 }
 
 // The form for OPLS and O2PLS of a statistic that takes a component with other models: it is one of the whole model, so
-// that no component is asked for, and needs components unless that of none at all is a statistic too. Its help tells
-// what it rests on.
+// that no component is asked for. Its help tells what it rests on.
 template <typename Form, std::string (*restsOn)()>
-class WholeModel : public Form {
+class OfWholeModel : public Form {
 public:
-    WholeModel() {
+    OfWholeModel() {
         this->m_modelType = AnyOPLS;
         this->m_componentType = NoComponent;
     }
     std::string GetHelpString() const override { return Form::GetHelpString() + "\n" + restsOn(); }
+};
+
+// The same of a statistic that needs components, unless that of none at all is a statistic too.
+template <typename Form, std::string (*restsOn)()>
+class WholeModel : public OfWholeModel<Form, restsOn> {
+public:
     bool IsValidModel(NCProject const &project, ModelInfo const &model) const override {
         return Form::IsValidModel(project, model) && (this->GetFirstComponent() < 1 || model.SizeComponents() > 0);
     }

@@ -11,11 +11,7 @@ using namespace rows;
 // Nothing above the last component of its kind that the model has.
 TablePtr DeliverUpTo(int (ModelInfo::*last)() const, Question const &question,
                      TablePtr (GetProjectData::*operation)(int, IntList const *, int) const) {
-    int const model = question.Model();
-    boost::shared_ptr<ModelInfo const> const info = model < 1 ? nullptr : question.project->GetModelInfo(model);
-    if (!info || question.component > ((*info).*last)())
-        return nullptr;
-    return Deliver(question, operation, AllBatches);
+    return question.ModelUpTo(last) == -1 ? nullptr : Deliver(question, operation, AllBatches);
 }
 
 // The scores of two components, scaled as a pair: the number and the second number of the text.

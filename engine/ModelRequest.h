@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/project/BatchYVarTreatment.h"
 #include "platform/project/ModelTypeE.h"
 
 #include <map>
@@ -25,6 +26,35 @@ struct VariableTransformation {
     bool operator==(VariableTransformation const &) const = default;
 };
 
+// A model of the evolution of batches: of observations against the maturity of their batch, which is the only response
+// (Wold et al. 1998b). The data set has an identifier that tells batches, with phases one that tells these.
+struct EvolutionRequest {
+    std::string phase = {}; // whose observations the model has; empty for whole batches
+    BatchYVarTreatment::Treatment treatment = BatchYVarTreatment::None; // of the maturity, batch by batch
+    // How batches are laid side by side: read at the same maturities, or each stretched to the same length.
+    bool alignByMaturity = false;
+    int points = 0; // of an aligned batch; 0 for the median length of the batches
+};
+
+// What a data set with one row for each batch is to be made of: of models of the evolution of batches.
+struct BatchLevelRequest {
+    int model = 0;            // one of them
+    bool ofVariables = false; // of their X variables at the aligned points, in place of their scores
+    // A data set whose observations are the batches, by name: its variables are initial conditions. 0 for none. A batch
+    // that it lacks is looked for in the other data sets and prediction sets, those that come later too.
+    int conditions = 0;
+};
+
+// Lagged terms of X: what a variable was `first` to `last` observations earlier, in the same batch where the data set
+// has batches. What stands before the first observation is missing.
+struct VariableLags {
+    std::string variable; // in X, or a response; empty: each variable that is in X
+    int first = 1;        // 1 at least
+    int last = 1;
+
+    bool operator==(VariableLags const &) const = default;
+};
+
 // What a model is to be fitted to. Variables and observations go by their primary identifiers.
 struct ModelRequest {
     enum Scaling { UnitVariance, Centred, Pareto, None };
@@ -35,26 +65,36 @@ struct ModelRequest {
     ModelTypeE::Model type = ModelTypeE::PCA;
     int dataSet = 1;
     std::vector<std::string> responses = {}; // the Y variables; all others are X variables
-    std::vector<std::string> excluded = {};  // variables that are in neither, observations that are left out
+    // Variables that are in neither, observations and, by their names, whole batches that are left out.
+    std::vector<std::string> excluded = {};
     std::map<std::string, VariableTransformation> transformations = {}; // by variable
     // Square and cross terms: each the names of two X variables or more, whose centred and scaled values are
     // multiplied.
     std::vector<std::vector<std::string>> products = {};
-    bool squares = false;      // of each X variable
-    bool crosses = false;      // of every two of them
-    bool localCentring = true; // for the variables that have centre values in the project
+    bool squares = false;                // of each X variable
+    bool crosses = false;                // of every two of them
+    std::vector<VariableLags> lags = {}; // which may overlap
+    bool localCentring = true;           // for the variables that have centre values in the project
     Scaling scaling = UnitVariance;
     std::optional<Scaling> responseScaling = {};  // of Y, where it differs
     std::map<std::string, Scaling> scalings = {}; // of single variables
+    std::map<std::string, double> weights = {};   // of single variables: what their scaled values are multiplied by
+    // Blocks of X variables, by their names, which weigh alike however many variables they have: a scaled variable of a
+    // block of K is divided by K^(1/4), or hard by K^(1/2) (Westerhuis et al. 1998). Those in none make one more.
+    std::map<std::string, std::vector<std::string>> blocks = {};
+    bool hardBlocks = false;
     // Numbers of components, -1: as many as the fit finds significant. Orthogonal ones count where the type has them.
     int components = -1; // predictive
     int xOrthogonal = -1;
     int yOrthogonal = -1;
     int crossValidationGroups = 7; // 0: no cross-validation
-    // The heading of an identifier column: observations with the same text there make a group. Empty: row after row.
+    // The heading of an identifier column: observations with the same text there make a group. Empty: row after row,
+    // or, of a model with lagged terms, as many blocks of neighbours.
     std::string crossValidationIdentifier = {};
     Q2 q2 = FullRounds;
     double alpha = 0.05; // significance level of limits and intervals
+    // PLS or OPLS. Cross-validation then leaves out whole batches, unless an identifier says otherwise.
+    std::optional<EvolutionRequest> evolution = {};
 };
 
 } // namespace engine

@@ -1,31 +1,15 @@
-#include "engine/Project.h"
+#include "engine/ProjectState_internal.h"
 
-#include "engine/TableReader.h"
-#include "engine/data/DataSet_internal.h"
-#include "engine/models/Definition_internal.h"
 #include "engine/models/Fit.h"
-#include "engine/statistics/Handlers.h"
-#include "platform/storage/XercesXMLSection.h"
-#include "platform/text/Exception.h"
-
-#include <boost/make_shared.hpp>
+#include "engine/statistics/BatchModel.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 #include <unordered_set>
 
 namespace engine {
 
 namespace {
-
-std::string AsText(std::vector<std::byte> const &bytes) {
-    return {reinterpret_cast<char const *>(bytes.data()), bytes.size()};
-}
-
-std::span<std::byte const> AsBytes(std::string const &text) {
-    return std::as_bytes(std::span(text));
-}
 
 std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, std::span<TextColumn const> observations) {
     if (centres.SizeVars() == 0)
@@ -39,32 +23,6 @@ std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, std::
     for (std::string const &group : centres.groups)
         unknown.erase(group);
     return {unknown.begin(), unknown.end()};
-}
-
-// How a table with variables of these names fits a model.
-VariableMatch Match(ModelView const &model, std::span<TextColumn const> observations, PackedTexts const &names) {
-    NameList const columns(names);
-    NCVariables const &variables = model.GetProject()->GetVariables();
-    std::unordered_set<std::string> known;
-    VariableMatch match;
-    for (ColumnTerms const *terms : {&model.GetXColumnTerms(), &model.GetYColumnTerms()})
-        for (ColumnTerm const &term : *terms) {
-            if (term.Size() > 1)
-                continue; // its factors are terms too
-            std::string const &name = variables.GetText(term.GetMotherVariable(1), 1);
-            known.insert(name);
-            if (terms == &model.GetYColumnTerms())
-                continue;
-            if (columns.Find(name))
-                ++match.found;
-            else
-                match.missing.push_back(name);
-        }
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (!known.contains(std::string(names[i])))
-            match.surplus.emplace_back(names[i]);
-    match.unknownGroups = UnknownGroups(model.GetCenterValues(), observations);
-    return match;
 }
 
 NewDataSet AsDataSet(ImportedTable const &table) {
@@ -90,18 +48,10 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     file.SetSection(roleSection, text);
 }
 
-int Store(ProjectFile &file, NewDataSet const &dataSet, ImportedTable const &table, Progress const &progress) {
-    Transaction transaction(file);
-    int const number = file.AddDataSet(dataSet, progress);
-    StoreRoles(file, table);
-    transaction.Commit();
-    return number;
-}
-
 // The rows of a prediction set on a model.
 class Predictions final : public NCPredictions {
 public:
-    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<DataSet const> rows)
+    Predictions(boost::shared_ptr<NCModel const> model, std::shared_ptr<PredictedRows const> rows)
         : m_model(std::move(model)), m_rows(std::move(rows)) {}
 
     boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
@@ -110,156 +60,45 @@ public:
 
 private:
     boost::shared_ptr<NCModel const> m_model;
-    boost::shared_ptr<DataSet const> m_rows;
+    std::shared_ptr<PredictedRows const> m_rows;
 };
 
 } // namespace
 
-// The file, and what was read from it so far.
-class Project::State final : public StatisticSource, public Subject {
-public:
-    explicit State(ProjectFile file) : m_file(std::move(file)) {}
+VariableMatch Match(ModelView const &model, std::span<TextColumn const> observations, PackedTexts const &names) {
+    NameList const columns(names);
+    NCVariables const &variables = model.GetProject()->GetVariables();
+    std::unordered_set<std::string> known;
+    VariableMatch match;
+    for (ColumnTerms const *terms : {&model.GetXColumnTerms(), &model.GetYColumnTerms()})
+        for (ColumnTerm const &term : *terms) {
+            if (term.Size() > 1)
+                continue; // its factors are terms too
+            std::string const &name = variables.GetText(term.GetMotherVariable(1), 1);
+            // Some are there once more, lagged; a response that is makes X too.
+            if (!known.insert(name).second || terms == &model.GetYColumnTerms())
+                continue;
+            if (columns.Find(name))
+                ++match.found;
+            else
+                match.missing.push_back(name);
+        }
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (!known.contains(std::string(names[i])))
+            match.surplus.emplace_back(names[i]);
+    match.unknownGroups = UnknownGroups(model.GetCenterValues(), observations);
+    return match;
+}
 
-    ProjectFile &File() { return m_file; }
-    ProjectFile const &File() const { return m_file; }
-    void SetProject(NCProject const &project) { m_project = &project; }
-
-    ItemLists const &Items() const {
-        if (!m_items)
-            m_items = std::make_unique<ItemLists>(m_file);
-        else if (m_itemsChanged)
-            m_items->Refresh(m_file);
-        m_itemsChanged = false;
-        return *m_items;
-    }
-
-    std::vector<ModelRecord> const &Models() const {
-        if (!m_models)
-            m_models = m_file.Models();
-        return *m_models;
-    }
-
-    std::vector<DataSetRecord> const &DataSets() const {
-        if (!m_dataSets)
-            m_dataSets = m_file.DataSets();
-        return *m_dataSets;
-    }
-
-    DataSetRecord const *RecordOf(int dataSet) const {
-        auto const found = std::find_if(DataSets().begin(), DataSets().end(),
-                                        [dataSet](DataSetRecord const &record) { return record.number == dataSet; });
-        return found == DataSets().end() ? nullptr : &*found;
-    }
-
-    // 0 when there is none.
-    int CurrentPredictionSet() const {
-        if (!m_currentPredictionSet)
-            m_currentPredictionSet = m_file.CurrentPredictionSet();
-        return *m_currentPredictionSet;
-    }
-
-    boost::shared_ptr<DataSet const> FindData(int number) const {
-        DataSetRecord const *const record = RecordOf(number);
-        if (!record)
-            return {};
-        boost::shared_ptr<DataSet const> &data = m_data[number];
-        if (!data)
-            data = boost::make_shared<DataSet>(m_file, *record, Items(), m_project->shared_from_this());
-        return data;
-    }
-
-    boost::shared_ptr<ModelView const> View(int number) const {
-        boost::shared_ptr<ModelView const> &view = m_views[number];
-        if (view)
-            return view;
-        auto const record = FindModel(number);
-        std::optional<std::vector<std::byte>> const results = record ? m_file.Results(number) : std::nullopt;
-        if (results)
-            view = boost::make_shared<ModelView>(number, FittedModel::Load(AsText(*results)),
-                                                 FindData(record->dataSets.front()), m_project->shared_from_this());
-        return view;
-    }
-
-    ModelRecord const *FindModel(int number) const {
-        auto const found = std::find_if(Models().begin(), Models().end(),
-                                        [number](ModelRecord const &record) { return record.number == number; });
-        return found == Models().end() ? nullptr : &*found;
-    }
-
-    // What the project holds has changed.
-    void Forget() {
-        m_predictions.clear();
-        m_views.clear();
-        m_data.clear();
-        m_itemsChanged = true;
-        m_models.reset();
-        m_dataSets.reset();
-        m_currentPredictionSet.reset();
-    }
-
-    TablePtr Table(Call const &call) const override { return Answers().Table(call, *this); }
-    ColumnIDs Columns(Call const &call) const override { return Answers().Columns(call, *this); }
-
-    ModelView const *Model(int number) const override {
-        if (!FindModel(number))
-            throw NCError(ExceptionMessage::translate("There is no model {1}.") % number, NCError::Error);
-        return View(number).get();
-    }
-
-    ModelView const &FittedView(int number) const {
-        ModelView const *const view = Model(number);
-        if (!view)
-            throw NCError(ExceptionMessage::translate("Model {1} is not fitted.") % number, NCError::Error);
-        return *view;
-    }
-
-    DataSet const &Data(int number) const override {
-        boost::shared_ptr<DataSet const> const data = FindData(number);
-        if (!data)
-            throw NCError(ExceptionMessage::translate("There is no data set {1}.") % number, NCError::Error);
-        return *data;
-    }
-
-    PredictedRows const *Predictions(int model) const override {
-        boost::shared_ptr<DataSet const> const rows = FindData(CurrentPredictionSet());
-        if (!rows)
-            return nullptr;
-        auto const known = m_predictions.find(model);
-        if (known != m_predictions.end())
-            return &known->second;
-        ModelView const *const view = Model(model);
-        if (!view)
-            return nullptr;
-        if (MatchOf(*view, rows->GetNumber()).found == 0)
-            throw NCError(ExceptionMessage::translate("None of the {1} X variables of model {2} is among the {3} "
-                                                      "variables of prediction set {4} (\"{5}\").") %
-                              view->Fit().definition.xTerms.size() % model % rows->GetVariables().size() %
-                              rows->GetNumber() % rows->GetName(),
-                          NCError::Error);
-        return &m_predictions.emplace(model, view->Predict(rows, m_project->shared_from_this())).first->second;
-    }
-
-    VariableMatch MatchOf(ModelView const &model, int dataSet) const {
-        return Match(model, m_file.ObservationIdentifiers(dataSet), m_file.VariableIdentifiers(dataSet).front().texts);
-    }
-
-private:
-    static Handlers const &Answers() {
-        static Handlers const handlers;
-        return handlers;
-    }
-
-    ProjectFile m_file;
-    NCProject const *m_project = nullptr;
-    mutable std::optional<std::vector<ModelRecord>> m_models;
-    mutable std::optional<std::vector<DataSetRecord>> m_dataSets;
-    mutable std::optional<int> m_currentPredictionSet;
-    mutable std::unique_ptr<ItemLists> m_items;
-    mutable bool m_itemsChanged = false;
-    mutable std::map<int, boost::shared_ptr<DataSet const>> m_data;
-    mutable std::map<int, boost::shared_ptr<ModelView const>> m_views;
-    mutable std::map<int, PredictedRows> m_predictions;
-};
+int Store(ProjectFile &file, ImportedTable const &table, DataSetKind kind, Progress const &progress) {
+    NewDataSet dataSet = AsDataSet(table);
+    dataSet.kind = kind;
+    Transaction transaction(file);
+    int const number = file.AddDataSet(dataSet, progress);
+    StoreRoles(file, table);
+    transaction.Commit();
+    return number;
+}
 
 Project::Project(ProjectFile file) : m_state(std::make_unique<State>(std::move(file))) {
     m_state->SetProject(*this);
@@ -273,7 +112,7 @@ boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path) {
 
 boost::shared_ptr<Project> Project::Create(std::filesystem::path const &path, ImportedTable const &table,
                                            Progress const &progress) {
-    auto const fill = [&](ProjectFile &file) { Store(file, AsDataSet(table), table, progress); };
+    auto const fill = [&](ProjectFile &file) { Store(file, table, DataSetKind::Data, progress); };
     return boost::shared_ptr<Project>(new Project(ProjectFile::Create(path, fill)));
 }
 
@@ -286,9 +125,12 @@ boost::shared_ptr<Project> Project::OpenToWrite(std::filesystem::path const &pat
 }
 
 int Project::AddDataSet(ImportedTable const &table, Progress const &progress) {
-    int const number = Store(m_state->File(), AsDataSet(table), table, progress);
-    m_state->Forget();
-    return number;
+    return m_state->Change([&] {
+        int const number = Store(m_state->File(), table, DataSetKind::Data, progress);
+        m_state->Forget();
+        DeriveFor(number);
+        return number;
+    });
 }
 
 void Project::SetLocalCentring(LocalCentring const &centring) {
@@ -311,25 +153,33 @@ LocalCentring Project::MeansOfGroups(GroupMeansRequest const &request) const {
 }
 
 int Project::AddModel(ModelRequest const &request, Progress const &progress) {
+    int const number = Fitted(request, 0, progress);
+    m_state->Forget();
+    return number;
+}
+
+// A stored model; `phaseGroup` is the number of the first model that was made together with it, 0 for itself.
+int Project::Fitted(ModelRequest const &request, int phaseGroup, Progress const &progress) {
     DataSetRecord const *const record = m_state->RecordOf(request.dataSet);
     if (!record)
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
-    ModelDefinition const definition = DefinitionOf(request, m_state->File());
+    ModelDefinition definition = DefinitionOf(request, m_state->File());
     boost::shared_ptr<DataSet const> const data = m_state->FindData(request.dataSet);
     Workset const workset = [&] {
         // One lock on the file, not one for each column.
         Transaction const reading(m_state->File());
-        return Workset::Build(definition, ModelColumns(definition, data, data));
+        return Workset::Build(definition, ModelColumns(definition, data, data, definition.rows));
     }();
-    FittedModel const fitted = Fit(definition, workset, progress);
-    std::string const saved = definition.Save();
-    std::string const results = fitted.Save();
+    FittedModel fitted = Fit(definition, workset, progress);
     Transaction transaction(m_state->File());
-    int const number = m_state->File().AddModel("", std::vector{request.dataSet}, AsBytes(saved));
-    m_state->File().ChangeModel(number, "M" + std::to_string(number), std::vector{request.dataSet}, AsBytes(saved));
-    m_state->File().SetResults(number, AsBytes(results));
+    int const number = m_state->File().AddModel("", std::vector{request.dataSet}, AsBytes(definition.Save()));
+    if (definition.evolution)
+        definition.evolution->phaseGroup = phaseGroup == 0 ? number : phaseGroup;
+    fitted.definition = definition;
+    m_state->File().ChangeModel(number, "M" + std::to_string(number), std::vector{request.dataSet},
+                                AsBytes(definition.Save()));
+    m_state->File().SetResults(number, AsBytes(fitted.Save()));
     transaction.Commit();
-    m_state->Forget();
     return number;
 }
 
@@ -339,6 +189,8 @@ FitQuality Project::QualityOf(int model) const {
     for (Unconverged const &one : view.Fit().notes.unconverged)
         quality.stopped.push_back({one.component, one.rounds, one.change, one.ofCompanion});
     quality.scarceObservations = view.Fit().notes.scarceRows;
+    if (view.Fit().definition.evolution)
+        quality.withoutMaturity = static_cast<int>((view.Fit().yObserved.array() == 0).count());
     for (auto const &[scales, columns] :
          {std::pair(&view.Fit().xScales, &view.XTerms()), std::pair(&view.Fit().yScales, &view.YTerms())})
         for (std::size_t term = 0; term < scales->size(); ++term)
@@ -350,27 +202,20 @@ FitQuality Project::QualityOf(int model) const {
 }
 
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
-    return Match(m_state->FittedView(model), table.observations, table.variables.front().texts);
+    ModelView const &view = m_state->FittedView(model);
+    std::optional<BatchLevelRecipe> const &recipe = view.FittedData().Recipe();
+    VariableMatch best;
+    for (ModelView const *const matched : recipe ? LowerModels(*recipe) : std::vector{&view})
+        if (VariableMatch match = Match(*matched, table.observations, table.variables.front().texts);
+            matched == &view || match.found >= best.found)
+            best = std::move(match);
+    return best;
 }
 
 VariableMatch Project::MatchVariables(int model, int dataSet) const {
-    return m_state->MatchOf(m_state->FittedView(model), dataSet);
-}
-
-int Project::AddPredictions(ImportedTable const &table, bool replace, Progress const &progress) {
-    NewDataSet dataSet = AsDataSet(table);
-    dataSet.kind = DataSetKind::Prediction;
-    int const old = FindPredictionSet(table.name);
-    if (old != 0 && !replace)
-        throw NCError(ExceptionMessage::translate("There is a prediction set \"{1}\" already.") % table.name,
-                      NCError::Error);
-    Transaction transaction(m_state->File());
-    if (old != 0)
-        m_state->File().DeleteDataSet(old);
-    int const number = Store(m_state->File(), dataSet, table, progress);
-    transaction.Commit();
-    m_state->Forget();
-    return number;
+    ModelView const &view = m_state->FittedView(model);
+    int const derived = view.FittedData().Recipe() ? m_state->DerivedOf(dataSet, view.FittedData().GetNumber()) : 0;
+    return m_state->MatchOf(view, derived != 0 ? derived : dataSet);
 }
 
 int Project::FindPredictionSet(std::string const &name) const {
@@ -415,7 +260,15 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
         stored = ModelDefinition::Load(AsText(m_state->File().Definition(model)));
     ModelDefinition const &definition = view ? view->Fit().definition : stored;
     info->hasDateTime = HasDates(record->dataSets.front());
+    info->hasLaggedVariables = definition.HasLags();
+    info->isBatchLevel = m_state->RecordOf(record->dataSets.front())->kind == DataSetKind::Derived;
     info->type = static_cast<ModelTypeE::Model>(definition.kind);
+    if (definition.evolution) {
+        info->isBatchModel = true;
+        info->phaseGroup = definition.evolution->phaseGroup;
+        if (!definition.evolution->phase.empty())
+            info->classOrPhaseNames = {definition.evolution->phase};
+    }
     info->sizeXVariables = static_cast<int>(definition.xTerms.size());
     info->sizeYVariables = static_cast<int>(definition.yTerms.size());
     info->sizeObservations = static_cast<int>(definition.rows.size());
@@ -437,7 +290,10 @@ bool Project::HasDates(int dataSet) const {
 }
 
 boost::shared_ptr<NCModel const> Project::GetModel(int model) const {
-    return m_state->View(model);
+    boost::shared_ptr<ModelView const> view = m_state->View(model);
+    if (view && view->Fit().definition.evolution)
+        return boost::make_shared<BatchModel>(std::move(view));
+    return view;
 }
 
 boost::shared_ptr<NCDataContainerBase const> Project::GetWorkset(int model) const {
@@ -475,7 +331,15 @@ boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const
     auto const info = boost::make_shared<NCDataSetInfo>();
     info->number = number;
     info->name = record->name;
-    info->kind = record->kind == DataSetKind::Data ? NCDataSetInfo::Primary : NCDataSetInfo::Secondary;
+    bool const isPrediction = record->kind == DataSetKind::Prediction || record->kind == DataSetKind::DerivedPrediction;
+    info->kind = isPrediction ? NCDataSetInfo::Secondary : NCDataSetInfo::Primary;
+    info->phases = m_state->PhasesOf(number);
+    if (IsDerived(record->kind)) {
+        BatchLevelRecipe const recipe = *m_state->FindData(number)->Recipe();
+        info->sourceDataSet = recipe.dataSet;
+        for (BatchLevelRecipe::Source const &source : recipe.sources)
+            info->sourceModels.push_back(source.model);
+    }
     info->observations = static_cast<std::uint32_t>(record->observations);
     info->variables = static_cast<std::uint32_t>(record->variables);
     return info;
@@ -483,7 +347,7 @@ boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const
 
 int Project::GetFirstDataSet(int after) const {
     for (DataSetRecord const &record : m_state->DataSets())
-        if (record.number > after && record.kind == DataSetKind::Data)
+        if (record.number > after && (record.kind == DataSetKind::Data || record.kind == DataSetKind::Derived))
             return record.number;
     return 0;
 }
@@ -499,68 +363,11 @@ boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int) const {
 }
 
 boost::shared_ptr<NCPredictions const> Project::GetPredictions(int model, bool required) const {
-    if (PredictedRows const *const rows = m_state->Predictions(model))
-        return boost::make_shared<Predictions>(GetModel(model), rows->dataSet);
+    if (auto rows = m_state->PredictedOn(model))
+        return boost::make_shared<Predictions>(GetModel(model), std::move(rows));
     if (required)
         throw NCError(ExceptionMessage::translate("There is no prediction set for model {1}.") % model, NCError::Error);
     return {};
-}
-
-namespace {
-
-// A section that goes back into the file when it is let go.
-class StoredSection final : public ConfigurationSection {
-public:
-    StoredSection(ProjectFile &file, boost::shared_ptr<NCProject> project, std::string name)
-        : m_file(file), m_project(std::move(project)), m_name(std::move(name)) {
-        std::optional<std::string> const text = m_file.Section(m_name);
-        m_section = text ? XercesXMLSection::CreateXMLSectionFromString(*text) : std::make_unique<XercesXMLSection>();
-        if (!m_section)
-            throw NCError(ExceptionMessage::translate("The settings \"{1}\" of the project can't be read.") % m_name,
-                          NCError::Error);
-        m_section->Flush(m_before);
-    }
-    ~StoredSection() override {
-        try {
-            std::string text;
-            m_section->Flush(text);
-            if (text != m_before && m_file.IsWritable())
-                m_file.SetSection(m_name, text);
-        } catch (Exception const &) {
-            // Nobody hears a destructor: a file that can't be written tells so at the next change of the project.
-        }
-    }
-
-    using ConfigurationSection::ReadKey;
-    using ConfigurationSection::WriteKey;
-    bool ReadKey(std::string const &key, std::string &value) const override { return m_section->ReadKey(key, value); }
-    void WriteKey(std::string const &key, std::string const &value) override { m_section->WriteKey(key, value); }
-    bool DeleteKey(std::string const &key) override { return m_section->DeleteKey(key); }
-    int CountSubSections(std::string const &name) const override { return m_section->CountSubSections(name); }
-    std::unique_ptr<ConfigurationSection> OpenSubSection(std::string const &name, int index) override {
-        return m_section->OpenSubSection(name, index);
-    }
-    std::unique_ptr<ConfigurationSection> CreateSubSection(std::string const &name, int index) override {
-        return m_section->CreateSubSection(name, index);
-    }
-    bool DeleteSubSection(std::string const &name, int index) override {
-        return m_section->DeleteSubSection(name, index);
-    }
-    void Clear() override { m_section->Clear(); }
-    std::unique_ptr<ConfigurationSection> Clone() const override { return m_section->Clone(); }
-
-private:
-    ProjectFile &m_file;
-    boost::shared_ptr<NCProject> m_project; // keeps the file open
-    std::string m_name;
-    std::string m_before;
-    std::unique_ptr<XercesXMLSection> m_section;
-};
-
-} // namespace
-
-std::unique_ptr<ConfigurationSection> Project::GetSettingsSection(std::string const &name) {
-    return std::make_unique<StoredSection>(m_state->File(), shared_from_this(), name);
 }
 
 int Project::GetActiveModelNumber() const {
@@ -568,62 +375,6 @@ int Project::GetActiveModelNumber() const {
         if (int const model = GetModelNumberAt(index); IsModelFitted(model))
             return model;
     return -1;
-}
-
-namespace {
-
-constexpr char const *optionsSection = "ProjectOptions";
-
-// The settings of one axis: a key for each member.
-struct LabelKeys {
-    char const *identifier;
-    char const *start;
-    char const *length;
-};
-
-constexpr LabelKeys observationKeys{"ObservationIdentifier", "ObservationStart", "ObservationLength"};
-constexpr LabelKeys variableKeys{"VariableIdentifier", "VariableStart", "VariableLength"};
-
-void ReadLabels(ConfigurationSection const &section, LabelKeys const &keys, NCProjectOptions::LabelSettings &labels) {
-    section.ReadKey(keys.identifier, labels.identifier);
-    section.ReadKey(keys.start, labels.start);
-    section.ReadKey(keys.length, labels.length);
-}
-
-void WriteLabels(ConfigurationSection &section, LabelKeys const &keys, NCProjectOptions::LabelSettings const &labels) {
-    section.WriteKey(keys.identifier, labels.identifier);
-    section.WriteKey(keys.start, labels.start);
-    section.WriteKey(keys.length, labels.length);
-}
-
-} // namespace
-
-void Project::GetProjectOptions(NCProjectOptions *options) const {
-    *options = NCProjectOptions();
-    std::optional<std::string> const text = m_state->File().Section(optionsSection);
-    auto const section = text ? XercesXMLSection::CreateXMLSectionFromString(*text) : nullptr;
-    if (!section)
-        return;
-    ReadLabels(*section, observationKeys, options->observations);
-    ReadLabels(*section, variableKeys, options->variables);
-}
-
-void Project::SetProjectOptions(NCProjectOptions const *options) {
-    auto const section = GetSettingsSection(optionsSection);
-    WriteLabels(*section, observationKeys, options->observations);
-    WriteLabels(*section, variableKeys, options->variables);
-}
-
-int Project::GetPreferredObservationAlias() const {
-    NCProjectOptions options;
-    GetProjectOptions(&options);
-    return options.observations.identifier;
-}
-
-int Project::GetPreferredVariableAlias() const {
-    NCProjectOptions options;
-    GetProjectOptions(&options);
-    return options.variables.identifier;
 }
 
 bool Project::IsBatchProject() const {

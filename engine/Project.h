@@ -12,6 +12,9 @@
 
 namespace engine {
 
+class ModelView;
+struct BatchLevelRecipe;
+struct BatchLevelTable;
 struct ImportedTable;
 
 // Which variables of a model a table has, which it lacks, and which it has beside them. Variables are matched by name,
@@ -38,13 +41,15 @@ struct FitQuality {
     std::vector<Stopped> stopped;
     // Observations with so few observed cells of X, or of so little weight, that a score would have run away.
     int scarceObservations = 0;
+    // Of a model of the evolution of batches: observations whose maturity is missing.
+    int withoutMaturity = 0;
     std::vector<std::string> constantTerms; // of X, then of Y
     ModelRequest::Q2 q2 = ModelRequest::FullRounds;
 };
 
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
 // What is large is read when it is first asked for and kept; the lists of variables and observations run over all data
-// sets, and items with the same primary identifier are the same item.
+// sets, and items with the same primary identifier, and batch if any, are the same item.
 //
 // Messages of NCErrors name the item at fault. Every change is stored whole or not at all.
 class DATASERIES_API Project final : public NCProject {
@@ -66,6 +71,16 @@ public:
     LocalCentring MeansOfGroups(GroupMeansRequest const &request) const;
     // Fits a model, cross-validates it, stores both and answers the number of the model.
     int AddModel(ModelRequest const &request, Progress const &progress = {});
+    // One model of the evolution of batches for each phase of the data set, in the order of the phases; their numbers.
+    // Either all are stored or none.
+    std::vector<int> AddPhaseModels(ModelRequest request, Progress const &progress = {});
+    // Makes a data set with one row for each batch of a model of the evolution of batches, and of those that were
+    // fitted together with it for other phases, unless there is one; answers its number. Prediction sets, those that
+    // come later too, get theirs: models of this data set predict them. NCError for any other model, and where there is
+    // nothing to make it of.
+    int AddBatchLevel(BatchLevelRequest const &request, Progress const &progress = {});
+    // The same, and a model of that data set, whatever the request says of one; answers the number of the model.
+    int AddBatchLevelModel(BatchLevelRequest const &level, ModelRequest request, Progress const &progress = {});
     // Stores a table as a prediction set of the project, makes it the current one, and answers its number. The name has
     // to be new among the prediction sets, unless the set of that name is to be replaced; otherwise NCError.
     int AddPredictions(ImportedTable const &table, bool replace = false, Progress const &progress = {});
@@ -74,7 +89,9 @@ public:
     // Makes another prediction set the current one, which all models predict. NCError when it is none.
     void UsePredictions(int number);
 
-    // How the variables of a table, or of a data set, fit a model. NCError when the model is not fitted.
+    // How the variables of a table, or of a data set, fit a model. Of a model of whole batches it is for a table how
+    // they fit the model of observations that they fit best, for a prediction set what this gives for batches. NCError
+    // when the model is not fitted.
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
     VariableMatch MatchVariables(int model, int dataSet) const;
 
@@ -115,6 +132,15 @@ private:
     class State;
 
     explicit Project(ProjectFile file);
+    std::vector<ModelView const *> LowerModels(BatchLevelRecipe const &recipe) const;
+    BatchLevelRecipe RecipeFor(BatchLevelRequest const &request) const;
+    int StoreLevel(BatchLevelTable const &table, BatchLevelRecipe const &recipe, std::string const &name,
+                   DataSetKind kind, Progress const &progress);
+    void DerivePredictions(int derived, int predictions);
+    void DeriveFor(int added);
+    bool BringsConditions(int added, int conditions) const;
+    void DeletePredictions(int number);
+    int Fitted(ModelRequest const &request, int phaseGroup, Progress const &progress);
     bool HasDates(int dataSet) const;
 
     std::unique_ptr<State> m_state;

@@ -186,6 +186,10 @@ std::vector<DateColumn> ProjectFile::Dates(int dataSet) const {
     return dates;
 }
 
+std::vector<std::byte> ProjectFile::Recipe(int dataSet) const {
+    return m_implementation->ReadBytes(Part::Recipe, dataSet);
+}
+
 int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress) {
     CheckShape(dataSet);
     Implementation &file = m_implementation->Writable();
@@ -211,6 +215,8 @@ int ProjectFile::AddDataSet(NewDataSet const &dataSet, Progress const &progress)
     for (DateColumn const &column : dataSet.dates)
         file.ReplaceBlock(Part::Dates, stored.number, ++position, std::to_string(column.variable),
                           std::as_bytes(std::span(column.days)));
+    if (!dataSet.recipe.empty())
+        file.AddRecipe(stored.number, dataSet.recipe);
     if (stored.kind == DataSetKind::Prediction)
         file.SetCounter(Counter::CurrentPredictionSet, stored.number);
     progress.Report(1.0);

@@ -18,8 +18,14 @@ namespace engine {
 
 enum class DataSetKind {
     Data,
-    Prediction // observations that models predict
+    Prediction,       // observations that models predict
+    Derived,          // made of other data sets and models by a recipe
+    DerivedPrediction // the same of a prediction set
 };
+
+inline bool IsDerived(DataSetKind kind) {
+    return kind == DataSetKind::Derived || kind == DataSetKind::DerivedPrediction;
+}
 
 // What a project knows of a data set without reading its values.
 struct DataSetRecord {
@@ -38,6 +44,7 @@ struct NewDataSet {
     std::span<std::vector<float> const> columns; // for each variable a value for every observation, -99 missing
     DataSetKind kind = DataSetKind::Data;
     std::span<DateColumn const> dates = {}; // of the variables that hold dates
+    std::span<std::byte const> recipe = {}; // of a derived one; its maker's own
 };
 
 // What a project knows of a model without reading its definition or results.
@@ -85,6 +92,8 @@ public:
     std::vector<float> Column(int dataSet, int variable) const;
     // The dates of the variables that hold dates.
     std::vector<DateColumn> Dates(int dataSet) const;
+    // Of a derived data set.
+    std::vector<std::byte> Recipe(int dataSet) const;
 
     // Answers the number of the data set. A prediction set becomes the current one. Throws Cancelled, with nothing
     // stored.

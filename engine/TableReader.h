@@ -56,6 +56,8 @@ struct ImportedTable {
     // As in the options.
     std::string batchColumn;
     std::string phaseColumn;
+    // Names of batches that are still running: of their last phase they have come as far as their maturity tells.
+    std::vector<std::string> running = {};
     // What the user may want to know about the reading.
     std::vector<std::string> notes;
     // The cells that hold -99 as a number, and thereby read as missing.

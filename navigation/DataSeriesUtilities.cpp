@@ -1,5 +1,6 @@
 #include "navigation/DataSeriesUtilities.h"
 
+#include "platform/containers/ColumnPick_internal.h"
 #include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
@@ -44,16 +45,7 @@ boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData 
 }
 
 ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected) {
-    ColumnIDs::Positions positions(selected.Size());
-    int *const first = positions.MutableValues().data();
-    int *end = first;
-    int position = 0;
-    for (bool const flag : selected.Values()) {
-        *end = ++position;
-        end += flag ? 1 : 0;
-    }
-    positions.resize(static_cast<int>(end - first));
-    return positions;
+    return ColumnPick(selected).ToPositions();
 }
 
 std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected) {

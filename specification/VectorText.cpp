@@ -25,10 +25,6 @@ bool IsUnset(std::uint32_t number) {
     return static_cast<int>(number) == -1 || static_cast<int>(number) == -2;
 }
 
-bool IsAlignedKind(int contributionKind) {
-    return contributionKind >= 5 && contributionKind <= 7;
-}
-
 template <typename List>
 void WriteList(std::ostream &text, List const &list) {
     text << ',' << list.size();
@@ -51,7 +47,7 @@ void WriteContribution(std::ostream &text, ProjectVectorData const &data, int yV
     for (WeightTypeE::WeightType const weight : weights)
         text << ',' << static_cast<int>(weight);
     text << ',' << yVar;
-    if (IsAlignedKind(data.GetProjectVector()->GetContributionKind())) {
+    if (data.GetProjectVector()->IsAlignedContribution()) {
         text.precision(8);
         WritePoints(text, data.contRef);
         WritePoints(text, data.contGroup);
@@ -339,7 +335,7 @@ private:
             m_text << translate("Aligned to some value", " Aligned");
         if (kind == 3 || kind == 4)
             WriteOneGroup();
-        else if (IsAlignedKind(kind))
+        else if (m_vector.IsAlignedContribution())
             m_text << ProjectUtilities::AddContributionBatchPoints(m_data.contRef, m_data.contGroup);
         else
             WriteTwoGroups();
@@ -446,16 +442,8 @@ private:
     }
 
     std::string XTermName(int index) const {
-        auto const model = ModelObject();
-        if (!model)
-            return {};
-        if (m_vector.GetType() != ProjectVector::VectorTypeLag)
-            return TermName(model->GetXColumnTerms(), index);
-        // A lag plot is about all lags of a mother.
-        ColumnTerms mothers;
-        for (std::uint32_t const mother : model->GetXColumnTerms().GetLaggedColumnTermMothers())
-            mothers.AppendTerm(ColumnTerm(mother));
-        return TermName(mothers, index);
+        ModelInfo const *const model = m_data.GetModelInfo();
+        return model ? TermName(m_vector.XTermsOf(*m_project, model->number), index) : std::string();
     }
 
     boost::shared_ptr<NCModel const> ModelObject() const {

@@ -1,5 +1,8 @@
 #include "engine/data/DataSet_internal.h"
 
+#include "platform/text/Exception.h"
+#include "platform/text/VqString.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -20,15 +23,24 @@ public:
                 m_synonyms[heading] = headings.front();
     }
 
+    // Entries that differ in the column of one of these headings are different items, though they have one primary
+    // identifier: rows of batches often have but a number.
+    void SetBatches(std::vector<std::string> const &headings) { m_batches = headings; }
+
     // Answers the item of each entry of a data set.
     std::vector<std::uint32_t> Add(std::vector<TextColumn> const &columns) {
         PackedTexts const &primary = columns.front().texts;
+        auto const isBatch = [&](TextColumn const &column) { return std::ranges::count(m_batches, column.name) > 0; };
+        auto const batches = std::find_if(columns.begin() + 1, columns.end(), isBatch);
         std::vector<std::uint32_t> items;
         items.reserve(primary.size());
         std::uint32_t const known = m_size;
         std::vector<bool> taken(known + 1);
         for (std::size_t i = 0; i < primary.size(); ++i) {
-            auto const [at, isNew] = m_items.try_emplace(std::string(primary[i]), m_size + 1);
+            std::string key(primary[i]);
+            if (batches != columns.end() && batches->texts[i] != key)
+                key.append(1, '\n').append(batches->texts[i]);
+            auto const [at, isNew] = m_items.try_emplace(std::move(key), m_size + 1);
             // An item that the data set has already, or that it has just brought, is a further one.
             bool const repeated = !isNew && (at->second > known || taken[at->second]);
             if (isNew || repeated) {
@@ -74,6 +86,7 @@ private:
     std::unordered_map<std::string, std::uint32_t> m_items;
     std::uint32_t m_size = 0;
     std::unordered_map<std::string, std::string> m_synonyms;
+    std::vector<std::string> m_batches;
 };
 
 } // namespace
@@ -98,6 +111,10 @@ void AddRole(ConfigurationSection &roles, char const *role, std::string const &h
     roles.WriteKey(role, headings, '\n');
 }
 
+std::string RunningSection(int dataSet) {
+    return "RunningBatches" + std::to_string(dataSet);
+}
+
 void ItemLists::MarkDates(std::vector<std::string> const &names) {
     for (std::uint32_t item = 1; item <= variables.Size(); ++item) {
         if (std::find(names.begin(), names.end(), variables.GetText(item, 1)) == names.end())
@@ -110,6 +127,31 @@ void ItemLists::MarkDates(std::vector<std::string> const &names) {
     }
 }
 
+void ItemLists::MarkSources(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items) {
+    auto const textsOf = [&](char const *heading) -> PackedTexts const & {
+        auto const column = std::ranges::find(columns, heading, &TextColumn::name);
+        if (column == columns.end())
+            throw NCError(ExceptionMessage::translate("A batch-level data set is damaged: it does not tell the {1} of "
+                                                      "its variables.") %
+                              heading,
+                          NCError::Error);
+        return column->texts;
+    };
+    std::unordered_map<std::string_view, std::uint32_t> lower; // variables by name
+    for (std::uint32_t item = variables.Size(); item >= 1; --item)
+        lower[variables.GetText(item, 1)] = item;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        VariableInfo info(items[i]);
+        info.sourceName = textsOf(sourceHeading)[i];
+        if (std::string const maturity(textsOf(maturityHeading)[i]);
+            !VqString::ToFloat(maturity.c_str(), info.maturity))
+            continue; // an initial condition is itself
+        if (auto const found = lower.find(info.sourceName); found != lower.end())
+            info.lowerLevelVariable = found->second;
+        variables.SetInfo(info);
+    }
+}
+
 // Headings of the same role decide where texts of all data sets stand, so that new ones make the lists again.
 class ItemLists::Growth {
 public:
@@ -119,6 +161,7 @@ public:
         : headings(std::move(of)), m_lists(lists), m_variables(lists.variables), m_observations(lists.observations) {
         for (std::vector<std::string> const &ofRole : headings)
             m_observations.SetSynonyms(ofRole);
+        m_observations.SetBatches(headings[0]);
     }
 
     bool Begins(std::vector<DataSetRecord> const &records) const {
@@ -128,10 +171,15 @@ public:
 
     void AddNew(ProjectFile const &file, std::vector<DataSetRecord> const &records) {
         for (DataSetRecord const &record : std::span(records).subspan(m_added.size())) {
-            m_lists.variablesOf[record.number] = m_variables.Add(file.VariableIdentifiers(record.number));
+            std::vector<TextColumn> const variables = file.VariableIdentifiers(record.number);
+            std::vector<std::uint32_t> &items = m_lists.variablesOf[record.number] = m_variables.Add(variables);
+            if (IsDerived(record.kind))
+                m_lists.MarkSources(variables, items);
             m_lists.observationsOf[record.number] = m_observations.Add(file.ObservationIdentifiers(record.number));
             m_added.push_back(record.number);
         }
+        m_variables.SetRole({sourceHeading}, VarObs::Role::Source);
+        m_variables.SetRole({maturityHeading}, VarObs::Role::Maturity);
         m_observations.SetRole(headings[0], VarObs::Role::Batch);
         m_observations.SetRole(headings[1], VarObs::Role::Phase);
     }
@@ -147,6 +195,10 @@ ItemLists::ItemLists(ProjectFile const &file) {
 }
 
 ItemLists::~ItemLists() = default;
+
+void ItemLists::StartAnew() {
+    m_growth.reset();
+}
 
 void ItemLists::Refresh(ProjectFile const &file) {
     std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
@@ -197,6 +249,26 @@ std::string DataSet::Name(int column) const {
 NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
     std::optional<int> const column = ColumnOf(variable);
     return column ? Stored(*column) : NCDataVector<float>();
+}
+
+std::optional<BatchLevelRecipe> const &DataSet::Recipe() const {
+    std::lock_guard const reading(m_reading);
+    if (!m_recipe && IsDerived(m_record.kind)) {
+        std::vector<std::byte> const bytes = m_file.Recipe(m_record.number);
+        m_recipe = BatchLevelRecipe::Load({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
+    }
+    return m_recipe;
+}
+
+std::vector<std::string> const &DataSet::Running() const {
+    std::lock_guard const reading(m_reading);
+    if (!m_running) {
+        m_running.emplace();
+        if (auto const text = m_file.Section(RunningSection(m_record.number)))
+            if (auto const section = XercesXMLSection::CreateXMLSectionFromString(*text))
+                section->ReadKey(runningKey, *m_running, '\n');
+    }
+    return *m_running;
 }
 
 std::vector<DateColumn> const &DataSet::Dates() const {

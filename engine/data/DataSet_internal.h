@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/ProjectFile.h"
+#include "engine/batches/BatchLevelRecipe.h"
 #include "engine/models/Workset.h"
 #include "platform/identity/ColumnIDs.h"
 #include "platform/project/NCDataSet.h"
@@ -24,8 +25,12 @@ std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char cons
 // Nothing happens for an empty heading.
 void AddRole(ConfigurationSection &roles, char const *role, std::string const &heading);
 
-// The project's lists of variables and observations: those of all data sets, each primary identifier once. Within one
-// data set a repeated identifier stands for a further item.
+// The settings that tell which batches of a data set are still running.
+std::string RunningSection(int dataSet);
+constexpr char const *runningKey = "Batches";
+
+// The project's lists of variables and observations: those of all data sets, each primary identifier once, with batches
+// once in each batch. Within one data set a repeated identifier stands for a further item.
 class ItemLists {
 public:
     NCVariables variables;
@@ -38,12 +43,16 @@ public:
 
     // The data sets have changed. The lists stay where they are, for those who hold on to them.
     void Refresh(ProjectFile const &file);
+    // Lists what the file has anew when they are next refreshed: changes of it have been taken back.
+    void StartAnew();
 
 private:
     class Growth;
 
     // The first of them is the default time variable.
     void MarkDates(std::vector<std::string> const &names);
+    // Notes where the variables of a batch-level data set come from.
+    void MarkSources(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items);
 
     // What is needed to add a data set to the lists; kept while the file may get more.
     std::unique_ptr<Growth> m_growth;
@@ -94,6 +103,12 @@ public:
     // The observations as the columns of a table.
     ColumnIDs const &ObservationColumns() const { return m_observationColumns; }
 
+    // How it was made; nothing for one that was imported.
+    std::optional<BatchLevelRecipe> const &Recipe() const;
+
+    // The batches that are still running.
+    std::vector<std::string> const &Running() const;
+
     // The variables that hold dates.
     std::vector<DateColumn> const &Dates() const;
 
@@ -113,6 +128,8 @@ private:
     mutable std::mutex m_reading;
     mutable std::unordered_map<int, NCDataVector<float>> m_values;
     mutable std::optional<std::vector<DateColumn>> m_dates;
+    mutable std::optional<BatchLevelRecipe> m_recipe;
+    mutable std::optional<std::vector<std::string>> m_running;
 };
 
 } // namespace engine

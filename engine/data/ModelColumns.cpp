@@ -1,5 +1,11 @@
 #include "engine/data/ModelColumns_internal.h"
 
+#include "platform/containers/Missing.h"
+#include "platform/project/BatchYVarTreatment.h"
+#include "platform/project/NCProject.h"
+
+#include <limits>
+
 namespace engine {
 
 std::vector<int> GroupsOf(DataSet const &rows, std::string const &identifier, std::vector<std::string> const &groups) {
@@ -20,10 +26,12 @@ std::vector<int> GroupsOf(DataSet const &rows, std::string const &identifier, st
 }
 
 ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<DataSet const> fitted,
-                           boost::shared_ptr<DataSet const> rows)
+                           boost::shared_ptr<DataSet const> rows, std::span<int const> chosen)
     : m_fitted(std::move(fitted)), m_rows(std::move(rows)) {
     if (!definition.centringGroups.empty())
         m_groups = GroupsOf(*m_rows, definition.centringIdentifier, definition.centringGroups);
+    if (definition.HasLags())
+        FindBatches();
     if (m_rows != m_fitted)
         for (DateColumn const &dates : m_fitted->Dates()) {
             int const column = dates.variable - 1;
@@ -31,9 +39,60 @@ ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<
             if (!days.empty())
                 m_dates.emplace(column, DaysSince(m_fitted->GetFirstDay(), days));
         }
+    if (definition.evolution && definition.evolution->treatment != BatchYVarTreatment::None)
+        for (Term const &response : definition.yTerms)
+            Treat(definition.evolution->treatment, response.column, chosen);
+}
+
+// The rows of a data set of whole batches are no batches of their own: they follow each other.
+void ModelColumns::FindBatches() {
+    if (m_rows->Recipe())
+        return;
+    auto const size = static_cast<int>(m_rows->GetObservations().size());
+    auto const &beginnings = m_rows->GetBatchRuns().beginnings;
+    m_beginnings.reserve(static_cast<std::size_t>(size));
+    for (int batch = 1; batch <= beginnings.Size(); ++batch)
+        m_beginnings.insert(m_beginnings.end(),
+                            static_cast<std::size_t>(BatchUtilities::GetBatchLength(beginnings, batch, size)),
+                            beginnings[batch] - 1);
+}
+
+// Dates are treated as such: what is left of them may be minutes.
+void ModelColumns::Treat(int treatment, int column, std::span<int const> chosen) {
+    std::uint32_t const variable = m_fitted->GetVariables()[static_cast<std::size_t>(column)];
+    std::span<double const> const dates = m_rows->GetDates(variable);
+    std::span<float const> const values = Untreated(column);
+    if (values.empty())
+        return;
+    std::vector<float> &treated = m_treated.emplace(column, std::vector(values.size(), missingValue)).first->second;
+    NCObservations const &list = m_rows->GetProject()->GetObservations();
+    ObservationInfos observations;
+    for (int const row : chosen)
+        observations.push_back(m_rows->GetObservations()[static_cast<std::size_t>(row)]);
+    auto const beginnings = BatchUtilities::GetBatchBeginnings(list, observations);
+    for (int batch = 1; batch <= beginnings.Size(); ++batch) {
+        int const length = BatchUtilities::GetBatchLength(beginnings, batch, static_cast<int>(chosen.size()));
+        auto const rows =
+            chosen.subspan(static_cast<std::size_t>(beginnings[batch] - 1), static_cast<std::size_t>(length));
+        std::vector<double> ofBatch;
+        for (auto const row : rows) {
+            auto const at = static_cast<std::size_t>(row);
+            ofBatch.push_back(!dates.empty()          ? dates[at]
+                              : IsMissing(values[at]) ? std::numeric_limits<double>::quiet_NaN()
+                                                      : static_cast<double>(values[at]));
+        }
+        BatchYVarTreatment::Apply(treatment, ofBatch);
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            treated[static_cast<std::size_t>(rows[i])] = ToStored(ofBatch[i]);
+    }
 }
 
 std::span<float const> ModelColumns::Values(int column) const {
+    auto const treated = m_treated.find(column);
+    return treated == m_treated.end() ? Untreated(column) : treated->second;
+}
+
+std::span<float const> ModelColumns::Untreated(int column) const {
     if (m_rows == m_fitted)
         return m_rows->Values(column);
     if (auto const dates = m_dates.find(column); dates != m_dates.end())

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -45,6 +46,13 @@ private:
         Put(size);
         for (auto &value : values)
             Put(value);
+    }
+    template <typename Value>
+    void Put(std::optional<Value> &value) {
+        bool isThere = value.has_value();
+        Put(isThere);
+        if (isThere)
+            Put(*value);
     }
     void Put(std::string &text) {
         auto size = static_cast<std::uint64_t>(text.size());
@@ -97,6 +105,11 @@ private:
         // One by one, so that memory grows no faster than what is read.
         while (values.size() < size)
             Get(values.emplace_back());
+    }
+    template <typename Value>
+    void Get(std::optional<Value> &value) {
+        if (GetBool())
+            Get(value.emplace());
     }
     void Get(std::string &text) {
         text.resize(GetSize(1, 1));

@@ -14,7 +14,8 @@ std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows) {
     std::vector<int> groups = definition.givenGroups;
     if (groups.empty() && definition.groups > 0)
         for (Index i = 0; i < rows; ++i)
-            groups.push_back(static_cast<int>(i % definition.groups));
+            groups.push_back(
+                static_cast<int>(definition.HasLags() ? i * definition.groups / rows : i % definition.groups));
     std::map<int, int> rounds;
     for (auto const group : groups)
         rounds[group] = 0;

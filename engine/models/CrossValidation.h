@@ -8,8 +8,9 @@
 
 namespace engine {
 
-// Number of the round, from 0, that leaves out each of `rows` rows: the definition's own groups or i mod G, empty
-// groups left out of the count. Empty when there are fewer than two groups: then nothing is cross-validated.
+// Number of the round, from 0, that leaves out each of `rows` rows: the definition's own groups, or i mod G, or,
+// with lagged terms, blocks of neighbours, floor(i G / N); empty groups left out of the count. Empty when there are
+// fewer than two groups: then nothing is cross-validated.
 std::vector<int> RoundsOfRows(ModelDefinition const &definition, Index rows);
 
 // The rows, from 0, that a round fits and those that it leaves out.

@@ -29,20 +29,27 @@ class Definer {
 public:
     Definer(ModelRequest const &request, ProjectFile const &file)
         : m_request(request), m_file(file), m_record(file.DataSet(request.dataSet)),
-          m_variables(file.VariableIdentifiers(m_record.number).front().texts),
-          m_observations(file.ObservationIdentifiers(m_record.number).front().texts) {}
+          m_variables(file.VariableIdentifiers(m_record.number).front().texts), m_layout(FindLayout(file, m_record)) {}
 
     ModelDefinition Define() {
         SetComponents();
         AddResponses();
         LeaveOut();
+        if (m_request.evolution)
+            Evolve(*m_request.evolution);
         if (!m_request.crossValidationIdentifier.empty())
             GroupRows();
+        else if (m_request.evolution && m_request.crossValidationGroups > 0)
+            GroupBatches();
         AddFactors();
         Transform();
         Scale();
+        Weigh();
         if (m_request.localCentring)
             CentreLocally();
+        AddLags();
+        if (!m_request.blocks.empty())
+            ScaleBlocks();
         for (std::vector<std::string> const &names : m_request.products)
             AddProduct(names);
         AddAllProducts();
@@ -84,12 +91,20 @@ private:
         }
     }
 
+    // There may be millions of them, which as a rule nobody asks for.
+    std::vector<int> const *RowsNamed(std::string const &name) {
+        if (!m_observations)
+            m_observations.emplace(m_file.ObservationIdentifiers(m_record.number).front().texts);
+        return m_observations->Find(name);
+    }
+
     void LeaveOut() {
         std::unordered_set<int> leftOut;
         for (std::string const &name : m_request.excluded) {
             std::vector<int> const *const columns = m_variables.Find(name);
-            std::vector<int> const *const rows = m_observations.Find(name);
-            if (!columns && !rows)
+            std::vector<int> const *const rows = columns ? nullptr : RowsNamed(name);
+            bool const isBatch = !columns && !rows && m_layout && m_layout->HasBatch(name);
+            if (!columns && !rows && !isBatch)
                 throw NCError(
                     ExceptionMessage::translate(
                         "There is no variable and no observation \"{1}\" in data set {2} ({3}) to leave out.") %
@@ -100,12 +115,54 @@ private:
                                                           "left out before.") %
                                   name,
                               NCError::Error);
-            if (!columns)
+            if (!columns && rows)
                 leftOut.insert(rows->begin(), rows->end());
+            if (isBatch)
+                m_leftOutBatches.insert(name);
         }
         for (int row = 0; row < static_cast<int>(m_record.observations); ++row)
-            if (!leftOut.contains(row))
+            if (!leftOut.contains(row) &&
+                (m_leftOutBatches.empty() || !m_leftOutBatches.contains(m_layout->BatchOf(row))))
                 m_definition.rows.push_back(row);
+    }
+
+    // Keeps the rows of the phase.
+    void Evolve(EvolutionRequest const &request) {
+        if (!m_layout)
+            throw NCError(ExceptionMessage::translate("Data set {1} ({2}) has no identifier that tells batches. Import "
+                                                      "it with --batch COLUMN.") %
+                              m_record.number % m_record.name,
+                          NCError::Error);
+        if (m_definition.kind != ModelKind::Pls && m_definition.kind != ModelKind::Opls)
+            throw NCError(ExceptionMessage::translate("A model of the evolution of batches is PLS or OPLS, not {1}.") %
+                              ModelTypeE::GetModelTypeName(m_request.type),
+                          NCError::Error);
+        if (request.points < 0)
+            throw NCError(ExceptionMessage::translate("An aligned batch cannot have {1} points.") % request.points,
+                          NCError::Error);
+        if (m_definition.yTerms.size() != 1)
+            throw NCError(ExceptionMessage::translate("A model of the evolution of batches has one response, their "
+                                                      "maturity, not {1}.") %
+                              m_definition.yTerms.size(),
+                          NCError::Error);
+        std::vector<std::string> const phases = m_layout->Phases();
+        if (!request.phase.empty() && std::ranges::find(phases, request.phase) == phases.end())
+            throw NCError(ExceptionMessage::translate("There is no phase \"{1}\" in data set {2} ({3}).") %
+                              request.phase % m_record.number % m_record.name,
+                          NCError::Error);
+        std::erase_if(m_definition.rows, [&](int row) { return !m_layout->IsIn(row, request.phase); });
+        m_definition.evolution = {request.phase, 0, request.treatment,
+                                  request.alignByMaturity ? AlignmentMode::Maturity : AlignmentMode::Length,
+                                  request.points};
+    }
+
+    // Whole batches are left out together, one after the other.
+    void GroupBatches() {
+        std::unordered_map<std::string_view, int> numbers;
+        for (int const row : m_definition.rows) {
+            int const number = numbers.emplace(m_layout->BatchOf(row), static_cast<int>(numbers.size())).first->second;
+            m_definition.givenGroups.push_back(number % m_request.crossValidationGroups + 1);
+        }
     }
 
     // Rows with the same text are left out together.
@@ -170,6 +227,54 @@ private:
             TermNamed(name, "scale").scaling = ScalingOf(scaling);
     }
 
+    void Weigh() {
+        for (auto const &[name, weight] : m_request.weights) {
+            if (!(weight > 0) || !std::isfinite(weight))
+                throw NCError(ExceptionMessage::translate("The weight of variable \"{1}\" is {2}, expected is a number "
+                                                          "above 0.") %
+                                  name % weight,
+                              NCError::Error);
+            TermNamed(name, "weigh").modifier = weight;
+        }
+    }
+
+    // The block of each column of X that is in one.
+    std::map<int, std::string> ColumnsInBlocks() const {
+        std::map<int, std::string> blocks;
+        for (auto const &[block, names] : m_request.blocks)
+            for (std::string const &name : names) {
+                std::vector<int> const *const columns = m_variables.Find(name);
+                if (!columns || !m_xPlaces.contains(columns->front()))
+                    throw NCError(
+                        ExceptionMessage::translate("\"{1}\" in block \"{2}\" is no X variable of the model.") % name %
+                            block,
+                        NCError::Error);
+                auto const [at, isNew] = blocks.emplace(columns->front(), block);
+                if (!isNew)
+                    throw NCError(ExceptionMessage::translate("Variable \"{1}\" is in block \"{2}\" and again in "
+                                                              "\"{3}\".") %
+                                      name % at->second % block,
+                                  NCError::Error);
+            }
+        return blocks;
+    }
+
+    // The lags of a variable are in its block. X has no products yet, which are in none.
+    void ScaleBlocks() {
+        std::map<int, std::string> const blocks = ColumnsInBlocks();
+        auto const blockOf = [&](Term const &term) {
+            auto const found = blocks.find(term.column);
+            return found == blocks.end() ? std::string() : found->second;
+        };
+        std::map<std::string, int> sizes;
+        for (Term const &term : m_definition.xTerms)
+            ++sizes[blockOf(term)];
+        for (Term &term : m_definition.xTerms) {
+            int const size = sizes.at(blockOf(term));
+            term.blockFactor = m_request.hardBlocks ? HardBlockFactor(size) : SoftBlockFactor(size);
+        }
+    }
+
     void CentreLocally() {
         LocalCentring const centring = ReadCentring(m_file);
         for (LocalCentring::Variable const &variable : centring.variables) {
@@ -189,6 +294,40 @@ private:
         }
     }
 
+    // A variable in X, or a response, as a term of X.
+    Term MotherNamed(std::string const &name) {
+        Term mother = TermNamed(name, "lag");
+        if (!m_xPlaces.contains(mother.column) && !m_request.scalings.contains(name))
+            mother.scaling = ScalingOf(m_request.scaling);
+        return mother;
+    }
+
+    // Behind all other columns, by variable and rising lag.
+    void AddLags() {
+        if (!m_request.lags.empty() && m_layout)
+            m_layout->CheckBatches();
+        std::map<std::pair<int, int>, Term> lagged; // by column and lag
+        auto const add = [&](Term term, VariableLags const &lags) {
+            for (term.lag = lags.first; term.lag <= lags.last; ++term.lag)
+                lagged.emplace(std::pair(term.column, term.lag), term);
+        };
+        for (VariableLags const &lags : m_request.lags) {
+            if (lags.first < 1 || lags.last < lags.first ||
+                static_cast<std::size_t>(lags.last) >= m_record.observations)
+                throw NCError(ExceptionMessage::translate("There are no lags {1} to {2} in data set {3} ({4}): they "
+                                                          "begin at 1 and end below its {5} observations.") %
+                                  lags.first % lags.last % m_record.number % m_record.name % m_record.observations,
+                              NCError::Error);
+            if (!lags.variable.empty())
+                add(MotherNamed(lags.variable), lags);
+            else
+                for (auto const &[column, place] : m_xPlaces)
+                    add(m_definition.xTerms[static_cast<std::size_t>(place)], lags);
+        }
+        for (auto &[at, term] : lagged)
+            m_definition.xTerms.push_back(std::move(term));
+    }
+
     void AddUnlessKnown(std::vector<int> factors) {
         if (!m_products.insert(factors).second)
             return;
@@ -200,7 +339,7 @@ private:
     void AddAllProducts() {
         if (!m_request.squares && !m_request.crosses)
             return;
-        auto const columns = static_cast<int>(std::ranges::count(m_definition.xTerms, false, &Term::IsProduct));
+        auto const columns = static_cast<int>(m_xPlaces.size());
         for (int first = 0; first < columns; ++first)
             for (int second = first; second < (m_request.crosses ? columns : first + 1); ++second)
                 if (first != second || m_request.squares)
@@ -232,7 +371,9 @@ private:
     ProjectFile const &m_file;
     DataSetRecord m_record;
     NameList m_variables;
-    NameList m_observations;
+    std::optional<NameList> m_observations;
+    std::optional<BatchLayout> m_layout; // nothing without an identifier of batches
+    std::set<std::string, std::less<>> m_leftOutBatches;
     std::set<int> m_used;                   // columns that are not in X
     std::unordered_map<int, int> m_xPlaces; // of columns among the terms of X
     std::set<std::vector<int>> m_products;  // the factors of those that are terms
@@ -244,6 +385,23 @@ private:
 NameList::NameList(PackedTexts const &names) {
     for (std::size_t i = 0; i < names.size(); ++i)
         m_places[std::string(names[i])].push_back(static_cast<int>(i));
+}
+
+std::optional<BatchLayout> FindLayout(ProjectFile const &file, DataSetRecord const &record) {
+    std::unique_ptr<XercesXMLSection> const roles = ReadRoles(file);
+    std::vector<TextColumn> columns = file.ObservationIdentifiers(record.number);
+    auto const ofRole = [&](char const *role) -> std::optional<TextColumn> {
+        std::vector<std::string> const headings = HeadingsOf(*roles, role);
+        for (TextColumn &column : columns)
+            if (std::ranges::find(headings, column.name) != headings.end())
+                return std::move(column);
+        return {};
+    };
+    std::optional<TextColumn> batches = ofRole(batchRole);
+    if (!batches)
+        return {};
+    std::string const name = "data set " + std::to_string(record.number) + " (" + record.name + ")";
+    return BatchLayout(name, std::move(*batches), ofRole(phaseRole));
 }
 
 std::vector<int> const *NameList::Find(std::string const &name) const {

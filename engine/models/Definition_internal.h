@@ -2,6 +2,7 @@
 
 #include "engine/LocalCentring.h"
 #include "engine/ProjectFile.h"
+#include "engine/batches/BatchLayout.h"
 #include "engine/models/ModelDefinition.h"
 
 #include <unordered_map>
@@ -22,6 +23,9 @@ private:
 
 // The texts of a data set's observations in the identifier column with that heading. NCError when it has none.
 TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading);
+
+// The batches of a data set; nothing where no identifier tells them.
+std::optional<BatchLayout> FindLayout(ProjectFile const &file, DataSetRecord const &record);
 
 Transformation TransformationOf(VariableTransformation const &transformation);
 

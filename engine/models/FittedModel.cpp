@@ -27,6 +27,13 @@ void Transfer(Archive &archive, Term &term) {
         archive(term.centres);
     if (archive.Version() >= 3)
         archive(term.factors);
+    if (archive.Version() >= 6)
+        archive(term.lag);
+}
+
+template <typename Archive>
+void Transfer(Archive &archive, Evolution &evolution) {
+    archive(evolution.phase, evolution.phaseGroup, evolution.treatment, evolution.alignment, evolution.points);
 }
 
 template <typename Archive>
@@ -38,6 +45,8 @@ void Transfer(Archive &archive, ModelDefinition &definition) {
         archive(definition.centringIdentifier, definition.centringGroups);
     if (archive.Version() >= 4)
         archive(definition.q2);
+    if (archive.Version() >= 5)
+        archive(definition.evolution);
 }
 
 template <typename Archive>
@@ -83,13 +92,8 @@ void Transfer(Archive &archive, FitNotes &notes) {
 
 template <typename Archive>
 void Transfer(Archive &archive, FittedModel &model) {
-    bool validated = model.crossValidation.has_value();
     archive(model.definition, model.xScales, model.yScales, model.xObserved, model.yObserved, model.components,
-            model.scores, model.iterations, validated);
-    if (validated && !model.crossValidation)
-        model.crossValidation.emplace();
-    if (validated)
-        archive(*model.crossValidation);
+            model.scores, model.iterations, model.crossValidation);
     if (archive.Version() >= 2)
         archive(model.progression);
     if (archive.Version() >= 4)
@@ -123,6 +127,7 @@ void CheckTerms(std::vector<Term> const &terms, std::size_t groups) {
         Expect(IsUpTo(term.scaling, ScalingKind::ParetoUncentred));
         Expect(term.centres.empty() || term.centres.size() == groups);
         Expect(term.IsProduct() == (static_cast<std::ptrdiff_t>(k) >= columns));
+        Expect(term.lag == 0 || (term.lag > 0 && !term.IsProduct()));
         Expect(std::ranges::all_of(term.factors, [&](int factor) { return factor >= 0 && factor < columns; }));
     }
 }
@@ -134,9 +139,15 @@ void CheckCounts(ModelDefinition const &definition) {
     Expect(IsUpTo(definition.q2, Q2Form::Deflated));
     CheckTerms(definition.xTerms, definition.centringGroups.size());
     CheckTerms(definition.yTerms, definition.centringGroups.size());
+    Expect(std::ranges::all_of(definition.yTerms, [](Term const &term) { return term.lag == 0; }));
     Expect(definition.rows.size() >= 2 && !definition.xTerms.empty());
     Expect(definition.HasY() != definition.yTerms.empty());
     Expect(definition.givenGroups.empty() || definition.givenGroups.size() == definition.rows.size());
+    if (definition.evolution) {
+        Expect(definition.kind == ModelKind::Pls || definition.kind == ModelKind::Opls);
+        Expect(IsUpTo(definition.evolution->alignment, AlignmentMode::Maturity));
+        Expect(definition.evolution->points >= 0);
+    }
 }
 
 // What a model of X terms and Y terms has of components.
@@ -220,8 +231,9 @@ void CheckCounts(FittedModel const &model) {
 }
 
 // Of all saved forms. Version 2 added what models with orthogonal components need, version 3 local centres and
-// products, version 4 notes on the fit and the form of Q2, and made centres double.
-constexpr std::uint32_t savedVersion = 4;
+// products, version 4 notes on the fit and the form of Q2, and made centres double, version 5 the evolution of batches,
+// version 6 lagged terms.
+constexpr std::uint32_t savedVersion = 6;
 
 template <typename Value>
 std::string SaveAs(char const *name, Value value) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,7 +36,7 @@ struct Transformation {
 // The forms with N scale alike but do not centre.
 enum class ScalingKind { None, Centred, UnitVariance, Pareto, UnitVarianceUncentred, ParetoUncentred };
 
-// A column of X or Y: a column of the source data set, or a product of such columns.
+// A column of X or Y: a column of the source data set, as it is or some rows earlier, or a product of such columns.
 struct Term {
     int column = 0; // of the data set, from 0; not used for a product
     Transformation transformation;
@@ -47,6 +49,8 @@ struct Term {
     // Of a square or cross term: the places, from 0, of the terms of the same block whose centred and scaled values
     // (but for modifier and block factor) are multiplied. They are columns, and stand before all products.
     std::vector<int> factors = {};
+    // Of a lagged term of X: how many rows earlier in its batch its value stands, treated as it is there. 0 for none.
+    int lag = 0;
 
     bool IsProduct() const { return !factors.empty(); }
 
@@ -70,6 +74,24 @@ enum class Q2Form {
     Deflated
 };
 
+// How the rows of different batches are laid side by side.
+enum class AlignmentMode {
+    Length,  // each batch is stretched, row after row, to the same number of points (Nomikos & MacGregor 1995)
+    Maturity // each batch is read at the same maturities (Wold et al. 1998b)
+};
+
+// What makes a model one of batches at the observation level: of the evolution of batches with their maturity, Y (Wold
+// et al. 1998b).
+struct Evolution {
+    std::string phase = {}; // whose rows the model has; empty for whole batches
+    int phaseGroup = 0;     // number of the first of the models that were made together, one for each phase
+    int treatment = 0;      // of Y, batch by batch (BatchYVarTreatment)
+    AlignmentMode alignment = AlignmentMode::Length;
+    int points = 0; // of aligned batches; 0 for the median length of the batches
+
+    bool operator==(Evolution const &) const = default;
+};
+
 // All that a fit needs to know beside the data. A plain value.
 struct ModelDefinition {
     static constexpr int autofit = -1;
@@ -88,12 +110,17 @@ struct ModelDefinition {
     int yOrthogonal = 0;
 
     int groups = 7; // of the cross-validation, 0 for none
-    // A group number for each row, or none: then row i, from 0, is in group i mod groups + 1.
+    // A group number for each row, or none: then row i, from 0, is in group i mod groups + 1, and with lagged terms, by
+    // which neighbours tell of each other, in one of as many blocks of neighbours.
     std::vector<int> givenGroups;
     Q2Form q2 = Q2Form::Rounds; // the deflated one for PCA and PLS only
     double alpha = 0.05;
+    std::optional<Evolution> evolution = {}; // of PLS and OPLS with one response
 
     bool HasY() const { return kind != ModelKind::Pca; }
+    bool HasLags() const {
+        return std::ranges::any_of(xTerms, [](Term const &term) { return term.lag > 0; });
+    }
     // Whether the kind sets orthogonal components apart from the predictive ones.
     bool HasOrthogonal() const { return kind == ModelKind::Opls || kind == ModelKind::O2Pls; }
 

@@ -17,10 +17,12 @@ Index FillColumn(TermValues const &values, std::vector<int> const &rows, double 
     Index observed = 0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto const row = static_cast<std::size_t>(rows[i]);
-        if (isPlain)
-            out[i] = IsMissing(cells[row]) ? missing : cells[row];
-        else
+        if (isPlain) {
+            std::size_t const place = values.Place(row);
+            out[i] = place >= cells.size() || IsMissing(cells[place]) ? missing : cells[place];
+        } else {
             out[i] = values.Centred(row);
+        }
         observed += !std::isnan(out[i]);
     }
     return observed;
@@ -63,11 +65,11 @@ TermScale Measure(Term const &term, Eigen::Ref<Vector const> const &observed) {
     return scale;
 }
 
-// "length", "length*width".
+// "length", "length.L2", "length*width".
 std::string NameOf(std::vector<Term> const &terms, Index place, SourceColumns const &source) {
     Term const &term = terms[static_cast<std::size_t>(place)];
     if (!term.IsProduct())
-        return source.Name(term.column);
+        return source.Name(term.column) + (term.lag > 0 ? ".L" + std::to_string(term.lag) : "");
     std::string name;
     for (int const factor : term.factors)
         name += (name.empty() ? "" : "*") + NameOf(terms, factor, source);

@@ -18,10 +18,14 @@ public:
 
     // All rows of a column; empty when the data set does not have it, which makes all its cells missing.
     virtual std::span<float const> Values(int column) const = 0;
+    // The same before anything is done to the responses of batches.
+    virtual std::span<float const> Untreated(int column) const { return Values(column); }
     // How messages name the column.
     virtual std::string Name(int column) const = 0;
     // The group of each row that terms are locally centred by, from 0, -1 for a row of none; empty where nothing is.
     virtual std::span<int const> Groups() const { return {}; }
+    // The first row of the batch that each row is in; empty where all rows are one batch. Asked for lagged terms only.
+    virtual std::span<int const> BatchBeginnings() const { return {}; }
 };
 
 // How a term was centred and scaled: x = (g - offset) * weight, g being the transformed value.
@@ -48,7 +52,8 @@ public:
                SourceColumns const &source)
         : m_term(terms[static_cast<std::size_t>(place)]), m_scale(scales[static_cast<std::size_t>(place)]),
           m_values(source.Values(m_term.column)),
-          m_groups(m_term.centres.empty() ? std::span<int const>() : source.Groups()) {
+          m_groups(m_term.centres.empty() ? std::span<int const>() : source.Groups()),
+          m_beginnings(m_term.lag > 0 ? source.BatchBeginnings() : std::span<int const>()) {
         for (int const factor : m_term.factors)
             m_factors.emplace_back(terms, scales, factor, source);
     }
@@ -62,9 +67,10 @@ public:
         return std::isfinite(transformed) ? transformed : missing;
     }
     // What local centring subtracts from the transformed value.
-    double Centre(std::size_t row) const {
+    double Centre(std::size_t at) const {
         if (m_term.centres.empty())
             return 0;
+        std::size_t const row = Place(at);
         int const group = row < m_groups.size() ? m_groups[row] : -1;
         double const centre = group < 0 ? missingValue : m_term.centres[static_cast<std::size_t>(group)];
         return centre == missingValue ? missing : centre;
@@ -82,12 +88,22 @@ public:
     bool IsPlain() const {
         return !m_term.IsProduct() && m_term.centres.empty() && m_term.transformation.kind == TransformationKind::None;
     }
+    // The cells of the column; those of a row are at its place, beyond the end where there is none.
     std::span<float const> Cells() const { return m_values; }
+    bool IsLagged() const { return m_term.lag > 0; }
+    std::size_t Place(std::size_t row) const {
+        auto const lag = static_cast<std::size_t>(m_term.lag);
+        if (lag == 0)
+            return row;
+        std::size_t const first = row < m_beginnings.size() ? static_cast<std::size_t>(m_beginnings[row]) : 0;
+        return row - first < lag ? m_values.size() : row - lag;
+    }
 
 private:
     static constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
-    double Cell(std::size_t row) const {
+    double Cell(std::size_t at) const {
+        std::size_t const row = Place(at);
         return row < m_values.size() && !::IsMissing(m_values[row]) ? m_values[row] : missing;
     }
     double Product(std::size_t row) const {
@@ -101,6 +117,7 @@ private:
     TermScale const &m_scale;
     std::span<float const> m_values;
     std::span<int const> m_groups;
+    std::span<int const> m_beginnings;
     std::vector<TermValues> m_factors;
 };
 

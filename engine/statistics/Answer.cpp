@@ -6,6 +6,18 @@
 
 namespace engine {
 
+NCDataVector<float> StoredValues(Vector const &values) {
+    NCDataVector<float> stored(static_cast<int>(values.size()));
+    std::ranges::transform(values, stored.MutableValues().begin(), ToStored);
+    return stored;
+}
+
+NCDataMatrix<float> StoredValues(RowMatrix const &values) {
+    NCDataMatrix<float> stored(static_cast<int>(values.rows()), static_cast<int>(values.cols()));
+    std::ranges::transform(values.reshaped<Eigen::RowMajor>(), stored.MutableValues().begin(), ToStored);
+    return stored;
+}
+
 Answer::Answer(ColumnIDs columns, std::size_t rows)
     : m_columns(std::move(columns)), m_rows(rows), m_matrix(0, m_columns.Size()) {}
 

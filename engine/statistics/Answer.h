@@ -10,6 +10,10 @@
 
 namespace engine {
 
+// Numbers as finished tables hold them; what is not finite becomes missing.
+NCDataVector<float> StoredValues(Vector const &values);
+NCDataMatrix<float> StoredValues(RowMatrix const &values);
+
 // Builds the table of an answer row by row. Here alone results are rounded to float.
 class Answer {
 public:

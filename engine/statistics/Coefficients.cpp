@@ -2,6 +2,7 @@
 #include "engine/models/Fit.h"
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
+#include "engine/statistics/TermStatistics.h"
 #include "engine/statistics/Units.h"
 
 #include <Eigen/QR>
@@ -17,12 +18,24 @@ namespace {
 // In which units variables and response are.
 enum class Form { Scaled, ScaledX, Centred, Plain };
 
-// Coefficients in workset scale, X terms by Y terms.
+} // namespace
+
 Matrix ScaledCoefficients(Components const &components, Index size) {
     // Filters precede all of W* alike; without them a shorter model has a W* of its own where cells are missing.
     return components.XOrthogonal() > 0 ? Coefficients(components, size)
                                         : Coefficients(FirstComponents(components, size), size);
 }
+
+Vector ErrorsOfCoefficients(FittedModel const &fit, Index size, Index yTerm) {
+    Matrix const errors = Jackknife(*fit.crossValidation, [&](Components const &round) -> std::optional<Matrix> {
+                              if (round.Predictive() < size)
+                                  return {};
+                              return Matrix(ScaledCoefficients(round, size).col(yTerm));
+                          }).error;
+    return errors.size() > 0 ? Vector(errors.col(0)) : Vector::Constant(fit.components.p.rows(), notComputable);
+}
+
+namespace {
 
 // Rotated towards the prediction (Kvalheim & Karstang 1989; Kvalheim 2010).
 Vector Rotated(Block const &x, Vector const &coefficients) {
@@ -44,6 +57,15 @@ Vector InForm(FittedModel const &fit, Index term, Vector const &scaled, Form for
     }
     return row;
 }
+
+} // namespace
+
+Vector UnscaledCoefficients(FittedModel const &fit, Index size, Index yTerm) {
+    Vector const withConstant = InForm(fit, yTerm, ScaledCoefficients(fit.components, size).col(yTerm), Form::Plain);
+    return withConstant.tail(withConstant.size() - 1);
+}
+
+namespace {
 
 struct Question {
     char const *name;
@@ -98,19 +120,10 @@ TablePtr CoefficientErrors(ModelView const &model, int component, ColumnTerm con
     std::optional<Index> const size = ChosenSize(model.Fit(), component);
     if (!HasValidatedY(model) || term < 1 || !size || *size == 0)
         return nullptr;
-    Matrix const errors =
-        Jackknife(*model.Fit().crossValidation, [&](Components const &round) -> std::optional<Matrix> {
-            if (round.Predictive() < *size)
-                return {};
-            return Matrix(ScaledCoefficients(round, *size).col(term - 1));
-        }).error;
+    Vector const errors = ErrorsOfCoefficients(model.Fit(), *size, term - 1);
     Answer answer(model.CoefficientTerms());
-    std::string const label =
-        model.Label("CoeffCScvSE") + AskedSizeLabel(model, *size) + Side::Y(model).Label(term - 1);
-    if (errors.size() > 0)
-        answer.Add(label, Vector::Zero(1), errors.col(0));
-    else
-        answer.Add(label);
+    answer.Add(model.Label("CoeffCScvSE") + AskedSizeLabel(model, *size) + Side::Y(model).Label(term - 1),
+               Vector::Constant(1, errors.array().isNaN().all() ? notComputable : 0), errors);
     return answer.Take();
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 // Data as they were read, and what a model keeps beside its components: offsets, weights, cross-validation groups.
 
@@ -60,37 +61,54 @@ TablePtr ObservationRows(DataSet const &dataSet, IntList const *observations) {
     return answer.Take();
 }
 
-// The rows of a batch; no phase can be told apart here.
-std::optional<RowRange> RowsOf(DataSet const &dataSet, int batch, int phase) {
-    return phase == allPhases ? RowsOfBatch(dataSet, batch) : std::nullopt;
+// The rows of a batch in a phase, both counted from 1; -1 stands for all batches and all phases. None where there is no
+// such batch or phase.
+std::vector<Index> RowsOf(DataSet const &dataSet, int batch, int phase) {
+    std::optional<RowRange> const range = RowsOfBatch(dataSet, batch);
+    ProjectPtr const project = dataSet.GetProject();
+    std::vector<std::string> const phases =
+        phase == allPhases ? std::vector<std::string>() : project->GetDataSetInfo(dataSet.GetNumber())->phases;
+    if (!range || (phase != allPhases && (phase < 1 || static_cast<std::size_t>(phase) > phases.size())))
+        return {};
+    std::vector<Index> rows(static_cast<std::size_t>(range->count));
+    std::iota(rows.begin(), rows.end(), range->first);
+    if (phase != allPhases)
+        std::erase_if(rows, [&](Index row) {
+            return dataSet.GetObservations()[static_cast<std::size_t>(row)].GetPhaseName(project->GetObservations()) !=
+                   phases[static_cast<std::size_t>(phase - 1)];
+        });
+    return rows;
 }
 
-ColumnIDs RowColumns(DataSet const &dataSet, RowRange const &range) {
-    if (range.count == dataSet.ObservationColumns().Size())
+bool AreAll(int batch, int phase) {
+    return batch == allBatches && phase == allPhases;
+}
+
+ColumnIDs RowColumns(DataSet const &dataSet, int batch, int phase) {
+    if (AreAll(batch, phase))
         return dataSet.ObservationColumns();
-    return ObservationColumns(
-        std::span(dataSet.GetObservations())
-            .subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count)),
-        dataSet.GetProject(), dataSet.GetNumber());
+    ObservationInfos chosen;
+    for (Index const row : RowsOf(dataSet, batch, phase))
+        chosen.push_back(dataSet.GetObservations()[static_cast<std::size_t>(row)]);
+    return ObservationColumns(chosen, dataSet.GetProject(), dataSet.GetNumber());
 }
 
 TablePtr VariableRows(DataSet const &dataSet, IntList const *variables, int batch, int phase) {
-    std::optional<RowRange> const range = RowsOf(dataSet, batch, phase);
-    if (!range)
-        return nullptr;
+    std::vector<Index> const rows = AreAll(batch, phase) ? std::vector<Index>() : RowsOf(dataSet, batch, phase);
     std::vector<int> const columns = Places(variables, static_cast<int>(dataSet.GetVariables().size()),
                                             [&](std::uint32_t item) { return dataSet.ColumnOf(item); });
-    Answer answer(RowColumns(dataSet, *range), columns.size());
+    Answer answer(RowColumns(dataSet, batch, phase), columns.size());
     for (int const column : columns) {
         std::string const days =
             dataSet.GetDaysLabel(std::span(dataSet.GetVariables()).subspan(static_cast<std::size_t>(column), 1));
         std::string const label = SetLabel(dataSet) + ".Var(" + dataSet.Name(column) + ")" + days;
         NCDataVector<float> const &values = dataSet.Stored(column);
-        if (range->count == values.Size())
+        if (AreAll(batch, phase)) {
             answer.AddStored(label, values);
-        else
-            answer.AddStored(label, values.Values().subspan(static_cast<std::size_t>(range->first),
-                                                            static_cast<std::size_t>(range->count)));
+            continue;
+        }
+        std::ranges::transform(rows, answer.Add(label).begin(),
+                               [&](Index row) { return values.Values()[static_cast<std::size_t>(row)]; });
     }
     return answer.Take();
 }
@@ -188,10 +206,8 @@ void AddDataHandlers(Handlers &handlers) {
     handlers.OnDataSet<GetObsDS>(ObservationRows);
     handlers.OnDataSet<GetObsDSColumnIDs>(VariableColumns);
     handlers.OnDataSet<GetVarDS>(VariableRows);
-    handlers.OnDataSet<GetVarDSColumnIDs>([](DataSet const &dataSet, int batch, int phase) {
-        std::optional<RowRange> const range = RowsOf(dataSet, batch, phase);
-        return range ? RowColumns(dataSet, *range) : ColumnIDs(dataSet.GetProject());
-    });
+    handlers.OnDataSet<GetVarDSColumnIDs>(
+        [](DataSet const &dataSet, int batch, int phase) { return RowColumns(dataSet, batch, phase); });
     handlers.On<GetXOffsets>([](ModelView const &model, TriState::State) {
         return ScaleRow(model, "Xavg", model.XTerms(), model.Fit().xScales, &TermScale::offset);
     });

@@ -1,5 +1,5 @@
 #include "engine/statistics/Answer.h"
-#include "engine/statistics/RowSet.h"
+#include "engine/statistics/RowStatistics.h"
 
 #include <Eigen/Cholesky>
 #include <Eigen/QR>
@@ -124,31 +124,13 @@ auto UnweightedX() {
     return [](RowSet const &rows, Index size) { return XDistances(rows, size, false); };
 }
 
-// Hotelling's T2 over components from `first` to `last` in the overall order, without those of the Y side.
-TablePtr T2Range(RowSource const &source, int first, int last, int batch) {
+TablePtr T2RangeTable(RowSource const &source, int first, int last, int batch) {
     std::optional<RowSet> const rows = source.Rows(batch);
-    FittedModel const &fit = source.model.Fit();
-    Index const predictive = fit.components.Predictive();
-    int const all = static_cast<int>(predictive + fit.components.XOrthogonal());
-    if (!rows || all == 0)
+    auto const range = ComponentRange(source.model, first, last);
+    if (!rows || !range)
         return nullptr;
-    first = first == -1 ? all : std::clamp(first, 1, all);
-    last = last < 1 ? all : std::min(last, all);
-    if (first > last)
-        std::swap(first, last);
-    Vector sum = Vector::Zero(rows->Size());
-    for (Index c = first - 1; c < last; ++c) {
-        bool const orthogonal = c >= predictive;
-        Index const at = orthogonal ? c - predictive : c;
-        ScoreSpread const spread = SpreadOf(orthogonal ? fit.scores.to.col(at) : fit.scores.t.col(at), fit.xObserved);
-        Vector const scores = orthogonal ? Vector(rows->To().col(at)) : Vector(rows->T().col(at));
-        sum.array() += ((scores.array() - spread.mean) / spread.deviation).square();
-    }
     Answer answer(rows->Columns());
-    MarkUnobserved(answer.Add(source.model.Label(source.Name("T2Range")) + "[" + std::to_string(first) + "-" +
-                                  std::to_string(last) + "]",
-                              sum),
-                   rows->Of(rows->XObserved()));
+    answer.Add(source.model.Label(source.Name("T2Range")) + RangeLabel(*range), T2Range(*rows, *range));
     return answer.Take();
 }
 
@@ -189,6 +171,38 @@ Matrix FirstYScores(FittedModel const &fit, Index first) {
 
 } // namespace
 
+Vector DModX(RowSet const &rows, Index size, TriState::State normalised, TriState::State weighted) {
+    return Shown(rows.Model(), normalised)(XDistances(rows, size, IsWeighted(rows.Model(), weighted)));
+}
+
+std::optional<std::pair<int, int>> ComponentRange(ModelView const &model, int first, int last) {
+    Components const &components = model.Fit().components;
+    int const all = static_cast<int>(components.Predictive() + components.XOrthogonal());
+    if (all == 0)
+        return {};
+    first = first == -1 ? all : std::clamp(first, 1, all);
+    last = last < 1 ? all : std::min(last, all);
+    return std::minmax(first, last);
+}
+
+std::string RangeLabel(std::pair<int, int> const &range) {
+    return "[" + std::to_string(range.first) + "-" + std::to_string(range.second) + "]";
+}
+
+Vector T2Range(RowSet const &rows, std::pair<int, int> const &range) {
+    FittedModel const &fit = rows.Model().Fit();
+    Index const predictive = fit.components.Predictive();
+    Vector sum = Vector::Zero(rows.Size());
+    for (Index c = range.first - 1; c < range.second; ++c) {
+        bool const orthogonal = c >= predictive;
+        Index const at = orthogonal ? c - predictive : c;
+        ScoreSpread const spread = SpreadOf(orthogonal ? fit.scores.to.col(at) : fit.scores.t.col(at), fit.xObserved);
+        Vector const scores = orthogonal ? Vector(rows.To().col(at)) : Vector(rows.T().col(at));
+        sum.array() += ((scores.array() - spread.mean) / spread.deviation).square();
+    }
+    return (rows.Of(rows.XObserved()).array() > 0).select(sum.array(), notComputable);
+}
+
 void AddDistanceHandlers(Handlers &handlers) {
     using enum Operation;
     OnRows<GetDModX, GetDModXPS>(handlers, [](RowSource const &source, IntList const *components,
@@ -226,7 +240,7 @@ void AddDistanceHandlers(Handlers &handlers) {
             RowSource{model, true, subject.Predictions(model.GetModelNumber())}, "PModXPS+", components, allBatches,
             [](RowSet const &rows, Index size) { return CombinedDistances(rows, size, false); }, Probabilities);
     });
-    OnRows<GetT2Range, GetT2RangePS>(handlers, T2Range);
+    OnRows<GetT2Range, GetT2RangePS>(handlers, T2RangeTable);
     handlers.On<GetOLevX>([](ModelView const &model, IntList const *components) {
         return LeverageRows(model, "OLevX", components, FirstXScores, model.Fit().xObserved);
     });
@@ -242,8 +256,7 @@ void AddDistanceHandlers(Handlers &handlers) {
     OnPredictedColumns<GetPModXPSCombinedColumnIDs>(handlers);
     OnRowColumns<GetT2RangeColumnIDs, GetT2RangePSColumnIDs>(handlers, HasComponents);
     OnWorksetColumns<GetOLevXColumnIDs>(handlers, HasComponents);
-    OnWorksetColumns<GetOLevYColumnIDs>(handlers,
-                                        [](ModelView const &model) { return HasY(model) && HasComponents(model); });
+    OnWorksetColumns<GetOLevYColumnIDs>(handlers, HasYAndComponents);
 }
 
 } // namespace engine

@@ -2,7 +2,8 @@
 
 namespace engine {
 
-Handlers::Handlers() : m_tables(AllOperations().size()), m_columns(AllOperations().size()) {
+Handlers::Handlers() {
+    std::apply([](auto &...lists) { (lists.resize(AllOperations().size()), ...); }, m_handlers);
     AddScoreHandlers(*this);
     AddLoadingHandlers(*this);
     AddCrossValidatedLoadingHandlers(*this);
@@ -14,21 +15,26 @@ Handlers::Handlers() : m_tables(AllOperations().size()), m_columns(AllOperations
     AddImportanceHandlers(*this);
     AddCoefficientHandlers(*this);
     AddDataHandlers(*this);
+    AddAlignedHandlers(*this);
+    AddContributionHandlers(*this);
+    AddLagHandlers(*this);
 }
 
 bool Handlers::Has(Operation operation) const {
     auto const at = static_cast<std::size_t>(operation);
-    return m_tables[at] || m_columns[at];
+    return std::apply([at](auto const &...lists) { return (static_cast<bool>(lists[at]) || ...); }, m_handlers);
 }
 
 TablePtr Handlers::Table(Call const &call, Subject const &subject) const {
-    auto const &handler = m_tables[static_cast<std::size_t>(call.operation)];
-    return handler ? handler(subject, call) : nullptr;
+    return Answered<TablePtr>(call, subject);
 }
 
 ColumnIDs Handlers::Columns(Call const &call, Subject const &subject) const {
-    auto const &handler = m_columns[static_cast<std::size_t>(call.operation)];
-    return handler ? handler(subject, call) : Nothing<ColumnIDs>(call);
+    return Answered<ColumnIDs>(call, subject);
+}
+
+NCDataMatrix<float> Handlers::Matrix(Call const &call, Subject const &subject) const {
+    return Answered<NCDataMatrix<float>>(call, subject);
 }
 
 } // namespace engine

@@ -6,6 +6,7 @@
 #include "platform/project/StatisticSource.h"
 
 #include <functional>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -30,6 +31,12 @@ namespace signature {
 
 template <Operation operation>
 struct Of;
+template <typename Function>
+struct WithFlag;
+template <typename Result, typename... Parameters>
+struct WithFlag<Result(Parameters...)> {
+    using Type = Result(Parameters..., bool);
+};
 #define OPERATION(key, result, parameters)                                                                             \
     template <>                                                                                                        \
     struct Of<Operation::key> {                                                                                        \
@@ -38,6 +45,12 @@ struct Of;
 #define TABLE(name, parameters, arguments) OPERATION(name, TablePtr, parameters)
 #define TABLE_OVERLOAD(key, name, parameters, arguments) OPERATION(key, TablePtr, parameters)
 #define COLUMNS(name, parameters, arguments) OPERATION(name, ColumnIDs, parameters)
+// Those of matrices are followed by whether values are wanted in the units of the data set.
+#define MATRIX(name, parameters, arguments)                                                                            \
+    template <>                                                                                                        \
+    struct Of<Operation::name> {                                                                                       \
+        using Type = WithFlag<NCDataMatrix<float> parameters>::Type;                                                   \
+    };
 #include "platform/project/operations.def"
 #undef OPERATION
 
@@ -66,6 +79,7 @@ public:
     // Nothing for an operation without handler and for a model that is not fitted.
     TablePtr Table(Call const &call, Subject const &subject) const;
     ColumnIDs Columns(Call const &call, Subject const &subject) const;
+    NCDataMatrix<float> Matrix(Call const &call, Subject const &subject) const;
     bool Has(Operation operation) const;
 
     // A statistic of a model; nothing when the model is not fitted.
@@ -93,10 +107,10 @@ private:
 
     template <typename Result>
     static Result Nothing(Call const &call) {
-        if constexpr (std::is_same_v<Result, TablePtr>)
-            return nullptr;
-        else
+        if constexpr (std::is_same_v<Result, ColumnIDs>)
             return ColumnIDs(call.project.shared_from_this());
+        else
+            return {};
     }
 
     // `find` gives what the first number of the operation stands for.
@@ -126,14 +140,20 @@ private:
     template <Operation operation, typename Function>
     void Put(Function handler) {
         using Result = std::invoke_result_t<Function, Subject const &, Call const &>;
-        if constexpr (std::is_same_v<Result, TablePtr>)
-            m_tables[static_cast<std::size_t>(operation)] = std::move(handler);
-        else
-            m_columns[static_cast<std::size_t>(operation)] = std::move(handler);
+        std::get<std::vector<Handler<Result>>>(m_handlers)[static_cast<std::size_t>(operation)] = std::move(handler);
     }
 
-    std::vector<Handler<TablePtr>> m_tables;
-    std::vector<Handler<ColumnIDs>> m_columns;
+    template <typename Result>
+    Result Answered(Call const &call, Subject const &subject) const {
+        auto const &handler =
+            std::get<std::vector<Handler<Result>>>(m_handlers)[static_cast<std::size_t>(call.operation)];
+        return handler ? handler(subject, call) : Nothing<Result>(call);
+    }
+
+    // Each by the number of the operation.
+    std::tuple<std::vector<Handler<TablePtr>>, std::vector<Handler<ColumnIDs>>,
+               std::vector<Handler<NCDataMatrix<float>>>>
+        m_handlers;
 };
 
 // Each registers the handlers of one subject.
@@ -148,5 +168,8 @@ void AddVariableSummaryHandlers(Handlers &handlers);
 void AddImportanceHandlers(Handlers &handlers);
 void AddCoefficientHandlers(Handlers &handlers);
 void AddDataHandlers(Handlers &handlers);
+void AddAlignedHandlers(Handlers &handlers);
+void AddContributionHandlers(Handlers &handlers);
+void AddLagHandlers(Handlers &handlers);
 
 } // namespace engine

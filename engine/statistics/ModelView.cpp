@@ -1,7 +1,7 @@
 #include "engine/statistics/ModelView.h"
 
 #include "engine/models/Prediction.h"
-#include "engine/statistics/Units.h"
+#include "engine/statistics/RowStatistics.h"
 #include "platform/containers/Missing.h"
 #include "platform/numerics/Sta.h"
 #include "platform/project/NCProject.h"
@@ -39,9 +39,13 @@ ColumnTerms TermsOf(std::vector<Term> const &terms, DataSet const &dataSet) {
     };
     for (Term const &term : terms) {
         std::vector<std::uint32_t> mothers;
-        for (int const factor : term.factors)
+        std::vector<int> lags;
+        for (int const factor : term.factors) {
             mothers.push_back(variableOf(terms[static_cast<std::size_t>(factor)]));
-        result.AppendTerm(term.IsProduct() ? ColumnTerm(std::move(mothers), {}, {}) : ColumnTerm(variableOf(term)));
+            lags.push_back(terms[static_cast<std::size_t>(factor)].lag);
+        }
+        result.AppendTerm(term.IsProduct() ? ColumnTerm(std::move(mothers), std::move(lags), {})
+                                           : ColumnTerm(variableOf(term), term.lag));
     }
     return result;
 }
@@ -50,6 +54,14 @@ ColumnTerms Joined(ColumnTerms terms, ColumnTerms const &further) {
     for (ColumnTerm const &term : further)
         terms.AppendTerm(term);
     return terms;
+}
+
+// Of each column of scores, over the rows that have one.
+Vector DeviationsOf(Matrix const &scores, Eigen::VectorXi const &observed) {
+    Vector deviations(scores.cols());
+    for (Index a = 0; a < scores.cols(); ++a)
+        deviations[a] = SpreadOf(scores.col(a), observed).deviation;
+    return deviations;
 }
 
 NCStringVector ComponentNames(std::string const &kind, Index count) {
@@ -80,16 +92,54 @@ std::optional<RowRange> RowsOfBatch(NCDataContainerBase const &data, int batch) 
     return length == 0 ? std::nullopt : std::optional(RowRange{beginnings[batch] - 1, length});
 }
 
+std::vector<RowRange> RangesOfBatches(NCDataContainerBase const &data) {
+    auto const &beginnings = data.GetBatchRuns().beginnings;
+    int const rows = static_cast<int>(data.GetObservations().size());
+    std::vector<RowRange> ranges;
+    for (int batch = 1; batch <= beginnings.Size(); ++batch)
+        ranges.push_back({beginnings[batch] - 1, BatchUtilities::GetBatchLength(beginnings, batch, rows)});
+    return ranges;
+}
+
+PredictedRows::PredictedRows(boost::shared_ptr<DataSet const> set, std::vector<int> chosen)
+    : dataSet(std::move(set)), rows(std::move(chosen)) {
+    observations.reserve(rows.size());
+    for (int const row : rows)
+        observations.push_back(dataSet->GetObservations()[static_cast<std::size_t>(row)]);
+}
+
+// The batches that are running, where the rows are those of their last phase.
+std::vector<std::size_t> RunningAmong(PredictedRows const &predicted) {
+    std::vector<std::string> const &names = predicted.dataSet->Running();
+    std::vector<std::size_t> running;
+    BatchRuns const &all = predicted.dataSet->GetBatchRuns();
+    int const rows = static_cast<int>(predicted.dataSet->GetObservations().size());
+    for (std::size_t batch = 0; !names.empty() && batch < predicted.GetBatchRuns().names.size(); ++batch) {
+        int const at = static_cast<int>(batch) + 1;
+        std::string const &name = predicted.GetBatchRuns().names[at];
+        if (std::ranges::find(names, name) == names.end())
+            continue;
+        int const whole = all.names.FindString(name, true, 1);
+        int const end = all.beginnings[whole] + BatchUtilities::GetBatchLength(all.beginnings, whole, rows);
+        int const last = at < predicted.GetBatchRuns().beginnings.Size()
+                             ? predicted.GetBatchRuns().beginnings[at + 1] - 1
+                             : static_cast<int>(predicted.rows.size());
+        if (predicted.rows[static_cast<std::size_t>(last - 1)] + 2 == end)
+            running.push_back(batch);
+    }
+    return running;
+}
+
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
-      m_source(Checked(m_fit.definition, *m_dataSet), m_dataSet, m_dataSet),
+      m_source(Checked(m_fit.definition, *m_dataSet), m_dataSet, m_dataSet, m_fit.definition.rows),
       m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
       m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
       m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
       m_yxColumns(Joined(m_yTerms, m_xTerms), project, number) {
     for (ColumnTerms const *terms : {&m_xTerms, &m_yTerms})
         for (ColumnTerm const &term : *terms)
-            if (term.Size() == 1)
+            if (term.Size() == 1 && term.GetLag(1) == 0)
                 m_variables.push_back(term.GetMotherVariable(1));
     m_observations.reserve(m_fit.definition.rows.size());
     for (int const row : m_fit.definition.rows)
@@ -138,20 +188,32 @@ Workset const &ModelView::Data() const {
     return *m_workset;
 }
 
-PredictedRows ModelView::Predict(boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project) const {
-    std::vector<int> rows(dataSet->Record().observations);
-    std::iota(rows.begin(), rows.end(), 0);
-    PredictedRows predicted;
-    predicted.source = std::make_shared<ModelColumns>(m_fit.definition, m_dataSet, dataSet);
-    SourceColumns const &source = *predicted.source;
-    predicted.x = ScaleRows(m_fit.definition.xTerms, m_fit.xScales, source, rows);
-    predicted.y = ScaleRows(m_fit.definition.yTerms, m_fit.yScales, source, rows);
-    predicted.scores = PredictScores(m_fit.components, predicted.x);
-    predicted.xObserved = predicted.x.ObservedInRows();
-    predicted.yObserved = predicted.y.ObservedInRows();
-    predicted.columns = ObservationColumns(dataSet->GetObservations(), project, m_number);
-    predicted.dataSet = std::move(dataSet);
+std::unique_ptr<PredictedRows> ModelView::Predict(boost::shared_ptr<DataSet const> dataSet,
+                                                  ProjectPtr const &project) const {
+    std::string const phase = m_fit.definition.evolution ? m_fit.definition.evolution->phase : std::string();
+    std::vector<int> rows;
+    for (std::size_t row = 0; row < dataSet->GetObservations().size(); ++row)
+        if (phase.empty() || dataSet->GetObservations()[row].GetPhaseName(project->GetObservations()) == phase)
+            rows.push_back(static_cast<int>(row));
+    auto predicted = std::make_unique<PredictedRows>(dataSet, std::move(rows));
+    predicted->running = RunningAmong(*predicted);
+    predicted->columns = ObservationColumns(predicted->observations, project, m_number);
+    predicted->source =
+        std::make_shared<ModelColumns>(m_fit.definition, m_dataSet, std::move(dataSet), predicted->rows);
+    SourceColumns const &source = *predicted->source;
+    predicted->x = ScaleRows(m_fit.definition.xTerms, m_fit.xScales, source, predicted->rows);
+    predicted->y = ScaleRows(m_fit.definition.yTerms, m_fit.yScales, source, predicted->rows);
+    predicted->scores = PredictScores(m_fit.components, predicted->x);
+    predicted->xObserved = predicted->x.ObservedInRows();
+    predicted->yObserved = predicted->y.ObservedInRows();
     return predicted;
+}
+
+AlignmentGrid const &ModelView::Grid() const {
+    if (!m_grid)
+        m_grid = Alignment::GridOf(m_fit.definition.evolution->alignment, m_fit.definition.evolution->points,
+                                   RangesOfBatches(*this), YValues(*RowSource{*this}.Rows(), 0, Units::Source));
+    return *m_grid;
 }
 
 ModelView::RowDistances const &ModelView::XDistances(Index size, bool weighted) const {
@@ -169,6 +231,28 @@ ModelView::RowDistances const &ModelView::XDistances(Index size, bool weighted) 
     return at->second;
 }
 
+Vector const &ModelView::XMeans() const {
+    if (!m_xMeans) {
+        m_xMeans = Vector::Zero(m_xTerms.Size());
+        for (Index k = 0; k < m_xMeans->size(); ++k)
+            if (TermScale const &scale = m_fit.xScales[static_cast<std::size_t>(k)]; !scale.centred)
+                (*m_xMeans)[k] = Data().x.Values().col(k).sum() / scale.observed;
+    }
+    return *m_xMeans;
+}
+
+Vector const &ModelView::DeviationsOfT() const {
+    if (!m_tDeviations)
+        m_tDeviations = DeviationsOf(m_fit.scores.t, m_fit.xObserved);
+    return *m_tDeviations;
+}
+
+Vector const &ModelView::DeviationsOfTo() const {
+    if (!m_toDeviations)
+        m_toDeviations = DeviationsOf(m_fit.scores.to, m_fit.xObserved);
+    return *m_toDeviations;
+}
+
 AliasAccess ModelView::GetObservationAliases() const {
     return m_observationAliases.Of(GetProject()->GetObservations(), m_observations);
 }
@@ -181,9 +265,9 @@ DefaultCenterValues ModelView::GetCenterValues() const {
     DefaultCenterValues values{m_fit.definition.centringIdentifier, m_fit.definition.centringGroups, {}};
     for (Side const &side : {Side::X(*this), Side::Y(*this)})
         for (Index term = 0; term < side.all.Size(); ++term)
-            if (auto const &centres = side.terms[static_cast<std::size_t>(term)].centres; !centres.empty())
-                values.variables.push_back(
-                    {side.all[static_cast<int>(term) + 1].GetMotherVariable(1), {centres.begin(), centres.end()}});
+            if (Term const &of = side.terms[static_cast<std::size_t>(term)]; !of.centres.empty() && of.lag == 0)
+                values.variables.push_back({side.all[static_cast<int>(term) + 1].GetMotherVariable(1),
+                                            {of.centres.begin(), of.centres.end()}});
     return values;
 }
 

@@ -1,12 +1,14 @@
 #include "engine/statistics/RowSet.h"
 
+#include "engine/statistics/RowStatistics.h"
+
 namespace engine {
 
 RowSet::RowSet(ModelView const &model, PredictedRows const *predicted, RowRange range)
     : m_model(model), m_predicted(predicted), m_range(range) {}
 
 ObservationInfos const &RowSet::AllObservations() const {
-    return m_predicted ? m_predicted->dataSet->GetObservations() : m_model.GetObservations();
+    return m_predicted ? m_predicted->GetObservations() : m_model.GetObservations();
 }
 
 ColumnIDs RowSet::Columns() const {
@@ -26,9 +28,22 @@ SourceColumns const &RowSet::Source() const {
 std::optional<RowSet> RowSource::Rows(int batch) const {
     if (ofPredictions && !predicted)
         return {};
-    std::optional<RowRange> const range =
-        ofPredictions ? RowsOfBatch(*predicted->dataSet, batch) : RowsOfBatch(model, batch);
+    std::optional<RowRange> const range = ofPredictions ? RowsOfBatch(*predicted, batch) : RowsOfBatch(model, batch);
     return range ? std::optional(RowSet(model, predicted, *range)) : std::nullopt;
+}
+
+BatchRuns const &RowSource::Batches() const {
+    return ofPredictions ? predicted->GetBatchRuns() : model.GetBatchRuns();
+}
+
+Alignment const &RowSource::Aligned() const {
+    auto const maturities = [this] { return YValues(*Rows(), 0, Units::Source); };
+    return ofPredictions ? predicted->batches.Of(*predicted, model.Grid(), maturities, predicted->running)
+                         : model.Batches().Of(model, model.Grid(), maturities, {});
+}
+
+bool HasBatches(RowSource const &source) {
+    return source.model.Fit().definition.evolution && source.Rows() && source.Rows()->Size() > 0;
 }
 
 ColumnIDs RowSource::Columns(int batch) const {

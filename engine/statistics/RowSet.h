@@ -45,9 +45,8 @@ public:
     // Where the values of the rows come from, and the place of a row there.
     SourceColumns const &Source() const;
     std::size_t SourceRow(Index row) const {
-        Index const place = m_range.first + row;
-        return static_cast<std::size_t>(m_predicted ? place
-                                                    : m_model.Fit().definition.rows[static_cast<std::size_t>(place)]);
+        auto const &rows = m_predicted ? m_predicted->rows : m_model.Fit().definition.rows;
+        return static_cast<std::size_t>(rows[static_cast<std::size_t>(m_range.first + row)]);
     }
 
 private:
@@ -65,9 +64,16 @@ struct RowSource {
     // All rows, or those of a batch; nothing when there is no prediction set or no such batch.
     std::optional<RowSet> Rows(int batch = allBatches) const;
     ColumnIDs Columns(int batch = allBatches) const;
+    // The batches among all rows, where there are rows; of a model of the evolution of batches, all of them on its
+    // grid.
+    BatchRuns const &Batches() const;
+    Alignment const &Aligned() const;
     // The name of a statistic of these rows: those of predictions end with PS.
     std::string Name(std::string const &name) const { return ofPredictions ? name + "PS" : name; }
 };
+
+// Of a model of the evolution of batches, and with rows.
+bool HasBatches(RowSource const &source);
 
 // Registers a statistic of rows in its two forms: function(row source, arguments...).
 template <Operation workset, Operation predicted, typename Function>
@@ -95,6 +101,9 @@ inline bool HasValidatedY(ModelView const &model) {
 }
 inline bool HasComponents(ModelView const &model) {
     return model.Fit().components.All() > 0;
+}
+inline bool HasYAndComponents(ModelView const &model) {
+    return HasY(model) && HasComponents(model);
 }
 inline bool IsOrthogonalKind(ModelView const &model) {
     return model.Fit().definition.HasOrthogonal();

@@ -2,6 +2,7 @@
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
 #include "engine/statistics/RowSet.h"
+#include "engine/statistics/RowStatistics.h"
 #include "platform/containers/Missing.h"
 
 #include <cmath>
@@ -162,7 +163,20 @@ bool HasValidatedUScores(ModelView const &model) {
     return HasY(model) && HasValidatedScores<uScores>(model);
 }
 
+Vector ScoreValues(RowSet const &rows, ScoreKind const &kind, Index component) {
+    return (rows.Of(rows.XObserved()).array() > 0)
+        .select(rows.Of((rows.AllScores().*kind.values).col(component)).array(), notComputable);
+}
+
 } // namespace
+
+Vector ScoresT(RowSet const &rows, Index component) {
+    return ScoreValues(rows, tScores, component);
+}
+
+Vector ScoresTo(RowSet const &rows, Index component) {
+    return ScoreValues(rows, toScores, component);
+}
 
 void AddScoreHandlers(Handlers &handlers) {
     OnRows<Operation::GetT, Operation::GetTPS>(handlers,

@@ -38,7 +38,7 @@ class TermCells {
 public:
     TermCells(RowSet const &rows, Side const &side, Index term)
         : m_rows(rows), m_values(side.terms, side.scales, term, rows.Source()),
-          m_plainCells(m_values.IsPlain() ? m_values.Cells() : std::span<float const>()),
+          m_plainCells(m_values.IsPlain() && !m_values.IsLagged() ? m_values.Cells() : std::span<float const>()),
           m_scale(side.scales[static_cast<std::size_t>(term)]) {}
 
     Index Size() const { return m_rows.Size(); }
@@ -58,8 +58,6 @@ public:
         // What is outside the domain of the transformation is missing in any units.
         return units == Units::Transformed || std::isnan(transformed) ? transformed : m_values.Source(place);
     }
-    // What the data set holds, whether the transformation has a value there or not.
-    double Raw(Index row) const { return m_values.Source(m_rows.SourceRow(row)); }
     // A prediction that the model makes in its own units.
     double InUnits(Index row, double scaled, Units units) const {
         if (units == Units::Scaled)
@@ -87,7 +85,7 @@ public:
 private:
     RowSet const &m_rows;
     TermValues m_values;
-    // The short way of a term that is neither transformed nor centred locally nor a product; else empty.
+    // The short way of a term that is neither transformed nor centred locally, lagged or a product; else empty.
     std::span<float const> m_plainCells;
     TermScale const &m_scale;
 };

@@ -1,6 +1,8 @@
 #include "engine/statistics/Answer.h"
+#include "engine/statistics/RowStatistics.h"
 #include "engine/statistics/Units.h"
 #include "platform/containers/Missing.h"
+#include "platform/project/BatchYVarTreatment.h"
 
 #include <algorithm>
 
@@ -49,23 +51,34 @@ Predictor const yBlock{Side::Y,
                            return YVariancesOfSize(model.Fit(), model.Data(), quantity.predictive);
                        }};
 
-// Calls put(row, value) with the value to be stored, for each row of one term.
+// What is stored of a value, which may be stored already.
+float Stored(double value) {
+    return ToStored(value);
+}
+float Stored(float value) {
+    return value;
+}
+
+// Calls put(row, value) for each row of one term: with a double, NaN where missing, or with a float as the data set
+// holds it.
 template <typename Put>
 void ForCells(RowSet const &rows, Predictor const &block, Index term, Quantity const &quantity, Vector const &variances,
               Put put) {
-    TermCells const cells(rows, block.side(rows.Model()), term);
     if (quantity.kind == Quantity::Raw) {
-        for (Index i = 0; i < cells.Size(); ++i)
-            put(i, ToStored(cells.Raw(i)));
+        int const column = block.side(rows.Model()).terms[static_cast<std::size_t>(term)].column;
+        std::span<float const> const values = rows.Source().Untreated(column);
+        for (Index i = 0; i < rows.Size(); ++i)
+            put(i, values.empty() ? missingValue : values[rows.SourceRow(i)]);
         return;
     }
+    TermCells const cells(rows, block.side(rows.Model()), term);
     if (quantity.kind == Quantity::Observed) {
         if (std::span<float const> const stored = cells.Stored(quantity.units); !stored.empty())
             for (Index i = 0; i < cells.Size(); ++i)
                 put(i, stored[rows.SourceRow(i)]);
         else
             for (Index i = 0; i < cells.Size(); ++i)
-                put(i, ToStored(cells.Observed(i, quantity.units)));
+                put(i, cells.Observed(i, quantity.units));
         return;
     }
     Vector const predicted = block.predict(rows, term, quantity);
@@ -73,14 +86,23 @@ void ForCells(RowSet const &rows, Predictor const &block, Index term, Quantity c
     for (Index i = 0; i < cells.Size(); ++i)
         switch (quantity.kind) {
         case Quantity::Predicted:
-            put(i, ToStored(cells.InUnits(i, predicted[i], quantity.units)));
+            put(i, cells.InUnits(i, predicted[i], quantity.units));
             break;
         case Quantity::Residual:
-            put(i, ToStored(cells.Residual(i, predicted[i], quantity.units)));
+            put(i, cells.Residual(i, predicted[i], quantity.units));
             break;
         default:
-            put(i, ToStored(cells.Residual(i, predicted[i], Units::Scaled) / deviation));
+            put(i, cells.Residual(i, predicted[i], Units::Scaled) / deviation);
         }
+}
+
+// The same as one row of numbers, NaN where missing.
+Vector CellsOf(RowSet const &rows, Predictor const &block, Index term, Quantity const &quantity) {
+    Vector values(rows.Size());
+    ForCells(rows, block, term, quantity, {}, [&values]<typename Value>(Index i, Value value) {
+        values[i] = std::is_same_v<Value, float> && IsMissing(static_cast<float>(value)) ? notComputable : value;
+    });
+    return values;
 }
 
 Vector VariancesFor(ModelView const &model, Predictor const &block, Quantity const &quantity) {
@@ -90,7 +112,10 @@ Vector VariancesFor(ModelView const &model, Predictor const &block, Quantity con
 // Ends the label of a row that shows these variables, where they may be dates in the units of the data set.
 std::string DaysLabel(ModelView const &model, Quantity const &quantity, std::vector<std::uint32_t> const &variables) {
     bool const isValue = quantity.kind <= Quantity::Predicted;
-    bool const inSourceUnits = quantity.kind == Quantity::Raw || quantity.units == Units::Source;
+    std::optional<Evolution> const &evolution = model.Fit().definition.evolution;
+    bool const isTreated =
+        evolution && evolution->treatment != BatchYVarTreatment::None; // the response, no longer a date
+    bool const inSourceUnits = quantity.kind == Quantity::Raw || (quantity.units == Units::Source && !isTreated);
     return isValue && inSourceUnits ? model.FittedData().GetDaysLabel(variables) : std::string();
 }
 
@@ -116,7 +141,7 @@ TablePtr ByTerm(std::string const &name, std::optional<RowSet> const &rows, Pred
         auto const row = answer.Add(rows->Model().Label(name) + side.Label(term) +
                                     DaysLabel(rows->Model(), quantity, VariablesOf(side.all, {term})));
         ForCells(*rows, block, term, quantity, variances,
-                 [row](Index i, float value) { row[static_cast<std::size_t>(i)] = value; });
+                 [row](Index i, auto value) { row[static_cast<std::size_t>(i)] = Stored(value); });
     }
     return answer.Take();
 }
@@ -152,7 +177,7 @@ TablePtr ByObservation(std::string const &name, std::optional<RowSet> const &row
             answer.Add(rows->Model().Label(name) + "(" + identity.GetName(static_cast<int>(row) + 1) + ")" + days);
         for (Index term = 0; term < side.columns.Size(); ++term)
             ForCells(one, block, term, quantity, variances,
-                     [&](Index, float value) { values[static_cast<std::size_t>(term)] = value; });
+                     [&](Index, auto value) { values[static_cast<std::size_t>(term)] = Stored(value); });
     }
     return answer.Take();
 }
@@ -272,6 +297,18 @@ Vector PredictedY(RowSet const &rows, Index term, Index size) {
         if (!rows.HasX(row))
             predicted[row] = notComputable;
     return predicted;
+}
+
+Vector XValues(RowSet const &rows, Index term, Units units) {
+    return CellsOf(rows, xBlock, term, {Quantity::Observed, units});
+}
+
+Vector YValues(RowSet const &rows, Index term, Units units) {
+    return CellsOf(rows, yBlock, term, {Quantity::Observed, units});
+}
+
+Vector YPredictions(RowSet const &rows, Index term, Index size, Units units) {
+    return CellsOf(rows, yBlock, term, {Quantity::Predicted, units, size});
 }
 
 void AddValueHandlers(Handlers &handlers) {

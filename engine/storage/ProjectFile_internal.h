@@ -26,7 +26,7 @@ enum class Counter { DataSet, Model, CurrentPredictionSet };
 using Counters = std::array<std::int64_t, 3>;
 
 // Numbers kept in files.
-enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results, Dates };
+enum class Part { Column = 1, ObservationIdentifier, VariableIdentifier, Definition, Results, Dates, Recipe };
 
 // The tables of the file. Records are small rows, each with a checksum over all its fields; everything big is a row of
 // the table `block`, found by its part, its owner (a data set or a model) and its position from 1.
@@ -47,6 +47,7 @@ public:
     std::vector<StoredDataSet> DataSets();
     StoredDataSet DataSet(int number);
     void ReplaceDataSet(StoredDataSet const &dataSet);
+    void AddRecipe(int dataSet, std::span<std::byte const> recipe);
     void DeleteDataSet(int number);
 
     std::vector<ModelRecord> Models();

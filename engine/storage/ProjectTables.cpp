@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::int64_t applicationId = 0x44536572; // "DSer"
 constexpr std::int64_t schemaVersion = 2;
+// Of a project with derived data sets, which older versions of the program do not know.
+constexpr std::int64_t versionWithRecipes = 3;
 
 // Columns of a hundred observations and of a million are both common: pages between the two.
 constexpr char schema[] = R"(
@@ -103,11 +105,11 @@ void ProjectFile::Implementation::CheckVersion() {
     if (database.Number("PRAGMA application_id") != applicationId)
         throw NCError(ExceptionMessage::translate("{1} is not a project.") % path.string(), NCError::Error);
     std::int64_t const version = database.Number("PRAGMA user_version");
-    if (version != schemaVersion)
+    if (version != schemaVersion && version != versionWithRecipes)
         throw NCError(
             ExceptionMessage::translate("The project {1} has format {2}, expected format {3}: {4} version of this "
                                         "program wrote it.") %
-                path.string() % version % schemaVersion % (version < schemaVersion ? "an older" : "a newer"),
+                path.string() % version % versionWithRecipes % (version < schemaVersion ? "an older" : "a newer"),
             NCError::Error);
 }
 
@@ -168,8 +170,14 @@ void ProjectFile::Implementation::ReplaceDataSet(StoredDataSet const &dataSet) {
         .Run();
 }
 
+void ProjectFile::Implementation::AddRecipe(int dataSet, std::span<std::byte const> recipe) {
+    database.Execute(("PRAGMA user_version = " + std::to_string(versionWithRecipes)).c_str());
+    ReplaceBlock(Part::Recipe, dataSet, 1, {}, recipe);
+}
+
 void ProjectFile::Implementation::DeleteDataSet(int number) {
-    for (Part const part : {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier, Part::Dates})
+    for (Part const part :
+         {Part::Column, Part::ObservationIdentifier, Part::VariableIdentifier, Part::Dates, Part::Recipe})
         DeleteBlocks(part, number);
     Statement(database, "DELETE FROM data_set WHERE number = ?", number).Run();
 }

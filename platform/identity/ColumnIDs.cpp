@@ -1,5 +1,6 @@
 #include "platform/identity/ColumnIDs.h"
 
+#include "platform/containers/ColumnPick_internal.h"
 #include "platform/containers/runs_internal.h"
 #include "platform/identity/AliasAccess.h"
 #include "platform/identity/PlaceOfItem_internal.h"
@@ -33,6 +34,10 @@ struct ColumnIDs::Content {
         bool const chosen = row >= 1 && row <= static_cast<int>(aliases.size());
         return chosen ? aliases[static_cast<std::size_t>(row - 1)] : row;
     }
+    // The same of other items.
+    boost::shared_ptr<Content> With(Items others) const {
+        return boost::make_shared<Content>(Content{kind, owner, title, aliases, batches, std::move(others)});
+    }
 };
 
 namespace {
@@ -53,15 +58,16 @@ void VisitAlike(Items const &one, Items const &other, Visitor const &visitor) {
 }
 
 template <typename List>
-List Picked(List list, ColumnIDs::Positions const &positions) {
-    if constexpr (requires { list.Reduce(positions); }) {
-        list.Reduce(positions);
-        return list;
+List Picked(List const &list, ColumnPick const &pick) {
+    if constexpr (std::is_arithmetic_v<ItemOf<List>>) {
+        List picked(static_cast<int>(pick.Size()));
+        pick.Copy(list.Values().data(), picked.MutableValues().data());
+        return picked;
     } else {
         std::vector<ItemOf<List>> picked;
-        picked.reserve(positions.size());
-        for (int const position : positions)
-            picked.push_back(std::as_const(list)[position]);
+        picked.reserve(pick.Size());
+        for (int const position : pick.ToPositions())
+            picked.push_back(list[position]);
         return List(std::move(picked));
     }
 }
@@ -116,15 +122,13 @@ std::size_t SkipBelow(std::span<Item const> items, std::size_t at, Item item) {
     return static_cast<std::size_t>(std::lower_bound(from, to, item) - items.begin());
 }
 
-// The places of the items that two rising lists have in common. They come in runs as a rule.
+// The places of the items that two lists have in common, here and there, in the order of the first.
+using Places = std::pair<ColumnPick, ColumnPick>;
+
+// They come in runs as a rule.
 template <typename Item>
-void MatchRising(std::span<Item const> mine, std::span<Item const> others, ColumnIDs::Positions &here,
-                 ColumnIDs::Positions &there) {
-    int const most = static_cast<int>(std::min(mine.size(), others.size()));
-    here = there = ColumnIDs::Positions(most);
-    int *const first = here.MutableValues().data();
-    int *toHere = first;
-    int *toThere = there.MutableValues().data();
+Places MatchRising(std::span<Item const> mine, std::span<Item const> others) {
+    ColumnPick::Runs here, there;
     std::size_t at = 0, otherAt = 0;
     while (at < mine.size() && otherAt < others.size()) {
         if (mine[at] < others[otherAt]) {
@@ -132,17 +136,33 @@ void MatchRising(std::span<Item const> mine, std::span<Item const> others, Colum
         } else if (others[otherAt] < mine[at]) {
             otherAt = SkipBelow(others, otherAt, mine[at]);
         } else {
-            auto const run = static_cast<std::ptrdiff_t>(CommonLength(mine.subspan(at), others.subspan(otherAt)));
-            std::iota(toHere, toHere + run, static_cast<int>(at) + 1);
-            std::iota(toThere, toThere + run, static_cast<int>(otherAt) + 1);
-            toHere += run;
-            toThere += run;
-            at += static_cast<std::size_t>(run);
-            otherAt += static_cast<std::size_t>(run);
+            std::size_t const run = CommonLength(mine.subspan(at), others.subspan(otherAt));
+            ColumnPick::Append(here, {at, run});
+            ColumnPick::Append(there, {otherAt, run});
+            at += run;
+            otherAt += run;
         }
     }
-    here.resize(static_cast<int>(toHere - first));
+    return {ColumnPick(std::move(here)), ColumnPick(std::move(there))};
+}
+
+template <typename List>
+Places MatchItems(List const &mine, List const &others) {
+    if constexpr (std::is_integral_v<ItemOf<List>>)
+        if (IsRising(mine.Values()) && IsRising(others.Values()))
+            return MatchRising(mine.Values(), others.Values());
+    PlaceOfItem<List> const place(others);
+    ColumnIDs::Positions there(mine.Size());
+    int *match = there.MutableValues().data();
+    auto const items = mine.begin();
+    ColumnIDs::Positions here = PositionsWhere(mine.Size(), [&](int position) {
+        *match = place(items[position - 1]);
+        bool const common = *match != 0;
+        match += common ? 1 : 0;
+        return common;
+    });
     there.resize(here.Size());
+    return {ColumnPick(std::move(here)), ColumnPick(std::move(there))};
 }
 
 std::string NumberText(double value) {
@@ -352,16 +372,18 @@ void ColumnIDs::Remove(Positions const &positions) {
 }
 
 void ColumnIDs::Reduce(Positions const &positions) {
-    Content const &old = Read();
     int const size = Size();
     auto const within = [size](int position) { return position >= 1 && position <= size; };
     Positions kept = positions;
     // Counted, which is faster than to stop at the first.
     if (std::ranges::count_if(positions, within) != positions.Size())
         kept.Reduce(PositionsWhere(positions.Size(), [&](int at) { return within(positions[at]); }));
-    auto const pick = [&kept](auto const &list) { return Content::Items(Picked(list, kept)); };
-    m_content = boost::make_shared<Content>(
-        Content{old.kind, old.owner, old.title, old.aliases, old.batches, std::visit(pick, old.items)});
+    Reduce(ColumnPick(std::move(kept)));
+}
+
+void ColumnIDs::Reduce(ColumnPick const &pick) {
+    Content const &old = Read();
+    m_content = old.With(std::visit([&](auto const &list) { return Content::Items(Picked(list, pick)); }, old.items));
 }
 
 void ColumnIDs::SetBatches(BatchInfoVector batches) {
@@ -419,32 +441,48 @@ void ColumnIDs::Difference(ColumnIDs const &other, Positions &here, Positions &t
 int ColumnIDs::InterSection(ColumnIDs const &other, Positions &here, Positions &there, int flag) const {
     here.clear();
     there.clear();
-    if (Size() > 0 && *this == other) {
-        if (flag == 0)
-            here = there = CountedTo(Size());
-        return 2;
+    Pick mine, others;
+    int const common = Match(other, mine, others);
+    if (common == 2 && flag == 0) {
+        here = there = CountedTo(Size());
+    } else if (common == 1) {
+        here = mine ? mine->ToPositions() : CountedTo(Size());
+        there = others ? others->ToPositions() : CountedTo(other.Size());
     }
+    return common;
+}
+
+int ColumnIDs::Match(ColumnIDs const &other, Pick &here, Pick &there) const {
+    here = there = std::nullopt;
+    if (Size() > 0 && *this == other)
+        return 2;
     if (GetSource() != other.GetSource())
         return 0;
+    std::size_t common = 0;
     VisitAlike(Read().items, other.Read().items, [&]<typename List>(List const &mine, List const &others) {
-        if constexpr (std::is_integral_v<ItemOf<List>>)
-            if (IsRising(mine.Values()) && IsRising(others.Values())) {
-                MatchRising(mine.Values(), others.Values(), here, there);
-                return;
-            }
-        PlaceOfItem<List> const place(others);
-        there = Positions(mine.Size());
-        int *match = there.MutableValues().data();
-        auto const items = mine.begin();
-        here = PositionsWhere(mine.Size(), [&](int position) {
-            *match = place(items[position - 1]);
-            bool const common = *match != 0;
-            match += common ? 1 : 0;
-            return common;
-        });
-        there.resize(here.Size());
+        Places places = MatchItems(mine, others);
+        common = places.first.Size();
+        if (!places.first.IsAll(SizeOf(mine)))
+            here = std::move(places.first);
+        if (!places.second.IsAll(SizeOf(others)))
+            there = std::move(places.second);
     });
-    return here.empty() ? 0 : 1;
+    return common > 0 ? 1 : 0;
+}
+
+int ColumnIDs::KeepCommon(ColumnIDs const &other, Pick &here, Pick &there) {
+    int const common = Match(other, here, there);
+    if (common == 0 || !here)
+        return common;
+    // Where all of the other list are kept its numbers are those that stay, and are shared.
+    auto const kept = [&]<typename List>(List const &list) -> Content::Items {
+        if constexpr (std::is_integral_v<ItemOf<List>>)
+            if (!there)
+                return other.Read().items;
+        return Picked(list, *here);
+    };
+    m_content = Read().With(std::visit(kept, Read().items));
+    return common;
 }
 
 bool ColumnIDs::operator==(ColumnIDs const &other) const {

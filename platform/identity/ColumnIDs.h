@@ -9,8 +9,11 @@
 
 #include <iosfwd>
 #include <list>
+#include <optional>
 #include <string>
 #include <vector>
+
+class ColumnPick;
 
 // Identity of the columns of a table: which items they are, not how they are called. Columns count from 1.
 //
@@ -103,11 +106,21 @@ public:
     friend DATASERIES_API std::istream &operator>>(std::istream &stream, ColumnIDs &columns);
 
 private:
+    friend class ProjectData;
+    friend class TableJoin;
+
     struct Content;
+    using Pick = std::optional<ColumnPick>; // nothing: all, in their order
 
     ColumnIDs(ProjectPtr const &project, Content content);
     Content const &Read() const;
     Content &Write();
+
+    // InterSection by picks.
+    int Match(ColumnIDs const &other, Pick &here, Pick &there) const;
+    // Keeps the columns that the other list has too, if there are any. Answers and picks are those of Match.
+    int KeepCommon(ColumnIDs const &other, Pick &here, Pick &there);
+    void Reduce(ColumnPick const &pick);
 
     boost::shared_ptr<Content> m_content; // null stands for none
     boost::weak_ptr<NCProject const> m_project;

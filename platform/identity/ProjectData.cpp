@@ -63,10 +63,9 @@ void ProjectData::Reserve(int rows) {
         m_matrix.reserve(rows);
 }
 
-void ProjectData::KeepColumns(ColumnIDs::Positions const &positions) {
-    ColumnPick const pick(positions);
+void ProjectData::KeepColumns(ColumnPick const &pick) {
     m_matrix.KeepColumns(pick);
-    m_columns.Reduce(positions);
+    m_columns.Reduce(pick);
     KeepMarks(pick);
 }
 
@@ -82,33 +81,29 @@ void ProjectData::AppendLabels(ProjectData const &other) {
 }
 
 bool ProjectData::InterSection(ProjectData const &other) {
-    ColumnIDs::Positions here;
-    ColumnIDs::Positions there;
-    switch (m_columns.InterSection(other.m_columns, here, there, 1)) {
-    case 0:
+    ColumnIDs::Pick here, there;
+    if (m_columns.KeepCommon(other.m_columns, here, there) == 0)
         return false;
-    case 2:
-        m_matrix.AppendRows(other.m_matrix);
-        break;
-    default:
-        if (here.Size() < Columns())
-            KeepColumns(here);
-        m_matrix.AppendRows(other.m_matrix, ColumnPick(there));
+    if (here) {
+        m_matrix.KeepColumns(*here);
+        KeepMarks(*here);
     }
+    if (there)
+        m_matrix.AppendRows(other.m_matrix, *there);
+    else
+        m_matrix.AppendRows(other.m_matrix);
     m_columns.MergeBatches(other.m_columns);
     AppendLabels(other);
     return true;
 }
 
 std::unique_ptr<ProjectData> ProjectData::UseOnly(ColumnIDs const &ids) const {
-    ColumnIDs::Positions wanted;
-    ColumnIDs::Positions here;
-    int const common = ids.InterSection(m_columns, wanted, here, 1);
-    if (common == 0)
+    ColumnIDs::Pick wanted, here;
+    if (ids.Match(m_columns, wanted, here) == 0)
         return nullptr;
     auto reduced = std::make_unique<ProjectData>(*this);
-    if (common == 1)
-        reduced->KeepColumns(here);
+    if (here)
+        reduced->KeepColumns(*here);
     return reduced;
 }
 

@@ -73,7 +73,7 @@ public:
 private:
     friend class TableJoin;
 
-    void KeepColumns(ColumnIDs::Positions const &positions);
+    void KeepColumns(ColumnPick const &pick);
     // Cuts down what is told of columns beside their identity.
     void KeepMarks(ColumnPick const &pick);
     void AppendLabels(ProjectData const &other);

@@ -21,20 +21,8 @@ bool TableJoin::Add(TablePtr table) {
     Piece piece{nullptr, static_cast<std::size_t>(alike - m_pieces.begin()), {}, {}};
     if (m_pieces.empty()) {
         m_columns = columns;
-    } else if (alike == m_pieces.end()) {
-        ColumnIDs::Positions here, there;
-        switch (m_columns.InterSection(columns, here, there, 1)) {
-        case 0:
-            return false;
-        case 2:
-            break;
-        default:
-            if (here.Size() < m_columns.Size()) {
-                m_columns.Reduce(here);
-                piece.here.emplace(std::move(here));
-            }
-            piece.there.emplace(std::move(there));
-        }
+    } else if (alike == m_pieces.end() && m_columns.KeepCommon(columns, piece.here, piece.there) == 0) {
+        return false;
     }
     m_columns.MergeBatches(columns);
     if (!m_pieces.empty() && m_pieces.back().columnsOf == piece.columnsOf) {
@@ -63,7 +51,7 @@ std::vector<TableJoin::Pick> TableJoin::PlacesOfColumns(Pick common) {
     return places;
 }
 
-TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
+TablePtr TableJoin::Take(Pick const &kept) {
     if (m_pieces.empty())
         return nullptr;
     TablePtr joined = std::move(m_pieces.front().table);
@@ -73,7 +61,7 @@ TablePtr TableJoin::Take(std::optional<ColumnIDs::Positions> const &kept) {
         if (kept)
             joined->KeepColumns(*kept);
     } else {
-        std::vector<Pick> const places = PlacesOfColumns(kept ? Pick(*kept) : std::nullopt);
+        std::vector<Pick> const places = PlacesOfColumns(kept);
         if (kept)
             joined->m_columns.Reduce(*kept);
         if (places.front())

@@ -22,9 +22,9 @@ public:
     // The columns that all tables have.
     ColumnIDs const &Columns() const { return m_columns; }
 
-    // The rows of all tables, in their order, with the common columns at these rising positions, or all of them. The
+    // The rows of all tables, in their order, with the common columns at these rising places, or all of them. The
     // join is empty afterwards.
-    TablePtr Take(std::optional<ColumnIDs::Positions> const &kept = {});
+    TablePtr Take(std::optional<ColumnPick> const &kept = {});
 
 private:
     using Pick = std::optional<ColumnPick>; // nothing: all, in their order

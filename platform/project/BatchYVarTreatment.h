@@ -2,10 +2,11 @@
 
 #include "platform/project/NCModel.h"
 
+#include <span>
 #include <string>
 
 // What is done to the Y variable of a batch model before it is used, batch by batch.
-struct BatchYVarTreatment {
+struct DATASERIES_API BatchYVarTreatment {
     enum Treatment : int { None = 0, Shifted = 1, Normalized = 2, Smoothed = 3 };
 
     static int GetTreatment(NCBatchModel const &model) { return model.GetYVarTreatment(); }
@@ -23,4 +24,13 @@ struct BatchYVarTreatment {
             return {};
         }
     }
+
+    // Treats the values of one batch in place, in the order of its observations. NaN is a missing value, stays one, and
+    // does not count as first or last. With y(1) the first and y(n) the last observed value:
+    //   Shifted     y - y(1)
+    //   Normalized  (y - y(1))/(y(n) - y(1)), missing where the batch ends where it began
+    //   Smoothed    the least-squares parabola in the position within the batch, then its running maximum, so that
+    //               maturity never goes back; of one or two observed values a constant or a line
+    // Any other treatment changes nothing.
+    static void Apply(int treatment, std::span<double> values);
 };

@@ -56,6 +56,8 @@ class DATASERIES_API NCBatchModel : public PredictiveModel {
 public:
     // Positions of the model's batches in the project's batch information, from 1.
     virtual std::vector<int> GetBatchIndexes() const = 0;
+    // The model's batches, each with its observations, in their order.
+    virtual BatchInfoVector GetBatchInfo() const { return {}; }
     virtual std::string GetBatchName(int index) const = 0;
     // What is done to the Y variable batch by batch (BatchYVarTreatment).
     virtual int GetYVarTreatment() const { return 0; }

@@ -1,5 +1,6 @@
+#include "tests/app/Program.h"
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -12,73 +13,11 @@
 #include <string>
 #include <vector>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 namespace {
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-
-std::string Contents(std::filesystem::path const &file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-// The fields of each line; for texts without quotes.
-std::vector<std::vector<std::string>> Fields(std::string const &text) {
-    std::vector<std::vector<std::string>> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.emplace_back();
-        std::istringstream fields(line + ',');
-        for (std::string field; std::getline(fields, field, ',');)
-            lines.back().push_back(field);
-    }
-    return lines;
-}
-
-struct Outcome {
-    int status;
-    std::string out, error;
-};
-
-// Runs command lines of the program in a folder of their own, by a shell.
-class Program : public ::testing::Test {
-protected:
-    Program() {
-        std::string pattern = ::testing::TempDir() + "program-XXXXXX";
-        folder = mkdtemp(pattern.data());
-    }
-    ~Program() override { std::filesystem::remove_all(folder); }
-
-    Outcome Shell(std::string const &line) const {
-        std::string const command = "cd " + folder.string() + " && { " + line + "; } > out 2> error";
-        int const status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(folder / "out"), Contents(folder / "error")};
-    }
-    Outcome Run(std::string const &arguments) const { return Shell(PROGRAM " " + arguments); }
-    std::string Done(std::string const &arguments) const {
-        Outcome const outcome = Run(arguments);
-        EXPECT_EQ(outcome.status, 0) << arguments;
-        EXPECT_EQ(outcome.error, "") << arguments;
-        return outcome.out;
-    }
-    void Write(char const *name, char const *text) const { std::ofstream(folder / name) << text; }
-
-    // 8 observations; row l,2 has a missing cell, row x3 nothing at all.
-    void MakeProject() const {
-        Write("a.csv", "id,a,b,\"c,d\",y\nx1,1,2,3.5,1\n\"l,2\",2,2.2,?,2\nx3,?,?,?,3\nx4,4,1,7,3\nx5,5,2,1,6\n"
-                       "x6,3,5,6,1\nx7,2,3,1,9\nx8,1,7,7,4\n");
-        Done("import a.project a.csv --missing '?'");
-        Done("fit a.project --type pca --components 2 --cv-groups 0 --exclude y");
-        Done("fit a.project --type pls --y y --components 1 --cv-groups 3");
-    }
-
-    std::filesystem::path folder;
-};
 
 TEST_F(Program, GoesTheWholeRoad) {
     MakeProject();
@@ -288,6 +227,10 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
         {"fit a.project --type pls --y 'y,\"c,d\",k'", 1, "There is no variable \"k\" in data set 1 (a)."},
         {"fit a.project --type pca --scaling z", 2, "\"z\" is no scaling such as uv"},
         {"fit a.project --type pca --scaling z=uv", 1, "There is no variable \"z\" of the model"},
+        {"fit a.project --type pca --weight a", 2, "\"a\" is no weight of a variable such as ash=0.5"},
+        {"fit a.project --type pca --weight a=0", 1, "The weight of variable \"a\" is 0"},
+        {"fit a.project --type pca --block a,b", 2, "\"a,b\" is no block of variables"},
+        {"fit a.project --type pca --block x=a,b --block y=a", 1, "Variable \"a\" is in block \"x\" and again"},
         {"fit a.project --type pls --y 'y,\"c'", 2, "A quote in \"y,\"c\" is not closed."},
         {"fit a.project --type pls --y y,,a", 2, "\"y,,a\" holds an empty name."},
         {"fit a.project --type pca --data 7", 1, "There is no data set 7."},
@@ -309,6 +252,12 @@ TEST_F(Program, TellsInOneLineWhatIsWrong) {
          "There is no vector \"p\" with one value for each observation in model 1. It has one value for each "
          "variable."},
         {"table a.project 't M1,3,0,0'", 1, "gives no data. There is no component \"3\": model 1 has 2 of that kind."},
+        {"table a.project 'ContSc M1,0,0,0,100000000,2,0,0,1,1,0,1'", 1,
+         "ContSc is asked with 100000000 weights, but its arguments hold no more than 7"},
+        {"table a.project 'ContSc M1,0,0,0,1,8,0,0,100000000,1,0,1'", 1, "with 100000000 members of the second group"},
+        {"table a.project 'AlContSc M2,0,0,0,1,8,0,100000000,A$,5,0,1'", 1, "with 100000000 members of the first"},
+        {"table a.project 'ContSc M1,0,0,0,1,8'", 1, "The arguments of ContSc end before the response"},
+        {"table a.project 'AlContSc M2,0,0,0,1,8,0,0,0,1'", 1, "gives no data. Model 2 is no model of batches."},
         {"table a.project 'tcvSE M1,1,0,0'", 1, "gives no data. The model is not cross-validated."},
         {"table a.project 'tcv M2,1,0,0' 't M2,0,0,0'", 1, "\"t M2,0,0,0\" gives no data. There is no component \"0\""},
         {"table a.project 'tPS M1,1,0,0'", 1, "gives no data. There is no prediction set"},
@@ -509,6 +458,8 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
     EXPECT_THAT(Done("centre s.project --none"), HasSubstr("no centre values"));
     Done("fit s.project --type pls --y y --components 1 --cv-by site --exclude a");
     EXPECT_EQ(Fields(Done("table s.project 'CVGroups M2' --format csv")), Fields("id,M2.CVGroups\nb,1\nc,2\nd,2\n"));
+    Done("fit s.project --type pls --y y --components 1 --cv-groups 0 --lags x:1,y:1-2");
+    EXPECT_EQ(Done("build s.project --series XVar:y.L2@M3 --format csv"), "id,M3.XVar(y.L2)\na,\nb,\nc,1\nd,2\n");
     struct {
         char const *line, *error;
         int status;
@@ -520,6 +471,12 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
                        {"fit s.project --type pca --cv-by site --exclude a,b", "two groups at least", 1},
                        {"centre s.project --variables x", "--by COLUMN", 2},
                        {"fit s.project --type pca --product x*", "\"x*\" is no product", 2},
+                       {"fit s.project --type pca --lags x:0", "\"x:0\" is no variable with its lags", 2},
+                       {"fit s.project --type pca --lags x:3-1", "\"x:3-1\" is no variable with its lags", 2},
+                       {"fit s.project --type pca --lags x:1-", "\"x:1-\" is no variable with its lags", 2},
+                       {"fit s.project --type pca --lags x", "\"x\" is no variable with its lags", 2},
+                       {"fit s.project --type pca --lags all:9", "There are no lags 9 to 9", 1},
+                       {"fit s.project --type pca --lags u:1", "There is no variable \"u\" of the model", 1},
                        {"fit s.project --type pca --product x*u", "\"u\", a factor of a square", 1}};
     for (auto const &row : wrong) {
         Outcome const outcome = Run(row.line);
@@ -529,6 +486,69 @@ TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
 }
 
 // Pairs of rows a minute apart over ten years, and a prediction set of other years.
+// From the history of batches to models of their phases and of whole batches, and to batches that are new or running.
+TEST_F(Program, FollowsBatches) {
+    std::string history = "batch,phase,x1,x2,time\n", conditions = "batch,charge,yield\n", next;
+    for (int batch = 1; batch <= 9; ++batch) {
+        std::string rows;
+        for (int i = 0; i < 6 + batch % 3; ++i)
+            rows += "B" + std::to_string(batch) + (i < 3 ? ",warm," : ",run,") + std::to_string(i * i + batch * 7 % 4) +
+                    "," + std::to_string(20 - 2 * i + (batch * i) % 3) + "," + std::to_string(i) + "\n";
+        (batch < 9 ? history : next) += rows;
+        conditions +=
+            "B" + std::to_string(batch) + "," + std::to_string(batch % 4) + "," + std::to_string(batch * 5 % 7) + "\n";
+    }
+    Write("history.csv", history.c_str());
+    Write("conditions.csv", conditions.c_str());
+    Write("next.csv", ("batch,phase,x1,x2,time\n" + next.substr(0, next.find("B9,run,16"))).c_str());
+    Done("import b.project history.csv --batch batch --phase phase");
+    Done("import b.project conditions.csv");
+    EXPECT_THAT(Done("fit b.project --type batch --maturity time --phase-models --components 1"),
+                HasSubstr("  batches       of phase run, 8 batches on 4 points\n"));
+    Done("fit b.project --type batch-opls --maturity time --align maturity --treatment smoothed --components 1,1");
+    EXPECT_THAT(Done("fit b.project --type batch-level --from 1 --with 2 --y yield --components 1"),
+                HasSubstr("model 4 (PLS) of data set 3\n  observations  8\n  X variables   8\n"));
+    EXPECT_THAT(Done("datasets b.project"), HasSubstr("       3  Batches of M1 M2  batch level             8"));
+    EXPECT_THAT(Done("predict b.project next.csv --batch batch --phase phase --running B9"),
+                HasSubstr("  model 4: 8 of 8 X variables found\n"));
+    auto const terms = Fields(Done("table b.project 'w* M4,1,0,0' --format csv"));
+    auto const ofNew = [&](std::size_t term) {
+        return Fields(Done("build b.project --series 'XVarPS:" + terms.at(term)[0] + "@M4' --format csv")).at(1);
+    };
+    EXPECT_EQ(terms.size(), 9u);
+    EXPECT_EQ(ofNew(1).size(), 2u) << "its past is known";
+    EXPECT_EQ(ofNew(7), (std::vector<std::string>{"B9", ""})) << "its future is not";
+    EXPECT_EQ(ofNew(8), (std::vector<std::string>{"B9", "1"})) << "nor is it needed for its charge";
+
+    EXPECT_THAT(Done("build b.project --type aligned --series t:1@M2 --batches B3,Average --format csv"),
+                StartsWith("time,\"M2.t[Comp. 1], Batch: B3\",\"M2.t[Comp. 1], Batch: Average\"\n"));
+    auto const sums =
+        Fields(Done("build b.project --type batches --series TAlignedOOCSum:1@M2 --multiplier 0.5 --format csv"));
+    ASSERT_EQ(sums.size(), 9u);
+    EXPECT_GT(std::stod(sums[1][1]) + std::stod(sums[2][1]), 0);
+    EXPECT_EQ(Fields(Done("build b.project --series tBatch:1@M2 --batches B3 --format csv")).size(), 4u);
+
+    std::pair<char const *, char const *> const wrong[] = {
+        {"fit b.project --type batch", "--maturity NAME, and no --y"},
+        {"fit b.project --type batch --y x1", "--maturity NAME"},
+        {"fit b.project --type pls --maturity time --y x1", "are for --type batch"},
+        {"fit b.project --type batch --maturity time --phase cool",
+         "There is no phase \"cool\" in data set 1 (history)"},
+        {"fit b.project --type batch-level", "--from N"},
+        {"fit b.project --type batch-level --from 4", "Model 4 is no model of the evolution of batches"},
+        {"fit b.project --type batch-level --from 1 --with 9", "There is no data set 9"},
+        {"fit b.project --type batch-level --from 1 --of variables --y colour", "There is no variable \"colour\""},
+        {"fit b.project --type pca --from 1", "are for --type batch-level"},
+        {"predict b.project next.csv --batch batch --name later --running B1", "There is no batch \"B1\""},
+        {"build b.project --type aligned --series t:1@M2 --batches B30", "There is no batch \"B30\" in model 2"}};
+    for (auto const &[command, message] : wrong) {
+        Outcome const outcome = Run(command);
+        EXPECT_NE(outcome.status, 0) << command;
+        EXPECT_THAT(outcome.error, HasSubstr(message)) << command;
+    }
+    EXPECT_EQ(Fields(Done("datasets b.project --format csv")).size(), 6u) << "what fails leaves nothing";
+}
+
 TEST_F(Program, KeepsTimesAsTheyAre) {
     ASSERT_EQ(
         Shell("TZ=UTC awk 'BEGIN { print \"id,when,v,u\"; for (i = 0; i < 4000; ++i) printf \"r%d,%s,%d,%d\\n\", i, "
@@ -593,7 +613,7 @@ TEST_F(Program, EndsCleanly) {
 #ifndef __SANITIZE_ADDRESS__ // which needs more memory than there is
     // And so does a lack of memory, from the least by which the program starts at all.
     Outcome const scarce =
-        Shell("v=20000; until (ulimit -v $v; " PROGRAM " --version) > log 2>&1; do v=$((v + 1000)); done; "
+        Shell("v=20000; until (ulimit -v $v; " PROGRAM " --version) > log 2>&1; do v=$((v + 1000)); done 2> log; "
               "(ulimit -v $((v + 4000)); " PROGRAM " import m.project a.csv); echo $?; ls -A . | grep m.project");
     EXPECT_EQ(scarce.out, "1\n") << "and no file";
     EXPECT_EQ(scarce.error, "dataseries: There is not enough memory.\n");
@@ -621,6 +641,12 @@ TEST_F(Program, ExplainsWhatATextAsksFor) {
           "number,0,not used", "result,,\"1 row, M2.DModX[1], of 8 observations\"",
           "missing,,1 of 8: 1 without any observed X variable",
           "freedom,,\"2 and 12: columns, and columns times 6 rows"}},
+        {"ContSc M2,0,0,0,1,2,0,0,2,1,2,0,1",
+         {"weights,\"1,2\",weight w*", "reference,0,none: the average of the workset",
+          "compared,\"2,1,2\",\"observation 1, ", "components,1,component 1"}},
+        {"ContDModX M2,0,0,0,1,5,1,0,1,3,1,1",
+         {"weights,\"1,5\",\"coefficient CoeffCS", "response,1,\"Y variable 1", "group,0,\"none: observation 1",
+          "second group,\"1,3\",not used", "components,1,residuals after component 1"}},
         {"DModX@M3", {"whole model, 1+1 components", "freedom,,\"1 and 5:", "it is of the whole model"}},
         {"DModX M2,0,0,0", {"no component, of 1", "freedom,,\"3 and 21:"}},
         {"DModY M2,-1,0,0", {"nothing. There is no component \"\"-1\"\": model 2 has 1"}},

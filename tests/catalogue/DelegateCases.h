@@ -53,8 +53,8 @@ struct DelegateCase {
 };
 
 // Each vector asks the operations of its row, and tells its name in its help.
-inline void ExpectCalls(std::span<DelegateCase const> cases) {
-    auto const project = FourModels();
+inline void ExpectCalls(std::span<DelegateCase const> cases,
+                        boost::shared_ptr<RecordingProject> const &project = FourModels()) {
     for (DelegateCase const &row : cases) {
         ProjectVector const *const vector = FindFor(*project, row.name, row.type, row.args);
         ASSERT_NE(vector, nullptr) << row.name;

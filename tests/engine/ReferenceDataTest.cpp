@@ -10,7 +10,7 @@
 namespace engine {
 namespace {
 
-// A table with a row of names and a column of names; an empty cell is missing.
+// A table with a row of names and columns of names; an empty cell is missing.
 RowMatrix Read(std::string const &name) {
     std::ifstream file(std::string(REFERENCE_DIR) + "/" + name);
     std::vector<std::vector<double>> rows;
@@ -22,7 +22,10 @@ RowMatrix Read(std::string const &name) {
         std::getline(cells, cell, ',');
         auto &row = rows.emplace_back();
         while (std::getline(cells, cell, ','))
-            row.push_back(cell.empty() || cell == "\r" ? nan : std::stod(cell));
+            if (cell.empty() || cell == "\r")
+                row.push_back(nan);
+            else if (std::isalpha(static_cast<unsigned char>(cell.front())) == 0)
+                row.push_back(std::stod(cell));
     }
     RowMatrix table(rows.size(), rows.empty() ? 0 : rows.front().size());
     for (Index i = 0; i < table.rows(); ++i)
@@ -60,6 +63,14 @@ Matrix C(FittedModel const &model) {
 }
 Matrix B(FittedModel const &model) {
     return Coefficients(model.components, model.components.Predictive());
+}
+
+// For each size of the model, of one response.
+Matrix BySize(FittedModel const &model) {
+    Matrix coefficients(model.components.w.rows(), model.components.Predictive());
+    for (Index size = 1; size <= coefficients.cols(); ++size)
+        coefficients.col(size - 1) = Coefficients(model.components, size);
+    return coefficients;
 }
 
 std::vector<int> Without(int size, std::vector<int> const &left) {
@@ -112,6 +123,15 @@ TEST(ReferenceData, Agrees) {
          {{"cornell/ropls_pls_A3_T.csv", T},
           {"cornell/ropls_pls_A3_W.csv", W},
           {"cornell/ropls_pls_A3_B_scaled.csv", B}}},
+        {"batch_film_coating/film_coating.csv",
+         Without(8, {0}),
+         {0},
+         3,
+         {{"batch_film_coating/observation_level_pls_on_time_A3_T.csv", T},
+          {"batch_film_coating/observation_level_pls_on_time_A3_P.csv", P},
+          {"batch_film_coating/observation_level_pls_on_time_A3_W.csv", W},
+          {"batch_film_coating/observation_level_pls_on_time_A3_Wstar.csv", WStar},
+          {"batch_film_coating/observation_level_pls_on_time_A3_B_scaled.csv", BySize}}},
         {"linnerud/linnerud.csv",
          {3, 4, 5},
          {0, 1, 2},

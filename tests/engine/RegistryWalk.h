@@ -5,6 +5,7 @@
 #include "platform/project/NCProject.h"
 
 #include <string>
+#include <string_view>
 
 // What a walk over all statistics of the registry asks of each.
 namespace walk {
@@ -18,7 +19,8 @@ inline bool HasComponents(ProjectVector const &vector, ModelInfo const &info) {
     return true;
 }
 
-// The first of each thing that the vector takes; pairs and ranges end at the last predictive component.
+// The first of each thing that the vector takes; pairs and ranges end at the last predictive component,
+// multipliers are 1 and -1.
 // `newObservation` is the number of the first observation of the prediction set.
 inline std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *info, int newObservation) {
     bool const isNew = vector.GetNumberType() == ProjectVector::NumberObsOrVar &&
@@ -33,7 +35,23 @@ inline std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *inf
     text += std::string(allKinds ? ",1,1,1," : ",1,") + std::to_string(isNew ? newObservation : 1) + ",1";
     if (vector.UseUnscalingTransform())
         text += ",1,1";
-    return vector.UseNumberID2() ? text + "," + std::to_string(info ? info->predictiveComponents : 1) : text;
+    // Of a pair or range; a phase or response is the first.
+    bool const isComponent = vector.GetNumberType() == ProjectVector::NumberComponentRange ||
+                             vector.GetNumberType() == ProjectVector::NumberBatchComponentRange;
+    if (vector.UseNumberID2())
+        text += "," + std::to_string(info && isComponent ? info->predictiveComponents : 1);
+    if (vector.IsContribution()) // in standard deviations, the first observation against the second, or the first point
+        text += vector.IsAlignedContribution() ? ",1,0,0,0,0,1" : ",1,0,0,1,2,1,1,0,1";
+    if (vector.IsImpulseResponseVector())
+        text += ",0-2";
+    return text + (vector.UseBatchIx() ? ",1" : "") + (vector.HasMultiplier() ? ",1,-1" : "");
+}
+
+// Statistics of batch projects.
+inline bool IsOfBatches(ProjectVector const &vector) {
+    std::string_view const name = vector.GetName();
+    return vector.UseBatchIx() || vector.GetType() >= ProjectVector::VectorTypeAligned || name == "BatchVIP" ||
+           name == "YVarDS" || name == "YVarDSPS" || vector.IsAlignedContribution();
 }
 
 // Calls ask(model) for each model that the vector is valid for, and ask(nullptr) for a vector that takes none.

@@ -38,6 +38,7 @@ struct ModelCase {
     ModelTypeE::Model type;
     std::vector<std::string> responses, excluded;
     int components;
+    std::vector<engine::VariableLags> lags = {};
 };
 
 // One orthogonal component of each kind that the model can have, three rounds; and new rows, the same for all models.
@@ -47,6 +48,7 @@ inline void AddModel(Project &project, ModelCase const &model, char const *predi
     request.responses = model.responses;
     request.excluded = model.excluded;
     request.components = model.components;
+    request.lags = model.lags;
     request.xOrthogonal = request.yOrthogonal = 1;
     request.crossValidationGroups = 3;
     project.AddModel(request);

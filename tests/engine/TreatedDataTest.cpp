@@ -33,6 +33,58 @@ protected:
     boost::shared_ptr<Project> m_project;
 };
 
+// Of unit variance, then weighed: the variance of a scaled variable is that of its weight and of its block.
+TEST_F(TreatedData, WeighsVariablesAndBlocks) {
+    m_project->AddDataSet(Read("id,a,b,c,d,y\n1,1,2,8,1,1\n2,2,1,6,3,3\n3,5,3,7,2,2\n4,4,9,1,2,5\n5,3,3,2,7,4\n"));
+    ModelRequest request;
+    request.type = ModelTypeE::PLS;
+    request.responses = {"y"};
+    request.components = 1;
+    request.weights = {{"b", 0.5}, {"y", 2}};
+    request.blocks = {{"first", {"a", "b", "c"}}};
+    request.squares = true;
+    for (bool const hard : {false, true}) {
+        request.hardBlocks = hard;
+        int const model = m_project->AddModel(request);
+        double const inThree = hard ? 1.0 / 3 : 1 / std::sqrt(3.0);
+        std::vector<double> const variances{inThree, inThree / 4, inThree, 1, 1, 1, 1, 1};
+        TablePtr const x = GetProjectData(*m_project).GetXVar(model, false, false, nullptr, -1);
+        ASSERT_EQ(x->Rows(), 8) << "and squares, which are in no block";
+        for (int term = 1; term <= 8; ++term) {
+            double squares = 0;
+            for (float const value : x->GetMatrix().Row(term))
+                squares += static_cast<double>(value) * value;
+            EXPECT_NEAR(squares / 4, variances[static_cast<std::size_t>(term - 1)], 1e-5) << hard << ' ' << term;
+        }
+        ExpectFigures(
+            *m_project,
+            {{"YVar M" + std::to_string(model) + ",0,1,0,0,0", Scores, {-2.529822, 0, -1.264911, 2.529822, 1.264911}}});
+    }
+    // The lags of a variable count in its block.
+    request.squares = false;
+    request.weights = {};
+    request.lags = {{"a", 1, 2}};
+    int const lagged = m_project->AddModel(request);
+    double squares = 0;
+    TablePtr const x = GetProjectData(*m_project).GetXVar(lagged, false, false, nullptr, -1);
+    for (float const value : x->GetMatrix().Row(2))
+        squares += static_cast<double>(value) * value;
+    EXPECT_NEAR(squares / 4, 1.0 / 5, 1e-5);
+    request.lags = {};
+    for (auto const &[blocks, message] :
+         std::vector<std::pair<std::map<std::string, std::vector<std::string>>, std::string>>{
+             {{{"one", {"a", "b"}}, {"two", {"b"}}}, "Variable \"b\" is in block \"one\" and again in \"two\"."},
+             {{{"one", {"y"}}}, "\"y\" in block \"one\" is no X variable of the model."}}) {
+        request.blocks = blocks;
+        try {
+            m_project->AddModel(request);
+            ADD_FAILURE() << message;
+        } catch (NCError const &error) {
+            EXPECT_EQ(error.what(), message);
+        }
+    }
+}
+
 // One variable with each transformation, and one component: the values after the transformation, what the model
 // predicts in these and in the units of the data, and what is left in the latter.
 TEST_F(TreatedData, GoesThroughEachTransformationAndBack) {

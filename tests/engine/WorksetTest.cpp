@@ -82,16 +82,18 @@ TEST(Workset, HasNothingOfConstantTerms) {
     }
 }
 
-// Rows in groups, the last one in none.
+// Rows in groups, the last one in none, and in two batches.
 class GroupedSource final : public SourceColumns {
 public:
     std::span<float const> Values(int column) const override { return column == 0 ? m_first : m_second; }
     std::span<int const> Groups() const override { return m_groups; }
+    std::span<int const> BatchBeginnings() const override { return m_beginnings; }
     std::string Name(int) const override { return "V"; }
 
 private:
     std::vector<float> m_first{1, 2, 3, 4}, m_second{10, 12, 30, 99};
     std::vector<int> m_groups{0, 0, 1, -1};
+    std::vector<int> m_beginnings{0, 0, 0, 3};
 };
 
 // The term of column 1 has its group's value subtracted before it is centred; rows and columns are chosen out of order.
@@ -112,6 +114,21 @@ TEST(Workset, ChoosesRowsAndSubtractsLocalCentres) {
     definition.xTerms[0].centres = {10, -99};
     workset = Workset::Build(definition, GroupedSource());
     EXPECT_TRUE(workset.x.IsMissing(2, 0) && !workset.x.IsMissing(1, 0));
+}
+
+// A lagged term has the value of its mother as it is treated where it stands, with the centre of that row's group.
+TEST(Workset, HasValuesOfEarlierRowsOfTheBatch) {
+    auto definition = Define(RowMatrix(4, 2), 0, 1);
+    definition.xTerms[1].centres = {10, 20};
+    definition.xTerms[0].lag = definition.xTerms[1].lag = 1;
+    definition.rows = {3, 1, 2};
+    for (auto &term : definition.xTerms)
+        term.scaling = ScalingKind::None;
+    GroupedSource const source;
+    auto const workset = Workset::Build(definition, source);
+    EXPECT_TRUE(workset.x.IsMissing(0, 0) && workset.x.IsMissing(0, 1));
+    EXPECT_EQ(workset.x.Values().bottomRows(2), Table({{1, 0}, {2, 2}}));
+    EXPECT_EQ(TermValues(definition.xTerms, workset.xScales, 1, source).ToSource(2, 2), 12);
 }
 
 // Products of what is centred and scaled, but for modifiers, and then centred and scaled themselves.
@@ -173,6 +190,14 @@ TEST(Workset, RefusesWhatCannotBeFitted) {
     }
 }
 
+// With the checksum that belongs to it: an archive writes a name, a version, and the checksum of both.
+std::string Sealed(std::string_view bytes) {
+    std::uint32_t last = 0;
+    bytes.remove_suffix(sizeof(last));
+    std::memcpy(&last, bytes.data() + bytes.size(), sizeof(last));
+    return WritingArchive(bytes, last).Finish();
+}
+
 TEST(SavedForms, ComeBackAndRefuseDamage) {
     RowMatrix cells = Table({{1, 2, 1, 1.2}, {2, 1, 4, 1.9}, {3, nan, 2, 3.4}, {4, 3, 6, 3.8}, {5, 7, 3, 5.6}});
     auto definition = Define(cells, 1, 2, 3);
@@ -195,16 +220,23 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
         EXPECT_THROW(FittedModel::Load(damaged), NCError) << at;
         EXPECT_THROW(FittedModel::Load(saved.substr(0, at)), NCError) << at;
     }
+    // The form before lagged terms has no number for it at the end of each term.
+    for (Term &term : definition.xTerms)
+        term.lag = term.IsProduct() ? 0 : 0x01020304;
+    definition.xTerms.pop_back();
+    definition.yTerms.clear();
+    definition.kind = ModelKind::Pca;
+    std::string older = definition.Save();
+    for (Term &term : definition.xTerms) {
+        older.erase(older.find("\x04\x03\x02\x01"), 4);
+        term.lag = 0;
+    }
+    older[4] = 5;
+    older.resize(older.size() - sizeof(std::uint64_t));
+    EXPECT_EQ(ModelDefinition::Load(Sealed(older)), definition);
+
     WritingArchive newer("DSFM", 99);
     EXPECT_THROW(FittedModel::Load(newer.Finish()), NCError);
-}
-
-// With the checksum that belongs to it: an archive writes a name, a version, and the checksum of both.
-std::string Sealed(std::string_view bytes) {
-    std::uint32_t last = 0;
-    bytes.remove_suffix(sizeof(last));
-    std::memcpy(&last, bytes.data() + bytes.size(), sizeof(last));
-    return WritingArchive(bytes, last).Finish();
 }
 
 void AskAll(std::filesystem::path const &path) {

@@ -1,3 +1,4 @@
+#include "engine/batches/BatchLevelRecipe.h"
 #include "engine/models/Archive.h"
 #include "engine/models/FittedModel.h"
 #include "platform/text/Exception.h"
@@ -22,13 +23,18 @@ void LoadAndSave(std::string const &saved) {
 
 } // namespace
 
-// The members of a stored definition or model, of the version that the first byte tells.
+// The members of a stored definition, model or recipe of batches, of the version that the first byte tells.
 int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
     FuzzInput const input(data, size);
     bool const isModel = input.choice % 2 == 0;
-    std::string const saved = Sealed(isModel ? "DSFM" : "DSMD", input.choice / 2 % 8, input.bytes);
+    unsigned const version = input.choice / 2 % 8;
     try {
-        isModel ? LoadAndSave<engine::FittedModel>(saved) : LoadAndSave<engine::ModelDefinition>(saved);
+        if (input.choice / 16 % 2 == 1)
+            LoadAndSave<engine::BatchLevelRecipe>(Sealed("DSBL", version, input.bytes));
+        else if (isModel)
+            LoadAndSave<engine::FittedModel>(Sealed("DSFM", version, input.bytes));
+        else
+            LoadAndSave<engine::ModelDefinition>(Sealed("DSMD", version, input.bytes));
     } catch (NCError const &) {
     }
     return 0;

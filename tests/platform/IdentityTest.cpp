@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
+#include <numeric>
 #include <sstream>
 
 namespace {
@@ -86,6 +89,9 @@ PairOfLists const pairs[] = {
     {{1, 2, 3}, {3, 1, 2}, 1, {1, 2, 3}, {2, 3, 1}, {}, {}},
     {{5, 2, 9}, {9, 4, 5, 6}, 1, {1, 3}, {3, 1}, {2}, {2, 4}},
     {{1, 2}, {2}, 1, {2}, {1}, {1}, {}},
+    {{1, 2, 3, 4}, {1, 2}, 1, {1, 2}, {1, 2}, {3, 4}, {}},
+    {{1, 2, 4, 5}, {1, 2, 3, 4, 6}, 1, {1, 2, 3}, {1, 2, 4}, {4}, {3, 5}},
+    {{1, 1, 2}, {1, 1, 2, 3}, 1, {1, 2, 3}, {1, 1, 3}, {}, {4}},
     {{1, 2}, {3, 4, 5}, 0, {}, {}, {1, 2}, {1, 2, 3}},
     {{1}, {}, 0, {}, {}, {1}, {}},
     {{}, {}, 0, {}, {}, {}, {}},
@@ -131,6 +137,35 @@ TEST(ColumnIDs, CompareItemsOfEveryKind) {
             EXPECT_EQ(common.Size() + rest.Size(), one.Size());
             EXPECT_EQ(both.Size(), one.Size() + there.Size());
             EXPECT_EQ(one, kind.make(pair.one, {}));
+        }
+}
+
+TEST(ColumnIDs, CompareLongListsThatHaveGaps) {
+    Ints all(2000);
+    std::iota(all.begin(), all.end(), 1);
+    // Of so many numbers that follow each other so many are absent.
+    struct {
+        int of, absent;
+    } const cases[] = {{2000, 1500}, {700, 100}, {20, 1}, {9, 1}, {3, 1}, {4, 3}};
+    for (auto const &[of, absent] : cases)
+        for (bool const falls : {false, true}) {
+            SCOPED_TRACE(testing::Message() << absent << " of " << of << (falls ? ", falling" : ""));
+            Ints other, here, there;
+            std::ranges::copy_if(all, std::back_inserter(other), [&](int n) { return n % of >= absent; });
+            here = other;
+            for (int i = 1; i <= static_cast<int>(other.size()); ++i)
+                there.push_back(falls ? static_cast<int>(other.size()) + 1 - i : i);
+            if (falls)
+                std::ranges::reverse(other);
+            ColumnIDs const one(ColumnIDs::IntegerList(all), {}, 1), few(ColumnIDs::IntegerList(other), {}, 1);
+            ColumnIDs::Positions mine, others;
+            EXPECT_EQ(one.InterSection(few, mine, others), 1);
+            EXPECT_EQ(List(mine), here);
+            EXPECT_EQ(List(others), there);
+            ColumnIDs common(one), back(few);
+            common.Reduce(mine);
+            back.Reduce(others);
+            EXPECT_EQ(common, back);
         }
 }
 

@@ -1,220 +1,224 @@
 #include "catalogue/ProjectVectorHandler.h"
+#include "platform/text/Exception.h"
 #include "tests/specification/World.h"
 
 #include <gtest/gtest.h>
 
-#include <list>
-#include <tuple>
-
 namespace {
 
-// The vectors that defaults choose among, in front of others of these names.
-class Catalogue {
-public:
-    Catalogue() {
-        std::tuple<char const *, V::VectorTypeEnum, V::NumberType, int, V::DataTypeEnum, V::ObsOrPredType> const
-            rows[] = {{"XVar", Scores, X, 0, OfModel, V::Observed},
-                      {"XVarPS", Scores, X, 0, OfModel, Predicted},
-                      {"R2Xcum", PerComponent, NoNumber, 0, OfModel, V::Observed},
-                      {"pLag", Lag, NoNumber, 1, OfModel, V::Observed},
-                      {"t", Aligned, NoNumber, 1, OfModel, V::Observed},
-                      {"tPS", Aligned, NoNumber, 1, OfModel, V::Observed},
-                      {"XVar", Aligned, BatchX, 0, OfModel, V::Observed},
-                      {"XVarPS", Aligned, BatchX, 0, OfModel, Predicted},
-                      {"TAlignedOOCSum", PerBatch, NoNumber, 1, OfModel, V::Observed},
-                      {"XObs", Loadings, ObsOrVar, 0, OfModel, V::Observed},
-                      {"VarDS", Scores, ObsOrVar, 0, OfSet, V::Observed},
-                      {"VarPS", Scores, ObsOrVar, 0, OfPredSet, Predicted},
-                      {"ObsDS", Loadings, ObsOrVar, 0, OfSet, V::Observed},
-                      {"ObsPS", Loadings, ObsOrVar, 0, OfPredSet, Predicted}};
-        for (auto const &[name, type, number, components, data, obsPred] : rows)
-            m_vectors.emplace_back(VectorTraits{name, type, number, components, data, obsPred, 0, "R"});
+using ProjectUtilities::DefaultSelection;
+
+// What an axis shows when nobody chose: the first rule that fits, as when, vector, how ("." for nothing). When: u the
+// record shows something already, M no model is found, c the model has components, o observed values are wanted, d it
+// is about data, t about the prediction set, 4 about models exactly, A no data are there, P no prediction set. How: c
+// at component 1, n numbers by default, 1 number 1, f the first item, i the current one, D the given data set, k data
+// set 1, b batch 1, 3 multipliers.
+std::map<V::VectorTypeEnum, char const *> const rules = {
+    {PerComponent, "u R2Xcum .  . R2Xcum 1"},
+    {Lag, "M . .  . pLag 1c"},
+    {Aligned, "co t bc  c tPS bc  o XVar bn  . XVarPS bn"},
+    {PerBatch, "c TAlignedOOCSum 3c  . Num ."},
+    {Scores, "udt VarPS i  ud VarDS iD  dA . .  dt VarPS f  d VarDS fD  M . .  co t c  c tPS c  o XVar n  . XVarPS n"},
+    {Loadings, "udt ObsPS i  ud ObsDS iD  u4mc p .  u4m XObs n  u ObsDS k  dA . .  dt ObsPS f  d ObsDS fD  M . .  "
+               "oc p c  o XObs n  P . .  . ObsPS n"}};
+
+struct Choice {
+    boost::shared_ptr<RecordingProject> project;
+    V::VectorTypeEnum axis;
+    int dataType, given, dataSet, obsPred; // given: a model, 0 for none
+    ProjectVectorData data;
+
+    // The given model, that of the record, the active one, the first one that fits the axis.
+    int Model() const {
+        bool const used = data.GetProjectVector() != nullptr;
+        int const own = data.GetModelInfo() ? data.GetModelInfo()->number : 0;
+        auto const isLagged = [&](int model) { return project->Info(model).hasLaggedVariables; };
+        auto const isBatch = [&](int model) { return project->Info(model).isBatchModel; };
+        if (given != 0 && (axis == Lag ? isLagged(given) : axis != Aligned || used || isBatch(given)))
+            return given;
+        if (given == 0 && own != 0 && (axis == PerComponent || axis == Scores || (axis == Lag && isLagged(own))))
+            return own;
+        std::vector<int> models{project->activeModel};
+        for (int model = 1; model <= project->GetNumberOfModels(); ++model)
+            models.push_back(model);
+        auto const found = std::find_if(models.begin(), models.end(), [&](int model) {
+            return model > 0 && (axis == Lag ? isLagged(model) && project->Info(model).SizeComponents() > 0
+                                             : project->Info(model).fitted &&
+                                                   (isBatch(model) || (axis != Aligned && axis != PerBatch)));
+        });
+        return found == models.end() ? 0 : *found;
     }
 
-    ProjectVector const &XVar() const { return m_vectors.front(); }
+    bool Make() {
+        bool const used = data.GetProjectVector() != nullptr;
+        int const model = Model();
+        bool const ofItems = axis == Scores || axis == Loadings;
+        bool const ofData = !ofItems ? false
+                            : used   ? (dataType & 3) != 0
+                                     : (dataType & 4) == 0 || project->GetNumberOfModels() == 0;
+        bool const predicted = used ? (dataType & 1) == 0 : dataType == 2;
+        auto const source = project->GetDataSet(predicted ? 0 : dataSet);
+        std::string facts = dataType == 4 ? ".4" : "."; // a capital is the contrary
+        auto const know = [&facts](char what, bool holds) {
+            facts += holds ? what : static_cast<char>(what - 'a' + 'A');
+        };
+        know('u', used), know('m', model != 0), know('d', ofData), know('o', obsPred != 2), know('t', predicted);
+        know('c', model != 0 && project->Info(model).SizeComponents() > 0), know('a', source != nullptr);
+        know('p', project->GetDataSet(0) != nullptr);
+        std::istringstream all(rules.at(axis));
+        std::string when, vector, how;
+        while (all >> when >> vector >> how && when.find_first_not_of(facts) != std::string::npos)
+            continue;
+        if (vector != ".")
+            Show(vector, how, ofData ? 0 : model, source);
+        return vector != ".";
+    }
 
-private:
-    std::list<VectorProbe> m_vectors;
+    void Show(std::string const &vector, std::string const &hows, int model,
+              boost::shared_ptr<NCDataSet const> const &source) {
+        auto const does = [&hows](char how) { return hows.find(how) != std::string::npos; };
+        DefaultSelection const defaults(project);
+        ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
+        bool const predicted = vector == "VarPS" || vector == "ObsPS", ofSet = vector.ends_with("DS");
+        if (does('i'))
+            data.SetNumber(axis == Scores ? defaults.GetDefaultSelectedDatasetVariable(dataSet, predicted)
+                                          : defaults.GetDefaultSelectedObservation(0, dataSet, predicted));
+        if (does('f'))
+            data.SetNumber(axis == Scores ? source->GetVariables().front()
+                                          : source->GetObservations().front().GetUniqueID());
+        if (does('D') || does('k'))
+            data.SetDataSet(does('D') ? dataSet : 1);
+        else if (!does('i') && !does('f'))
+            data.SetModelInfoPtr(project->GetModelInfo(model));
+        V::DataTypeEnum const type = predicted ? OfPredSet : ofSet ? OfSet : OfModel;
+        ModelInfo const *const info = type == OfModel ? data.GetModelInfoPtr().get() : nullptr;
+        auto const found = handler.Find(vector.c_str(), axis, type, info);
+        data.SetProjectVector(vector == "Num" ? handler.GetNumVector(axis) : found == handler.end() ? nullptr : *found);
+        if (does('b'))
+            data.batchIx = 1;
+        if (does('3'))
+            data.multiplier1 = 3, data.multiplier2 = -3;
+        if (does('1'))
+            data.SetNumber(1);
+        if (data.GetProjectVector() && does('c'))
+            data.SetComponent(1);
+        if (data.GetProjectVector() && does('n'))
+            data.SetDefaultNumberID(defaults);
+    }
 };
 
-// "t 1 M1 c1 n-1,-1 b-1": vector and axis, source, stored predictive component, numbers, batch.
-std::string Text(ProjectVectorData const &data) {
-    ProjectVector const *const vector = data.GetProjectVector();
-    ProjectVectorData raw(data);
-    VectorProbe const stored({.components = 1});
-    raw.SetProjectVector(&stored);
-    int const component = raw.GetModelInfo() ? raw.GetPredComponent(false) : 0;
-    std::string const number2 = std::to_string(static_cast<int>(data.GetNumberID2(nullptr, false)));
-    return (vector ? vector->GetName() + std::string(" ") + std::to_string(vector->GetType()) : "none") + " " +
-           data.GetDataSourceName() + " c" + std::to_string(component) + " n" +
-           std::to_string(static_cast<int>(data.GetNumberID())) + "," + number2 + " b" + std::to_string(data.batchIx);
+// All that is chosen, or "error", and whether there is something to show.
+std::string Outcome(ProjectVectorData const &data, std::function<bool()> const &choose) {
+    try {
+        std::ostringstream text;
+        text << (choose() ? "shows " : "nothing ");
+        text << data.ToStdString(nullptr) << " of " << data.GetDataSourceName() << " axis "
+             << (data.GetProjectVector() ? data.GetProjectVector()->GetType() : 0) << " number "
+             << static_cast<int>(data.GetNumberID()) << ',' << static_cast<int>(data.GetNumberID2(nullptr, false))
+             << " batch " << data.batchIx << " multipliers " << data.multiplier1 << ',' << data.multiplier2;
+        return text.str();
+    } catch (NCError const &) {
+        return "error";
+    }
 }
 
 } // namespace
 
 TEST(VectorDefaults, ChooseTheFirstVector) {
-    World const world; // 1 PLS, 2 OPLS, 3 O2PLS, 4 of batches, all fitted
-    RecordingProject &project = *world.project;
-    project.AddBatchModel(0, {"A"});      // 5: of batches, without components
-    project.AddModel(ModelTypeE::PCA, 0); // 6: without components
-    project.AddWorkset(5, {3, 4}, {1, 2, 3});
-    project.AddWorkset(6, {2, 3}, {1, 2, 3});
-    project.AddModel(ModelTypeE::PCA, 2); // 7: lagged
-    project.Info(7).hasLaggedVariables = true;
-    World const empty; // nothing fitted, no prediction set
+    World const world;
+    auto const noModels = MakeRecordingProject(), noData = MakeRecordingProject();
     for (int model = 1; model <= 4; ++model)
-        empty.project->Info(model).fitted = false;
-    auto const none = MakeRecordingProject(); // no models
-    none->AddData(3, {7, 8}, {9, 10});
-    none->AddData(0, {5}, {6});
-    auto const bare = MakeRecordingProject(); // nothing
-    Catalogue const catalogue;
-
-    constexpr auto Component = PerComponent, Batch = PerBatch;
-    constexpr int Obs = 1, Pred = 2, Both = 3;
-    constexpr char const *no = nullptr;
-    // Project; axis; data type; model (0 none); observed or predicted; then the record: for an empty record, and for
-    // one that shows XVar of model 2. "=" is the same, null false with nothing changed.
-    struct {
-        boost::shared_ptr<RecordingProject> project;
-        V::VectorTypeEnum type;
-        int data, model, obsPred;
-        char const *ofEmpty, *ofUsed;
-    } const cases[] = {
-        {world.project, Component, 4, 0, Both, "R2Xcum 3 M1 c-1 n1,-1 b-1", "R2Xcum 3 M2 c-1 n3,-1 b-1"},
-        {world.project, Component, 4, 3, Both, "R2Xcum 3 M3 c-1 n1,-1 b-1", "R2Xcum 3 M3 c-1 n3,-1 b-1"},
-        {empty.project, Component, 4, 0, Both, "none  c0 n1,-1 b-1", "R2Xcum 3 M2 c-1 n3,-1 b-1"},
-        {world.project, Lag, 4, 0, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
-        {world.project, Lag, 4, 7, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
-        {world.project, Lag, 4, 1, Both, "pLag 4 M7 c1 n1,-1 b-1", "="},
-        {empty.project, Lag, 4, 1, Both, no, no},
-        {world.project, Aligned, 4, 0, Both, "t 5 M4 c1 n-1,-1 b1", "t 5 M4 c1 n3,-1 b1"},
-        {world.project, Aligned, 4, 1, Pred, "tPS 5 M4 c1 n-1,-1 b1", "tPS 5 M1 c1 n3,-1 b1"},
-        {world.project, Aligned, 4, 5, Obs, "XVar 5 M5 c-1 n1,-1 b1", "="},
-        {world.project, Aligned, 4, 5, Pred, "XVarPS 5 M5 c-1 n1,-1 b1", "="},
-        {world.project, Batch, 4, 0, Both, "TAlignedOOCSum 6 M4 c1 n-1,-1 b-1", "TAlignedOOCSum 6 M4 c1 n3,-1 b-1"},
-        {world.project, Batch, 4, 5, Both, "Num 6 M5 c-1 n-1,-1 b-1", "Num 6 M5 c-1 n3,-1 b-1"},
-        {empty.project, Batch, 4, 0, Both, "Num 6  c0 n-1,-1 b-1", "Num 6  c0 n3,-1 b-1"},
-        // Scores and loadings of models.
-        {world.project, Scores, 4, 0, Both, "t 1 M1 c1 n-1,-1 b-1", "t 1 M2 c1 n3,-1 b-1"},
-        {world.project, Scores, 4, 3, Obs, "t 1 M3 c1 n-1,-1 b-1", "t 1 M3 c1 n3,-1 b-1"},
-        {world.project, Scores, 4, 1, Pred, "tPS 1 M1 c1 n-1,-1 b-1", "tPS 1 M1 c1 n3,-1 b-1"},
-        {world.project, Scores, 4, 6, Both, "XVar 1 M6 c-1 n-1,-1 b-1", "="},
-        {world.project, Scores, 4, 6, Pred, "XVarPS 1 M6 c-1 n-1,-1 b-1", "="},
-        {empty.project, Scores, 4, 0, Both, no, "t 1 M2 c1 n3,-1 b-1"},
-        {world.project, Loadings, 4, 0, Both, "p 2 M1 c1 n-1,-1 b-1", "p 2 M1 c-1 n3,-1 b-1"},
-        {world.project, Loadings, 4, 6, Obs, "XObs 2 M6 c-1 n2,-1 b-1", "="},
-        {world.project, Loadings, 4, 1, Pred, "ObsPS 2 PS c-1 n5,-1 b-1", "p 2 M1 c-1 n3,-1 b-1"},
-        {empty.project, Loadings, 4, 0, Both, no, "ObsDS 2 DS1 c0 n3,-1 b-1"},
-        // Data sets.
-        {world.project, Scores, 1, 1, Both, "VarDS 1 DS2 c0 n2,-1 b-1", "="},
-        {world.project, Loadings, 1, 1, Both, "ObsDS 2 DS2 c0 n2,-1 b-1", "="},
-        {world.project, Scores, 2, 0, Both, "VarPS 1 PS c0 n5,-1 b-1", "VarPS 1 PS c-1 n5,-1 b-1"},
-        {world.project, Loadings, 2, 0, Both, "ObsPS 2 PS c0 n5,-1 b-1", "ObsPS 2 PS c-1 n5,-1 b-1"},
-        {world.project, Loadings, 3, 0, Both, "ObsDS 2 DS2 c0 n2,-1 b-1", "="},
-        {none, Scores, 4, 0, Both, "VarDS 1 DS3 c0 n9,-1 b-1", "t 1 M2 c1 n3,-1 b-1"},
-        {none, Loadings, 4, 0, Both, "ObsDS 2 DS3 c0 n7,-1 b-1", "ObsDS 2 DS1 c0 n3,-1 b-1"},
-        {none, Loadings, 2, 0, Both, "ObsPS 2 PS c0 n5,-1 b-1", "ObsPS 2 PS c-1 n5,-1 b-1"},
-        {bare, Scores, 4, 0, Both, no, "t 1 M2 c1 n3,-1 b-1"},
-        {bare, Loadings, 2, 0, Both, no, nullptr}};
-    for (auto const &row : cases) {
-        SCOPED_TRACE(&row - cases);
-        for (bool const used : {false, true}) {
-            if (used && row.project == bare && row.data == 2)
-                continue; // an error of the project
-            ProjectVectorData data = used ? world.Data(catalogue.XVar(), "M2", Number(3)) : ProjectVectorData();
-            std::string const before = Text(data);
-            bool const found = ProjectVectorData::SetProjectVectorDataDefault(
-                row.project, row.type, data, static_cast<V::DataTypeEnum>(row.data),
-                row.project->GetModelInfo(row.model).get(),
-                row.project == none   ? 3
-                : row.project == bare ? 0
-                                      : 2,
-                static_cast<V::ObsOrPredType>(row.obsPred));
-            char const *expected = !used || (row.ofUsed && *row.ofUsed == '=') ? row.ofEmpty : row.ofUsed;
-            EXPECT_EQ(found, expected != nullptr);
-            EXPECT_EQ(Text(data), expected ? expected : before);
-            bool const outOfControl =
-                found && data.GetProjectVector() && data.GetProjectVector()->GetName() == std::string("TAlignedOOCSum");
-            EXPECT_EQ(std::pair(data.multiplier1, data.multiplier2),
-                      outOfControl ? std::pair(3.0, -3.0) : std::pair(-99.0, -99.0));
-        }
+        noData->AddModel(ModelTypeE::PLS, 1);
+    for (auto const &project : {world.project, noData}) {
+        project->AddBatchModel(0, {"A"});      // 5: of batches, without components
+        project->AddModel(ModelTypeE::PCA, 0); // 6: without components
+        project->AddModel(ModelTypeE::PCA, 2);
     }
-    // The active model comes first, where it fits.
-    ProjectVectorData data;
-    project.activeModel = 3;
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, Scores, data, OfModel, nullptr, 1, V::ObsAndPred);
-    EXPECT_EQ(data.GetDataSourceName(), "M3");
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, Aligned, data, OfModel, nullptr, 1, V::ObsAndPred);
-    EXPECT_EQ(data.GetDataSourceName(), "M4");
-    // A lagged model behind the record itself.
-    data = world.Data(catalogue.XVar(), "M7");
-    project.AddModel(ModelTypeE::PCA, 1);
-    project.Info(8).hasLaggedVariables = true;
-    project.activeModel = 8;
-    ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, data, OfModel, nullptr, 1, V::ObsAndPred);
-    EXPECT_EQ(data.GetDataSourceName(), "M7");
-    // A given one goes before, for a new record and for this one.
-    project.activeModel = 7;
-    for (ProjectVectorData given : {ProjectVectorData(), data}) {
-        ModelInfo const *const model = project.GetModelInfo(8).get();
-        ProjectVectorData::SetProjectVectorDataDefault(world.project, Lag, given, OfModel, model, 1, V::ObsAndPred);
-        EXPECT_EQ(given.GetDataSourceName(), "M8");
+    noModels->AddData(1, {7, 3}, {9, 10});
+    noModels->AddData(0, {5}, {6});
+    for (auto const &project : {world.project, noModels})
+        DefaultSelection(project).SetDefaultSelectedObservation(3, false);
+    ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
+    ProjectVector const *const varDS = *handler.Find("VarDS", Scores, OfSet, nullptr);
+    ProjectVector const *const xVar = *handler.Find("XVar", Scores, OfModel, world.project->GetModelInfo(1).get());
+    // Names that the catalogue has for other axes.
+    VectorProbe const t({"t", Aligned, NoNumber, 1, OfModel, V::Observed, 0, "R"});
+    VectorProbe const tPS({"tPS", Aligned, NoNumber, 1, OfModel, Predicted, 0, "R"});
+    VectorProbe const x({"XVar", Aligned, BatchX, 0, OfModel, V::Observed, 0, "R"});
+    VectorProbe const pLag({"pLag", Lag, NoNumber, 1, OfModel, V::Observed, 0, "R"});
+    VectorProbe const xPS({"XVarPS", Aligned, BatchX, 0, OfModel, Predicted, 0, "R"});
+    Dice dice(9);
+    for (int i = 0; i < 20000; ++i) {
+        auto const project = dice({world.project, world.project, world.project, noModels, noData});
+        int const models = project->GetNumberOfModels(), own = dice(0, 7), given = dice({0, 0, 1, 2, 3, 4, 5, 6, 7});
+        bool const fitted = dice(0, 3) != 0;
+        for (int model = 1; model <= models; ++model) {
+            project->Info(model).fitted = fitted && dice(0, 3) != 0;
+            project->Info(model).hasLaggedVariables = dice(0, 7) == 0;
+        }
+        project->activeModel = dice(-1, models);
+        ProjectVectorData data;
+        if (dice(0, 1) == 1) {
+            data.SetProjectVector(own == 0 ? varDS : xVar);
+            data.SetModelInfoPtr(project->GetModelInfo(own));
+            data.SetDataSet(own == 0 ? 2 : 0);
+            data.SetNumber(3);
+        }
+        Choice choice{project,
+                      dice({Scores, Loadings, PerComponent, Lag, Aligned, PerBatch}),
+                      dice({1, 2, 3, 4, 4, 4, 7, 8}),
+                      given <= models ? given : 0,
+                      dice({1, 2, 9}),
+                      dice(1, 3),
+                      data};
+        SCOPED_TRACE(testing::Message() << "axis " << choice.axis << ", data type " << choice.dataType << ", model "
+                                        << choice.given << ", " << choice.obsPred << ", " << data.ToStdString(nullptr));
+        std::string const found = Outcome(data, [&] {
+            return ProjectVectorData::SetProjectVectorDataDefault(
+                project, choice.axis, data, static_cast<V::DataTypeEnum>(choice.dataType),
+                project->GetModelInfo(choice.given).get(), choice.dataSet,
+                static_cast<V::ObsOrPredType>(choice.obsPred));
+        });
+        EXPECT_EQ(found, Outcome(choice.data, [&] { return choice.Make(); }));
     }
 }
 
 TEST(VectorDefaults, FillNumbersByTheirKind) {
-    World const world;
-    ProjectUtilities::DefaultSelection defaults(world.project);
-    ColumnTerm const x(3), y(5);
-    defaults.SetDefaultXTerm(&x);
-    defaults.SetDefaultYTerm(&y);
-    defaults.SetDefaultSelectedBatches({"B", "C"}, false);
-    defaults.SetDefaultSelectedBatches({"C"}, true);
-    // Vector; source; number, second number and batch, which are 77 before
-    struct {
-        VectorTraits vector;
-        char const *source, *expected;
-    } const cases[] = {{{}, "M1", "0 77 77"},
-                       {{.number = Y}, "M1", "-1 77 77"},
-                       {{.number = X}, "M1", "-1 77 77"},
-                       {{.number = XY}, "M1", "-1 2 77"},
-                       {{.number = Range}, "M1", "1 2 77"},
-                       {{.number = Batch}, "M4", "1 77 2"},
-                       {{.number = Batch, .obsPred = Predicted}, "M4", "1 77 3"},
-                       {{.number = Batch}, "M1", "1 77 1"},
-                       {{.number = Batch, .data = OfSet}, "DS1", "1 77 1"},
-                       {{.number = BatchX}, "M4", "3 77 2"},
-                       {{"probe", Lag, BatchX}, "M4", "1 77 2"},
-                       {{.number = BatchY}, "M1", "2 77 1"},
-                       {{.number = YPhase}, "M1", "2 1 1"},
-                       {{.number = BatchRange}, "M4", "1 2 2"},
-                       {{.number = BatchOnly}, "M4", "77 77 77"},
-                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS1", "3 77 77"},
-                       {{"probe", Loadings, Identifier, 0, OfSet}, "DS2", "-1 77 77"},
-                       {{.number = Phase}, "M4", "1 1 1"},
-                       {{.number = ObsOrVar}, "M1", "1 77 77"},
-                       {{.number = ObsOrVar}, "", "5 77 77"},
-                       // What reads from any source is about data sets.
-                       {{.number = ObsOrVar, .data = V::DataTypeAny}, "DS2", "2 77 77"},
-                       {{"probe", Loadings, ObsOrVar, 0, V::DataTypeAny}, "DS2", "2 77 77"},
-                       {{.number = Batch, .data = V::DataTypeAny}, "M4", "1 77 1"},
-                       {{.number = ObsOrVar, .data = OfPredSet}, "", "5 77 77"},
-                       {{.number = ObsOrVar, .data = OfSet}, "DS2", "2 77 77"},
-                       {{"probe", Loadings, ObsOrVar}, "M4", "1 77 77"},
-                       {{"probe", Loadings, ObsOrVar, 0, OfModel, Predicted}, "M4", "3 77 77"},
-                       {{"probe", Loadings, ObsOrVar, 0, OfPredSet}, "", "5 77 77"},
-                       {{"probe", Loadings, ObsOrVar, 0, OfSet}, "DS2", "2 77 77"}};
-    for (auto const &row : cases) {
-        VectorProbe const vector(row.vector);
-        ProjectVectorData data = world.Data(vector, row.source, Number(77, 77, 77));
-        // A variable or observation is that of the vector's own data, not one that was asked for before.
-        defaults.clear();
-        data.SetDefaultNumberID(defaults);
-        EXPECT_EQ(std::to_string(static_cast<int>(data.GetNumberID())) + " " +
-                      std::to_string(static_cast<int>(data.GetNumberID2(nullptr, false))) + " " +
-                      std::to_string(data.batchIx),
-                  row.expected)
-            << &row - cases;
+    World world;
+    world.SetDefaults();
+    // For each number type the number, the second one, and the batch: . stays, - is open, i the item, x and y the
+    // current term, a the numeral alias, b the current batch.
+    static char const *const fills[] = {"0..", "i..", "-..", "-..", "-y.", "12.", "1.b", "x.b",
+                                        "y.b", "y1b", "12b", "...", "a..", "...", "11b"};
+    Dice dice(10);
+    for (int i = 0; i < 5000; ++i) {
+        Plain const plain = Plain::Random(dice);
+        VectorProbe const vector(plain.vector);
+        ProjectVectorData data = plain.Record(world, &vector);
+        // What reads from any source is about data sets.
+        bool const exactly = plain.vector.data == OfModel, ofSet = plain.vector.data != OfPredSet && plain.dataSet != 0;
+        std::string const source = exactly && plain.IsOfModel() ? plain.Source()
+                                   : exactly || !ofSet          ? "PS"
+                                                                : "DS" + std::to_string(plain.dataSet);
+        bool const ofBatches = plain.UsesBatch() && exactly && plain.IsOfModel() && plain.model == 4;
+        auto const filled = [&](char fill, int before) {
+            std::map<char, int> const meanings = {{'.', before},
+                                                  {'-', open},
+                                                  {'i', plain.FirstItem(source)},
+                                                  {'x', plain.XTerm()},
+                                                  {'y', plain.YTerm()},
+                                                  {'a', plain.HasNumeralAlias() ? 3 : open},
+                                                  {'b', !ofBatches            ? 1
+                                                        : plain.IsPredicted() ? 3
+                                                                              : 2}};
+            return meanings.contains(fill) ? meanings.at(fill) : fill - '0';
+        };
+        world.defaults.clear(); // the item is that of the vector's own data, not one that was asked for before
+        data.SetDefaultNumberID(world.defaults);
+        char const *const fill = fills[plain.vector.number];
+        std::vector<int> const found{static_cast<int>(data.GetNumberID()),
+                                     static_cast<int>(data.GetNumberID2(nullptr, false)), data.batchIx};
+        EXPECT_EQ(found, std::vector<int>({filled(fill[0], plain.number), filled(fill[1], plain.number2),
+                                           filled(fill[2], plain.rest.batchIx)}));
     }
 }

@@ -7,82 +7,54 @@
 
 namespace {
 
-using Weight = ContributionWeightEnum;
-
-Change Components(int predictive, int xSide = open, int ySide = open, int osc = open) {
-    return [=](ProjectVectorData &data) {
-        data.SetPredComponent(predictive);
-        data.SetXSideOrthoComponent(xSide);
-        data.SetYSideOrthoComponent(ySide);
-        data.oscComponent = osc;
-    };
+std::string Text(std::int64_t number) {
+    return std::to_string(number);
+}
+std::string Text(double number, int digits) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*g", digits, number);
+    return text;
 }
 
-Change Groups(std::vector<int> from, std::vector<int> to, Weight::WeightType weight = Weight::Raw,
-              std::vector<int> components = {}, int yVar = 0) {
-    return [=](ProjectVectorData &data) {
-        data.obs1 = from;
-        data.obs2 = to;
-        data.SetWeightType(weight);
-        data.SetWeightComp(components);
-        data.SetYVar(yVar);
-    };
-}
-
-VectorTraits Kind(char const *name, int contribution, char const *flags = "") {
-    return {.name = name, .contribution = contribution, .flags = flags};
-}
-
-Change Points(bool aligned1, bool aligned2) {
-    return [=](ProjectVectorData &data) {
-        data.contRef = {{"A", 1.5f}};
-        data.contGroup = {{"B b", 0.123456789f}, {"", 2.0f}};
-        data.alignedMaturity1 = aligned1;
-        data.alignedMaturity2 = aligned2;
-        data.SetWeightType(Weight::Raw);
-    };
-}
-
-// The argument text by the documented layout, without defaults.
+// The argument text by its documented layout.
 class ReferenceWriter {
 public:
-    explicit ReferenceWriter(Plain const &plain) : m_plain(plain), m_vector(plain.vector) {}
+    ReferenceWriter(Plain const &plain, bool withDefaults)
+        : m_plain(plain), m_vector(plain.vector), m_rest(plain.rest), m_withDefaults(withDefaults) {}
 
-    std::string Text() {
-        int const number = m_vector.number;
-        bool const range = number == Range || number == BatchRange;
-        m_text = m_vector.name;
-        m_text += (m_vector.data & OfModel) != 0 && m_plain.IsOfModel() ? " M" + std::to_string(m_plain.model)
-                  : m_vector.obsPred == Predicted                       ? " PS"
-                                                                        : " DS" + std::to_string(m_plain.dataSet);
-        Components();
-        if (number == NoNumber || number == Batch)
+    std::string Line() {
+        bool const ofModel = (m_vector.data & OfModel) != 0 && m_plain.IsOfModel();
+        std::string const otherwise = m_plain.IsPredicted() ? " PS" : " DS" + Text(m_plain.dataSet);
+        m_text = m_vector.name + (ofModel ? " M" + Text(m_plain.model) : otherwise);
+        bool const several = m_vector.components == 3 || m_vector.components == 7 || m_vector.components == 15;
+        for (std::size_t i = 0; i < 4; ++i) {
+            int const component = m_plain.components[i];
+            bool const last = i < 3 && (component == -1 || (several && component == -2));
+            if ((m_vector.components & (1 << i)) != 0)
+                Add(i < 3 && !m_plain.IsOfModel() ? 1 : last ? m_plain.Last(i) : component);
+        }
+        if (m_vector.components == 0)
             Add(0);
-        else if (range)
-            Add(m_plain.number == open ? 1 : Unsigned(m_plain.number) <= Unsigned(Count(1)) ? m_plain.number : -1);
-        else
-            Add(Unsigned(m_plain.number));
-        Add(m_vector.Has('r') ? m_plain.round : 0);
+        Add(FirstNumber());
+        Add(m_vector.Has('r') ? m_rest.selCV : 0);
         if (m_vector.Has('u'))
-            Add(m_plain.unscaled), Add(m_plain.backTransformed);
+            Add(m_rest.unscaled), Add(m_rest.backTransformed);
         if (m_vector.contribution != 0)
             Contribution();
-        if (range) {
-            bool const withXSide = std::string(m_vector.name).starts_with("T2Range");
-            Add(std::min(Unsigned(m_plain.number2), Unsigned(Count(m_vector.pairLimit) + (withXSide ? Count(2) : 0))));
-        } else if (number == XY) {
-            Add(m_plain.number2 == open ? 1 : Unsigned(m_plain.number2));
-        } else if (number == YPhase || number == Phase) {
-            Add(Unsigned(m_plain.number2));
-        }
+        int const xSide = std::string(m_vector.name).starts_with("T2Range") ? Count(2) : 0;
+        if (m_plain.IsRange())
+            Add(std::min(Unsigned(m_plain.number2), Unsigned(Count(m_vector.pairLimit) + xSide)));
+        else if (m_vector.number == XY || m_vector.number == YPhase || m_vector.number == Phase)
+            Add(Unsigned(m_plain.Second(m_withDefaults)));
         if (m_plain.UsesBatch())
-            Add(m_plain.batch);
+            Add(m_rest.batchIx);
         if (m_vector.Has('l'))
-            m_text += ",1-1";
-        for (int i = 0; i < 2 && m_vector.Has('m'); ++i)
-            Add(m_plain.multiplier, m_vector.contribution >= 5 ? 8 : 6);
+            m_text += "," + Text(m_rest.startLag) + "-" + Text(m_rest.endLag);
+        int const digits = m_vector.contribution >= 5 ? 8 : 6;
+        if (m_vector.Has('m'))
+            m_text += "," + Text(m_rest.multiplier1, digits) + "," + Text(m_rest.multiplier2, digits);
         if (m_vector.Has('c'))
-            Add(m_plain.status);
+            Add(m_rest.GetCoefficientStatus());
         return m_text;
     }
 
@@ -90,227 +62,286 @@ private:
     static std::int64_t Unsigned(int number) { return static_cast<std::uint32_t>(number); }
 
     int Count(int kind) const { return Plain::Count(m_plain.model, kind); }
-
-    void Add(std::int64_t number) { m_text += ',' + std::to_string(number); }
-    void Add(double number, int digits) {
-        char text[32];
-        std::snprintf(text, sizeof text, ",%.*g", digits, number);
-        m_text += text;
-    }
-
-    void Components() {
-        bool const several = m_vector.components == 3 || m_vector.components == 7 || m_vector.components == 15;
-        if (m_vector.components == 0)
-            Add(0);
-        for (int kind = 1, i = 0; kind <= 8; kind *= 2, ++i) {
-            int const component = m_plain.components[static_cast<std::size_t>(i)];
-            bool const last = component == -1 || (several && component == -2);
-            if ((m_vector.components & kind) == 0)
-                continue;
-            if (kind == 8)
-                Add(component);
-            else if (!m_plain.IsOfModel())
-                Add(1);
-            else
-                Add(!last ? component : kind == 1 ? Count(1) + Count(2) + Count(4) : Count(kind));
-        }
-    }
-
+    void Add(std::int64_t number) { m_text += ',' + Text(number); }
     void List(std::vector<int> const &values) {
         Add(static_cast<std::int64_t>(values.size()));
         for (int const value : values)
             Add(value);
     }
 
-    void Contribution() {
-        List(m_plain.weights.empty() ? std::vector<int>{0} : m_plain.weights);
-        Add(m_plain.yVar);
-        for (int group = 0; group < 2; ++group) {
-            if (m_vector.contribution < 5) {
-                List(group == 0 ? m_plain.from : m_plain.to);
-                continue;
-            }
-            Add(static_cast<std::int64_t>(m_plain.points.size()));
-            for (auto const &[batch, maturity] : m_plain.points) {
-                m_text += ',' + batch + '$';
-                Add(static_cast<double>(maturity), 8);
-            }
+    std::int64_t FirstNumber() const {
+        if (m_plain.IsRange() && m_plain.number != open)
+            return Unsigned(m_plain.number) <= Unsigned(Count(1)) ? m_plain.number : -1;
+        bool const ofItems = m_vector.type == Scores || m_vector.type == Loadings;
+        return Unsigned(m_plain.First(m_withDefaults && (m_vector.number != ObsOrVar || ofItems)));
+    }
+
+    // The explicit list, or what stands for the kind of weight.
+    std::vector<int> Weights() const {
+        static std::vector<int> const lists[] = {{0}, {1}, {9}, {1, 1}, {1, 9}, {9, 9}, {2}, {2, 2},
+                                                 {5}, {7}, {3}, {4},    {6},    {},     {},  {8}};
+        int const kind = m_rest.GetWeightType();
+        std::vector<int> list(m_rest.GetWeightTypeVec().begin(), m_rest.GetWeightTypeVec().end());
+        if (list.empty() && kind == Weight::PRange && m_plain.IsOfModel() && Count(2) > 0) {
+            list.resize(static_cast<std::size_t>(Count(1)), 1);
+            list.resize(static_cast<std::size_t>(Count(1) + Count(2)), 9);
+        } else if (list.empty() && (kind == Weight::PRange || kind == Weight::WStarRange)) {
+            list.resize(m_rest.GetWeightComp().size(), kind == Weight::PRange ? 1 : 2);
+        } else if (list.empty()) {
+            list = lists[kind];
         }
+        return list;
+    }
+
+    void Contribution() {
+        List(Weights());
+        Add(m_plain.yVar);
         if (m_vector.contribution < 5)
-            Add(m_plain.yVar);
-        for (int const component : m_plain.weightComponents)
+            List(m_rest.obs1), List(m_rest.obs2), Add(m_plain.yVar);
+        for (BatchPoints const *points : {&m_rest.contRef, &m_rest.contGroup})
+            if (m_vector.contribution >= 5) {
+                Add(static_cast<std::int64_t>(points->size()));
+                for (auto const &[batch, maturity] : *points)
+                    m_text += ',' + batch + "$," + Text(static_cast<double>(maturity), 8);
+            }
+        for (int const component : m_rest.GetWeightComp())
             Add(component);
     }
 
     Plain const &m_plain;
     VectorTraits const &m_vector;
+    ProjectVectorData const &m_rest;
+    bool m_withDefaults;
     std::string m_text;
+};
+
+// The label, piece by piece.
+class ReferenceLabel {
+public:
+    ReferenceLabel(Plain const &plain, int alias, bool compact)
+        : m_plain(plain), m_vector(plain.vector), m_rest(plain.rest), m_alias(alias), m_compact(compact),
+          m_model(plain.IsOfModel() ? static_cast<std::size_t>(plain.model) : 0), m_name(plain.vector.name) {}
+
+    std::string Line() const {
+        std::string text = m_vector.data == OfPredSet ? "PS."
+                           : m_plain.dataSet != 0     ? "DS" + Text(m_plain.dataSet) + "."
+                                                      : (m_plain.model != 0 ? "M" + Text(m_plain.model) : "") + ".";
+        bool const raw = m_vector.contribution != 0 && m_rest.GetWeightType() == Weight::CoeffCSRaw;
+        if (m_vector.data == OfSet || m_vector.data == OfPredSet)
+            text += m_vector.number == Identifier ? AliasName()
+                    : m_vector.number == ObsOrVar ? "long " + m_name + "(" + Item(m_plain.First(true)) + ")"
+                                                  : "";
+        else
+            text += (raw                     ? "YPred Contrib"
+                     : m_name == "Date/Time" ? Name('v', 2)
+                                             : "long " + m_name) +
+                    Component() + Distance() + (m_vector.Has('r') ? "[CV. " + Text(m_rest.selCV) + "]" : "") +
+                    (m_vector.contribution != 0 ? Groups() + Weights() : "") + Numbers() +
+                    (m_name.starts_with("YVar") && m_model == 4 ? "(Normalized)" : "") + Lags();
+        text += m_plain.UsesBatch() ? ", Batch: " + BatchName() : "";
+        return text + (!m_vector.Has('u') || m_rest.backTransformed ? "" : m_rest.unscaled ? "(trans)" : "(as WS)");
+    }
+
+private:
+    // "o3" or "s3", "v3" or "w3".
+    static std::string Name(char kind, int number, int alias) {
+        bool const known = number >= 1 && number <= (kind == 'v' ? 5 : 6);
+        char const prefix = alias == 1 ? kind : kind == 'v' ? 'w' : 's';
+        return known ? prefix + Text(number) : "";
+    }
+    std::string Name(char kind, int number) const { return Name(kind, number, m_alias); }
+    std::string Item(int number) const { return Name(m_vector.type == Scores ? 'v' : 'o', number); }
+    std::string AliasName() const {
+        bool const ofData = m_vector.data == OfPredSet || m_plain.dataSet != 0 || m_plain.model != 0;
+        return m_alias == 2 ? "second (other)" : m_vector.type == Loadings && ofData ? "name" : "id";
+    }
+    std::string Obs() const { return m_alias == 1 ? "(Obs " : "("; }
+    std::string Lags() const {
+        return !m_vector.Has('l') ? "" : ", Start Lag=" + Text(m_rest.startLag) + ", End Lag=" + Text(m_rest.endLag);
+    }
+
+    std::string Component() const {
+        static std::map<int, std::pair<std::size_t, char const *>> const words = {
+            {1, {0, "[Comp. "}}, {2, {1, "[XSide Comp. "}}, {4, {2, "[YSide Comp. "}}, {8, {3, "[Comp. "}}};
+        if (!words.contains(m_vector.components))
+            return "";
+        auto const &[place, word] = words.at(m_vector.components);
+        int const stored = m_model == 0 && place < 3 ? 1 : m_plain.components[place];
+        int const last = place < 3 ? m_plain.Last(place) : -1;
+        return m_compact ? "[" + Text(stored == -1 ? last : stored) + "]"
+                         : (stored == -1 ? "[Last comp.]" : word + Text(stored) + "]");
+    }
+
+    // Models 2 and 4 are weighted, 1 and 2 normalised.
+    std::string Distance() const {
+        static char const *const ofX[] = {"", "(Normalized)", "(Weighted and Normalized)", "(Abs)",
+                                          "(Weighted residuals)"};
+        static char const *const ofY[] = {"", "(Normalized)", "(Normalized)", "(Abs)", "(Abs)"};
+        return m_name.starts_with("DModX") ? ofX[m_model] : m_name == "DModY" ? ofY[m_model] : "";
+    }
+
+    static std::string Braced(std::vector<std::string> const &names) {
+        std::string text;
+        for (std::string const &name : names)
+            text += (&name == names.data() ? "" : ", ") + name;
+        return names.size() > 1 ? "{" + text + "}" : text;
+    }
+    std::string Group(std::vector<int> const &group, int alias) const {
+        std::string const source = (m_vector.obsPred == V::Observed ? "M" : "P") + Text(m_plain.model);
+        std::vector<std::string> names;
+        for (int const index : group) {
+            std::size_t const row = static_cast<std::size_t>(index - 1);
+            bool const known = m_model != 0 && row < itemsOf.at(source).observations.size();
+            names.push_back(known ? Name('o', static_cast<int>(itemsOf.at(source).observations[row]), alias)
+                                  : Text(index));
+        }
+        return Braced(names);
+    }
+    static std::string Points(BatchPoints const &points) {
+        std::vector<std::string> names;
+        for (auto const &[batch, maturity] : points)
+            names.push_back((batch.empty() ? "Average" : batch) + " at " + Text(static_cast<double>(maturity), 6));
+        return points.empty() ? "Average" : Braced(names);
+    }
+    std::string Groups() const {
+        int const kind = m_vector.contribution;
+        bool const large1 = m_rest.obs1.size() >= 4, large2 = m_rest.obs2.size() >= 4;
+        bool const aligned = m_rest.alignedMaturity1 && (kind != 5 || m_rest.alignedMaturity2);
+        if (kind >= 5)
+            return (aligned ? " Aligned(" : "(") + Points(m_rest.contGroup) + " - " + Points(m_rest.contRef) + ")";
+        if (kind >= 3)
+            return Obs() + (large1 ? "Group" : Group(m_rest.obs1, m_alias)) + ")";
+        std::string const from = large1 ? std::string("Group") + (large2 ? " 1" : "") : "Obs " + Group(m_rest.obs1, 2);
+        return (large2 ? std::string("(Group") + (large1 ? " 2" : "") : Obs() + Group(m_rest.obs2, 2)) + " - " +
+               (m_rest.obs1.empty() ? "Average" : from) + ")";
+    }
+
+    // By kind of weight; + each component follows, - the first and the last one.
+    std::string Weights() const {
+        static std::string const kinds[] = {"Normalized", "p+",   "po+", "p+",  "ppo+",        "popo+", "w*+", "w*+",
+                                            "CoeffCS+",   "VIP+", "RX+", "RY+", "CoeffCSRaw+", "p-",    "w*-", "Raw"};
+        int const weight = m_rest.GetWeightType(), ofKind = m_vector.contribution;
+        std::vector<int> const &components = m_rest.GetWeightComp();
+        if (weight == 0 && (ofKind == 3 || ofKind == 4 || ofKind == 6 || ofKind == 7))
+            return ", Comp: " + (components.empty() ? "" : Text(components.front()));
+        bool const ofY = weight == Weight::CoeffCS || weight == Weight::CoeffCSRaw;
+        int const y = m_plain.yVar == open ? m_plain.YTerm() : m_plain.yVar;
+        std::string name = kinds[weight], text = (ofY ? "(YVar " + YName(y) + ")" : "") + ", Weight=";
+        char const how = name.back();
+        if (how != '+' && how != '-')
+            return text + name;
+        name.back() = '[';
+        for (int const &component : components)
+            if (how == '+' || &component == &components.front())
+                text += name + Text(component) + "]";
+        return how == '+' || components.empty() ? text : text + "-" + name + Text(components.back()) + "]";
+    }
+
+    std::string YName(int index) const { return index >= 1 && index <= m_plain.YTerms() ? Name('v', index + 3) : ""; }
+    // Model 2 has v2.L1, v2.L2 and v3.L1 behind v1 to v3: a lag plot is about v2 and v3.
+    std::string XName(int index) const {
+        if (m_vector.type == Lag)
+            return m_model == 2 && (index == 1 || index == 2) ? Name('v', index + 1) : "";
+        bool const lag = m_model == 2 && index > 3;
+        return m_model == 0 || (index > 3 && !lag) ? ""
+               : lag                               ? Name('v', 2) + ".L" + Text(index - 3)
+                                                   : Name('v', index);
+    }
+    // Model 1 has no phases, model 2 a single one, of a data set.
+    std::string PhaseName() const {
+        static std::vector<std::string> const names[] = {{}, {}, {}, {"early", "late"}, {"start", "end"}};
+        bool const known = m_plain.number2 >= 1 && m_plain.number2 <= static_cast<int>(names[m_model].size());
+        bool const always = m_model == 1 || m_model == 4;
+        return known || always
+                   ? ", Phase " + (known ? names[m_model][static_cast<std::size_t>(m_plain.number2 - 1)] : "")
+                   : "";
+    }
+    std::string RangeName() const {
+        int const a = m_plain.number, b = m_plain.number2;
+        bool const o2pls = m_model == 3, noA = o2pls ? a == -1 : a < 0, noB = o2pls ? b == -1 : b < 0;
+        if (!noA && !noB)
+            return "[Comp. " + Text(std::min(a, b)) + " - " + Text(std::max(a, b)) + "]";
+        if (noA && a == b)
+            return "[Last comp. - Last comp.]";
+        std::string const xSide = o2pls ? " - Last comp., XSide comp. " + Text(a) : "";
+        return "[Comp. " + Text(noA ? b : a) + xSide + " - Last comp.]";
+    }
+    std::string Numbers() const {
+        int const number = m_plain.First(true);
+        std::string const x = "(" + XName(number) + ")", y = "(" + YName(number) + ")";
+        std::string const item = m_vector.type == Scores ? "(Var " + Item(m_plain.number) : Obs() + Item(number);
+        std::string const both = "(XVar " + XName(number) + ")(YVar " + YName(m_plain.Second(true)) + ")";
+        std::string const texts[] = {"", item + ")",      y,           x,  both, RangeName(), "",         x,
+                                     y,  y + PhaseName(), RangeName(), "", "",   "",          PhaseName()};
+        return texts[m_vector.number];
+    }
+
+    std::string BatchName() const {
+        std::string names; // a letter for each batch of the rows, in their order
+        for (std::uint32_t const row : itemsOf.at(m_plain.Source()).observations)
+            if (char const name = "AABBCC"[row - 1]; !names.ends_with(name))
+                names += name;
+        auto const index = static_cast<std::size_t>(m_rest.batchIx - 1);
+        bool const known = m_rest.batchIx >= 1 && index < names.size();
+        return m_rest.batchIx == 0 ? "Std.Dev." : m_rest.batchIx < 0 ? "Average" : known ? names.substr(index, 1) : "";
+    }
+
+    Plain const &m_plain;
+    VectorTraits const &m_vector;
+    ProjectVectorData const &m_rest;
+    int m_alias;
+    bool m_compact;
+    std::size_t m_model;
+    std::string m_name;
 };
 
 } // namespace
 
 TEST(VectorText, WritesWhatTheCatalogueReads) {
-    World const world;
-    GroupingLocale const grouping;
+    World world;
+    world.SetDefaults();
     Dice dice(1);
     for (int i = 0; i < 5000; ++i) {
         Plain const plain = Plain::Random(dice);
         VectorProbe const vector(plain.vector);
-        EXPECT_EQ(plain.Record(world, &vector).ToStdString(nullptr), ReferenceWriter(plain).Text());
+        ProjectVectorData const data = plain.Record(world, &vector);
+        world.defaults.clear();
+        GroupingLocale const grouping;
+        EXPECT_EQ(data.ToStdString(nullptr), ReferenceWriter(plain, false).Line());
+        EXPECT_EQ(data.ToStdString(&world.defaults), ReferenceWriter(plain, true).Line());
     }
     EXPECT_EQ(ProjectVectorData().ToStdString(&world.defaults), "");
-    VectorProbe const lagged({.name = "IR", .flags = "l"});
-    EXPECT_EQ(world.Data(lagged, "M1", [](auto &d) { d.startLag = 2, d.endLag = 5; }).ToStdString(nullptr),
-              "IR M1,0,0,0,2-5");
 }
 
 TEST(VectorText, LabelsSeries) {
-    World const world;
-    VariableInfo time(2);
-    world.project->variables.SetInfo(time);
-    world.project->variables.SetDefaultTimeVariable(2);
-    world.project->preferredObservationAlias = 2;
-    world.project->Model(2).isWeighted = true;
-    world.project->Model(3).isNormalized = false;
-    world.project->Model(4).isNormalized = false;
-    world.project->Model(4).isWeighted = true;
-    world.project->Model(4).treatment = 2;
-    VectorTraits const t{"t", Scores, NoNumber, 1}, range{"r", Scores, Range};
-    VectorTraits const score = Kind("c", 1), distance = Kind("c", 3);
-    VectorTraits const unscaled{.name = "u", .flags = "u"}, batch{"b", Scores, Batch};
-    VectorTraits const phase{"ph", Scores, Phase}, scorePS{"c", Scores, NoNumber, 0, OfModel, Predicted, 1};
-    std::vector<int> const four{1, 2, 3, 4};
-    char const *const points = "M1.long c({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw";
-    char const *const alignedPoints = "M1.long c Aligned({B b at 0.123457, Average at 2} - A at 1.5), Weight=Raw";
-    struct {
-        VectorTraits vector;
-        char const *source;
-        Change change;
-        char const *expected;
-        int alias = 1;
-        bool compact = false;
-    } const cases[] = {
-        // Items of data sets.
-        {{"VarID", Loadings, Identifier, 0, OfSet}, "DS1", {}, "DS1.second (other)", 2},
-        {{"VarID", Loadings, Identifier, 0, OfSet}, "DS1", {}, "DS1.name"},
-        {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS1", Number(3), "DS1.long VarDS(v3)"},
-        {{"VarDS", Scores, ObsOrVar, 0, OfSet}, "DS2", Number(open), "DS2.long VarDS(w2)", 2},
-        {{"ObsDS", Loadings, ObsOrVar, 0, OfSet}, "DS1", Number(4), "DS1.long ObsDS(o4)"},
-        {{"ObsPS", Loadings, ObsOrVar, 0, OfPredSet, Predicted}, "", {}, "PS.long ObsPS(s5)", 2},
-        {{"d", Scores, NoNumber, 1, OfSet}, "DS1", {}, "DS1."},
-        {{.name = "d", .data = OfSet, .flags = "u"}, "DS1", [](auto &d) { d.backTransformed = false; }, "DS1.(trans)"},
-        // Names and components.
-        {{"Date/Time"}, "M1", {}, "M1.w2", 2},
-        {t, "", {}, ".long t[Comp. 1]"},
-        {t, "M1", Components(2), "M1.long t[Comp. 2]"},
-        {t, "M1", Components(2), "M1.long t[2]", 1, true},
-        {t, "M1", {}, "M1.long t[Last comp.]"},
-        {t, "M1", {}, "M1.long t[3]", 1, true},
-        {{"to", Scores, NoNumber, 2}, "M2", Components(open, 2), "M2.long to[XSide Comp. 2]"},
-        {{"uo", Scores, NoNumber, 4}, "M3", Components(open, open, 1), "M3.long uo[YSide Comp. 1]"},
-        {{"osc", Scores, NoNumber, 8}, "M1", Components(open, open, open, 4), "M1.long osc[Comp. 4]"},
-        {{"osc", Scores, NoNumber, 8}, "M1", {}, "M1.long osc[Last comp.]"},
-        {{"both", Scores, NoNumber, 3}, "M3", {}, "M3.long both"},
-        // Distances: plain, weighted, unnormalised, both.
-        {{"DModX"}, "M1", {}, "M1.long DModX(Normalized)"},
-        {{"DModXPS+"}, "M2", {}, "M2.long DModXPS+(Weighted and Normalized)"},
-        {{"DModXPS"}, "M3", {}, "M3.long DModXPS(Abs)"},
-        {{"DModX"}, "M4", {}, "M4.long DModX(Weighted residuals)"},
-        {{"DModY"}, "M2", {}, "M2.long DModY(Normalized)"},
-        {{"DModYPS"}, "M4", {}, "M4.long DModYPS(Abs)"},
-        {{"DModX2"}, "M1", {}, "M1.long DModX2"},
-        {{.name = "tcv", .components = 1, .flags = "r"}, "M1", Components(1), "M1.long tcv[Comp. 1][CV. 1]"},
-        // Contributions.
-        {score, "M1", Groups({}, {1, 2}), "M1.long c(Obs {s1, s2} - Average), Weight=Raw"},
-        {score, "M1", Groups({}, {1, 2}), "M1.long c({s1, s2} - Average), Weight=Raw", 2},
-        {score, "M1", Groups({3}, {1}), "M1.long c(Obs s1 - Obs s3), Weight=Raw"},
-        {score, "M1", Groups({2, 3, 4}, {1}), "M1.long c(s1 - Obs {s2, s3, s4}), Weight=Raw", 2},
-        {score, "M1", Groups(four, four), "M1.long c(Group 2 - Group 1), Weight=Raw"},
-        {score, "M1", Groups({}, four), "M1.long c(Group - Average), Weight=Raw"},
-        {score, "M1", Groups(four, {1}), "M1.long c(Obs s1 - Group), Weight=Raw"},
-        {scorePS, "M1", Groups({}, {2}), "M1.long c(Obs s6 - Average), Weight=Raw"},
-        {distance, "M1", Groups({2}, {}), "M1.long c(Obs o2), Weight=Raw"},
-        {distance, "M1", Groups({2, 3}, {}), "M1.long c({s2, s3}), Weight=Raw", 2},
-        {Kind("c", 4), "M1", Groups(four, {}), "M1.long c(Obs Group), Weight=Raw"},
-        {Kind("c", 5), "M1", Points(true, true), alignedPoints},
-        {Kind("c", 5), "M1", Points(true, false), points},
-        {Kind("c", 6), "M1", Points(true, false), alignedPoints},
-        {Kind("c", 7), "M1", Points(false, true), points},
-        // Weights, after the group of one observation.
-        {distance, "M1", Groups({2}, {}, Weight::Normalized, {3}), "M1.long c(Obs o2), Comp: 3"},
-        {score, "M1", Groups({}, {1}, Weight::Normalized, {3}), "M1.long c(Obs s1 - Average), Weight=Normalized"},
-        {distance, "M1", Groups({2}, {}, Weight::PP, {1, 2}), "M1.long c(Obs o2), Weight=p[1]p[2]"},
-        {distance, "M1", Groups({2}, {}, Weight::WStarWStar, {1, 2}), "M1.long c(Obs o2), Weight=w*[1]w*[2]"},
-        {distance, "M1", Groups({2}, {}, Weight::CoeffCS, {3}, 2), "M1.long c(Obs o2)(YVar v5), Weight=CoeffCS[3]"},
-        {distance, "M1", Groups({2}, {}, Weight::CoeffCSRaw, {3}, 1),
-         "M1.YPred Contrib(Obs o2)(YVar v4), Weight=CoeffCSRaw[3]"},
-        {distance, "M1", Groups({2}, {}, Weight::PRange, {1, 2, 3}), "M1.long c(Obs o2), Weight=p[1]-p[3]"},
-        {distance, "M1", Groups({2}, {}, Weight::WStarRange, {1, 3}), "M1.long c(Obs o2), Weight=w*[1]-w*[3]"},
-        {distance, "M1", Groups({2}, {}, Weight::VIP, {3}), "M1.long c(Obs o2), Weight=VIP[3]"},
-        {distance, "M1", Groups({2}, {}, Weight::PPO, {1, 2}), "M1.long c(Obs o2), Weight=ppo[1]ppo[2]"},
-        // Numbers.
-        {{"XObs", Loadings, ObsOrVar}, "M1", Number(3), "M1.long XObs(Obs o3)"},
-        {{"XObs", Loadings, ObsOrVar}, "M1", Number(open), "M1.long XObs(s1)", 2},
-        {{"v", Scores, ObsOrVar}, "M1", Number(3), "M1.long v(Var w3)", 2},
-        {{"v", Scores, ObsOrVar}, "M1", Number(open), "M1.long v(Var )"},
-        {{"YPred", Scores, Y}, "M1", Number(2), "M1.long YPred(v5)"},
-        {{"XVar", Scores, X}, "M1", Number(open), "M1.long XVar(v1)"},
-        {{"pLag", Lag, X}, "M2", Number(2), "M2.long pLag(v3)"},
-        {{"C", Scores, XY}, "M1", Number(3, open), "M1.long C(XVar v3)(YVar v4)"},
-        {{"C", Lag, XY}, "M2", Number(2, 1), "M2.long C(XVar v3)(YVar v4)"},
-        {{"VIP", Scores, YPhase}, "M4", Number(1, 2), "M4.long VIP(v4), Phase end"},
-        {phase, "M4", Number(1, 1), "M4.long ph, Phase start"},
-        {phase, "M3", Number(1, 2), "M3.long ph, Phase late"},
-        {phase, "M3", Number(1, 3), "M3.long ph"},
-        {phase, "M2", Number(1, 1), "M2.long ph"},
-        // Ranges, of O2PLS and of others.
-        {range, "M3", Number(2, 1), "M3.long r[Comp. 1 - 2]"},
-        {range, "M3", Number(2, open), "M3.long r[Comp. 2 - Last comp., XSide comp. 2 - Last comp.]"},
-        {range, "M3", Number(open, open), "M3.long r[Last comp. - Last comp.]"},
-        {range, "M3", Number(open, 2), "M3.long r[Comp. 2 - Last comp., XSide comp. -1 - Last comp.]"},
-        {range, "M1", Number(open, 2), "M1.long r[Comp. 2 - Last comp.]"},
-        {range, "M1", Number(-2, 2), "M1.long r[Comp. 2 - Last comp.]"},
-        {range, "M1", Number(open, -2), "M1.long r[Comp. -2 - Last comp.]"},
-        {range, "M1", Number(-2, -2), "M1.long r[Last comp. - Last comp.]"},
-        {range, "M2", Number(3, open), "M2.long r[Comp. 3 - Last comp.]"},
-        {range, "M1", Number(3, -2), "M1.long r[Comp. 3 - Last comp.]"},
-        {range, "M1", Number(3, 1), "M1.long r[Comp. 1 - 3]"},
-        {{"YVar"}, "M4", {}, "M4.long YVar(Normalized)"},
-        {{"YVarPS"}, "M4", {}, "M4.long YVarPS(Normalized)"},
-        {{"YVar2"}, "M4", {}, "M4.long YVar2"},
-        {{"YVar"}, "M1", {}, "M1.long YVar"},
-        {{.name = "IR", .flags = "l"},
-         "M1",
-         [](auto &d) { d.startLag = 2, d.endLag = 5; },
-         "M1.long IR, Start Lag=2, End Lag=5"},
-        // Tails.
-        {batch, "M4", Number(1, 1, 0), "M4.long b, Batch: Std.Dev."},
-        {batch, "M4", Number(1, 1, 2), "M4.long b, Batch: B"},
-        {batch, "M4", Number(1, 1, -2), "M4.long b, Batch: Average"},
-        {{"b", Scores, Batch, 0, OfModel, Predicted}, "M4", Number(1, 1, 2), "M4.long b, Batch: C"},
-        {{"b", Scores, Batch, 0, OfSet}, "DS1", Number(1, 1, 3), "DS1., Batch: C"},
-        {{"b", Scores, Batch, 0, OfSet}, "DS-1", Number(1, 1, 3), "DS-1., Batch: "},
-        {{"b", Scores, Batch, 0, OfPredSet, Predicted}, "", Number(1, 1, 1), "PS., Batch: C"},
-        {unscaled, "M1", {}, "M1.long u"},
-        {unscaled, "M1", [](auto &d) { d.unscaled = false; }, "M1.long u"},
-        {unscaled, "M1", [](auto &d) { d.backTransformed = false; }, "M1.long u(trans)"},
-        {unscaled, "M1", [](auto &d) { d.unscaled = d.backTransformed = false; }, "M1.long u(as WS)"}};
-    world.project->Model(2).x = ColumnTerms({ColumnTerm(1), ColumnTerm(2, 1), ColumnTerm(2, 2), ColumnTerm(3, 1)});
-    // Model 3 and 2 are of batches of data set 7, and of 8 with one phase.
-    for (auto const &[model, dataSet] : {std::pair(3, 7), {2, 8}}) {
-        world.project->Info(model).isBatchLevel = true;
-        world.project->Info(model).dataSets = {dataSet + 10};
-        world.project->dataSets[dataSet + 10].sourceDataSet = dataSet;
+    World world;
+    world.SetDefaults();
+    RecordingProject &project = *world.project;
+    project.variables.SetInfo(VariableInfo(2));
+    project.variables.SetDefaultTimeVariable(2);
+    project.preferredObservationAlias = 2;
+    project.Model(2).isWeighted = project.Model(4).isWeighted = true;
+    project.Model(3).isNormalized = project.Model(4).isNormalized = false;
+    project.Model(4).treatment = 2;
+    for (ColumnTerm const &term : {ColumnTerm(2, 1), ColumnTerm(2, 2), ColumnTerm(3, 1)})
+        project.Model(2).x.AppendTerm(term);
+    Dice dice(5);
+    for (int i = 0; i < 20000; ++i) {
+        Plain const plain = Plain::Random(dice);
+        VectorProbe const vector(plain.vector);
+        ProjectVectorData const data = plain.Record(world, &vector);
+        int const alias = dice(1, 2), compact = dice(0, 1);
+        world.defaults.clear();
+        EXPECT_EQ(data.GetFormattedName(&world.defaults, alias, compact), ReferenceLabel(plain, alias, compact).Line());
     }
-    world.project->dataSets[7].phases = {"early", "late"};
-    world.project->dataSets[8].phases = {"only"};
-    for (auto const &row : cases) {
-        VectorProbe const vector(row.vector);
-        EXPECT_EQ(world.Data(vector, row.source, row.change).GetFormattedName(&world.defaults, row.alias, row.compact),
-                  row.expected);
-    }
-    VectorProbe const lost({"b", Scores, Batch, 0, OfSet});
-    EXPECT_THROW(world.Data(lost, "DS9", Number(1, 1, 1)).GetFormattedName(&world.defaults, 1, false), NCError);
+    VectorProbe const batch({"b", Scores, Batch, 0, OfSet}), other({"DModX2"});
+    auto const label = [&](ProjectVectorData const &data) { return data.GetFormattedName(&world.defaults, 1, false); };
+    EXPECT_EQ(label(world.Data(batch, "DS-1", Number(1, 1, 3))), "DS-1., Batch: ");
+    EXPECT_THROW(label(world.Data(batch, "DS9", Number(1, 1, 1))), NCError);
+    EXPECT_EQ(label(world.Data(other, "M1")), "M1.long DModX2");
+    project.AddModel(ModelTypeE::O2PLS, 2); // without orthogonal components it is like any other
+    VectorProbe const range({"r", Scores, Range});
+    EXPECT_EQ(label(world.Data(range, "M5", Number(2, open))), "M5.long r[Comp. 2 - Last comp.]");
 }
 
 TEST(VectorText, NamesSeriesWithoutPrefixAndWithTheirScale) {
@@ -320,27 +351,18 @@ TEST(VectorText, NamesSeriesWithoutPrefixAndWithTheirScale) {
     struct {
         ProjectVector const &vector;
         double scaling, offset;
-        char const *prefix; // null: stays
+        std::string prefix; // "-" stays
         char const *expected;
-    } const cases[] = {{vector, 1, 0, nullptr, "M1.long t"},
-                       {vector, 1, 0, "M1", "long t"},
-                       {vector, 1, 0, "M2", "M1.long t"},
-                       {vector, 2, -0.5, nullptr, "2 * M1.long t - 0.5"},
-                       {vector, 1, 0.5, "M1", "long t + 0.5"},
-                       {vector, -1, 0, "M1", "-1 * long t"},
-                       {vector, 1.0000001, 1e-7, "M1", "long t"},
-                       {vector, 1.0000002, 0, "M1", "1 * long t"},
-                       {vector, 1, 0, "M1.long t", ""},
-                       {num, 1, 0, "N", "Num"},
-                       {num, 2, 1, "N", "2 * Num + 1"}};
-    for (auto const &row : cases) {
-        ProjectVectorData data = world.Data(row.vector, "M1");
-        data.scaling = row.scaling;
-        data.offset = row.offset;
-        EXPECT_EQ(data.GetProjectVectorName(&world.defaults, row.prefix, row.prefix ? row.prefix : "", 1, false),
-                  row.expected);
+    } const cases[] = {{vector, 1, 0, "-", "M1.long t"},           {vector, 1, 0, "M1", "long t"},
+                       {vector, 1, 0, "M2", "M1.long t"},          {vector, 2, -0.5, "-", "2 * M1.long t - 0.5"},
+                       {vector, 1, 0.5, "M1", "long t + 0.5"},     {vector, 1.0000001, 1e-7, "M1", "long t"},
+                       {vector, 1.0000002, 0, "M1", "1 * long t"}, {num, 2, 1, "N", "2 * Num + 1"}};
+    for (auto const &[vector, scaling, offset, prefix, expected] : cases) {
+        ProjectVectorData data = world.Data(vector, "M1");
+        data.scaling = scaling;
+        data.offset = offset;
+        std::string const removed = prefix == "-" ? "M1" : prefix;
+        EXPECT_EQ(data.GetProjectVectorName(&world.defaults, prefix != "-", removed, 1, false), expected);
     }
     EXPECT_EQ(world.Data(num, "").GetFormattedName(nullptr, 1, false), "Num");
-    EXPECT_EQ(world.Data(vector, "").GetDataSourceName(), "");
-    EXPECT_EQ(ProjectVectorData().GetDataSourceName(), "");
 }

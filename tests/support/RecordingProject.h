@@ -92,6 +92,7 @@ public:
     std::map<int, NCDataSetInfo> dataSets;
     mutable int memoryLocks = 0;
     int activeModel = -1;
+    bool isBatchProject = false;
     int preferredObservationAlias = 1;
     NCVariables variables;
     NCObservations observations;
@@ -115,6 +116,7 @@ public:
     boost::shared_ptr<ModelInfo const> GetModelInfo(int model) const override;
     boost::shared_ptr<NCModel const> GetModel(int model) const override;
     int GetActiveModelNumber() const override { return activeModel; }
+    bool IsBatchProject() const override { return isBatchProject; }
     boost::shared_ptr<NCDataContainerBase const> GetWorkset(int model) const override;
     boost::shared_ptr<NCDataSet const> GetDataSet(int dataSet) const override;
     boost::shared_ptr<NCDataSetInfo const> GetDataSetInfo(int dataSet) const override;

@@ -1,5 +1,7 @@
 #include "utilities/ProjectQueries.h"
 #include "platform/text/Exception.h"
+#include "tests/support/Dice.h"
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/RecordingProject.h"
 #include "utilities/BatchConverter.h"
 
@@ -54,6 +56,7 @@ TEST(ProjectQueries, TellModelsApart) {
     EXPECT_EQ(GetXTermIndex(*project, 2, "c"), 0xFFFFFFFFu);
     EXPECT_EQ(GetXTermIndex(*project, 9, "b"), 0xFFFFFFFFu);
     EXPECT_EQ(GetXTermName(*project, 2, 1), "a");
+    EXPECT_EQ(GetXTermName(*project, 2, 3) + GetXTermName(*project, 2, 4), "b");
 
     EXPECT_TRUE(HasNonWSPredictions(*project, 1)); // 5 is none of the model's
     project->AddPredictions(1, {4, 1});
@@ -66,7 +69,17 @@ TEST(ProjectQueries, TellModelsApart) {
     EXPECT_FALSE(IsWCSModel(*project, 2)); // the data set itself is gone
     project->AddData(3, {1}, {1});
     EXPECT_TRUE(IsWCSModel(*project, 2));
+    project->Info(2).dataSets = {1};
+    project->AddData(1, {1}, {1});
+    EXPECT_FALSE(IsWCSModel(*project, 2));
     EXPECT_FALSE(IsWCSModel(*project, 1));
+}
+
+TEST(ProjectQueries, TellThePointsOfContributions) {
+    GroupingLocale const grouping;
+    EXPECT_EQ(AddContributionBatchPoints({{"A", 1234.5f}}, {{"B", 0.5f}, {"", 2}}),
+              "({B at 0.5, Average at 2} - A at 1234.5)");
+    EXPECT_EQ(AddContributionBatchPoints({}, {}), "(Average - Average)");
 }
 
 TEST(ProjectQueries, TellSpecialVariablesApart) {
@@ -90,31 +103,35 @@ TEST(ProjectQueries, NarrowColumnsToOrdinaryVariables) {
     }
     int const model = project->AddModel(ModelTypeE::PLS, 1, 0, 0, 0);
     project->Model(model).y.AppendTerm(ColumnTerm(5));
-    // Variables, a product of two as 9; as columns of a model's terms or plain; the range; what is left; any ordinary
-    struct {
-        std::vector<std::uint32_t> variables;
-        bool terms;
-        int first, last, expectedFirst, expectedLast;
-        bool ordinary;
-    } const cases[] = {{{1, 2}, false, 1, -1, 1, 2, true},      {{3, 1, 4, 2, 3}, false, 1, -1, 2, 4, true},
-                       {{3, 3, 3}, false, 1, -1, 3, 3, false},  {{4, 3}, false, 1, -1, 1, 1, false},
-                       {{3, 1, 2, 3}, false, 3, 4, 3, 3, true}, {{1, 3, 3, 2}, false, 2, 3, 3, 3, true},
-                       {{9, 1, 5, 9}, true, 1, -1, 2, 2, true}, {{5, 1, 5}, true, 1, -1, 1, 2, true},
-                       {{1, 5}, false, 1, -1, 1, 2, true},      {{9, 3}, true, 1, -1, 2, 2, false}};
-    for (auto const &row : cases) {
+    ColumnIDs const gone(ColumnTerms({ColumnTerm(1)}), MakeRecordingProject(), 1);
+    EXPECT_FALSE(HasNonSpecialVariables(&gone));
+    Dice dice(1);
+    for (int i = 0; i < 2000; ++i) {
+        // Variables, or terms of the model; 9 is the product of two.
+        bool const ofTerms = dice(0, 1) == 1;
         ColumnTerms terms;
-        ColumnIDs::Numbers numbers;
-        for (std::uint32_t const variable : row.variables) {
-            terms.AppendTerm(variable == 9 ? ColumnTerm({1, 2}, {}, {}) : ColumnTerm(variable));
-            numbers.push_back(variable);
+        std::vector<std::uint32_t> numbers;
+        ColumnIDs::Numbers plain;
+        for (int size = dice(1, 6); size > 0; --size) {
+            numbers.push_back(dice({1u, 3u, 3u, 4u, 5u, ofTerms ? 9u : 2u}));
+            plain.push_back(numbers.back());
+            terms.AppendTerm(numbers.back() == 9 ? ColumnTerm({1, 2}, {}, {}) : ColumnTerm(numbers.back()));
         }
         ColumnIDs const columns =
-            row.terms ? ColumnIDs(terms, project, model) : ColumnIDs(ColumnIDs::Variables, numbers, project, 0);
-        int first = row.first, last = row.last;
+            ofTerms ? ColumnIDs(terms, project, model) : ColumnIDs(ColumnIDs::Variables, plain, project, 0);
+        // s special, h of another model, y of Y, * a product, v ordinary
+        std::string kinds;
+        for (std::uint32_t const number : numbers)
+            kinds += ofTerms && number == 5 ? 'y' : "?vvshv???*"[number];
+        int const count = static_cast<int>(kinds.size());
+        int first = dice(1, count), last = dice({-1, dice(first, count)});
+        auto const end = static_cast<std::size_t>(last == -1 ? count : last), begin = static_cast<std::size_t>(first);
+        std::size_t const left = std::min(kinds.find_first_not_of("s*", begin - 1), end - 1);
+        std::size_t const right = kinds.find_last_not_of("s*y", end - 1);
         SkipSpecialVariables(&columns, first, last);
-        EXPECT_EQ(std::pair(first, last), std::pair(row.expectedFirst, row.expectedLast))
-            << testing::PrintToString(row.variables);
-        EXPECT_EQ(HasNonSpecialVariables(&columns), row.ordinary) << testing::PrintToString(row.variables);
+        EXPECT_EQ(first, static_cast<int>(left) + 1) << kinds;
+        EXPECT_EQ(last, right == std::string::npos || right < left ? first : static_cast<int>(right) + 1) << kinds;
+        EXPECT_EQ(HasNonSpecialVariables(&columns), kinds.find_first_of("vy") != std::string::npos) << kinds;
     }
 }
 
@@ -138,9 +155,10 @@ TEST(BatchConverter, CountsBatchesAmongTheRows) {
         row.converter.FromIndexToBatch(indexes, names);
         EXPECT_EQ(names, row.back);
     }
-    EXPECT_TRUE(model.HasBatch("A") && predicted.HasBatch("C"));
+    EXPECT_TRUE(model.HasBatch("A") && model.HasBatch("B") && predicted.HasBatch("C"));
     EXPECT_FALSE(model.HasBatch("C") || model.HasBatch("a"));
     project->AddModel(ModelTypeE::PCA, 1);
+    EXPECT_THROW(BatchConverter(*project, 9, false), NCError);
     try {
         BatchConverter(*project, 2, true);
         FAIL();

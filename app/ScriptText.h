@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/PlotScript.h"
+
+#include <string>
+
+// What the scripts for gnuplot have in common.
+
+// A text in double quotes, with all that means something there to gnuplot (and to the shell that it would run for a
+// back quote) as an octal escape. Not in single quotes: gnuplot 5.4 misreads a text that begins with one.
+std::string Quoted(std::string const &text);
+// The same for a label of an axis, which is a format for its position.
+std::string QuotedFormat(std::string const &text);
+// As much of a label as a picture has room for.
+std::string Shortened(std::string const &text);
+std::string Number(double value);
+// Whether a cell has a value to draw.
+bool IsShown(float value);
+// Of the series at a position from 0, for "lc rgb".
+std::string SeriesColour(std::size_t position);
+// Terminal, borders, grid, key and title.
+std::string ScriptHead(PlotStyle const &style);
