@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -35,6 +36,7 @@ struct FitRequest {
     engine::EvolutionRequest batches;
     bool phaseModels = false;
     engine::BatchLevelRequest level;
+    std::vector<std::string> below; // results and variables that the model stands on
 };
 
 struct ListRequest {
@@ -149,6 +151,19 @@ void CheckResponses(engine::ModelRequest const &model) {
         throw UsageError("A PCA model has no Y variables; --y is for PLS, OPLS and O2PLS");
 }
 
+// What a model above others stands on: its responses are variables of the data sets below.
+engine::HierarchyRequest HierarchyOf(FitRequest const &request) {
+    engine::HierarchyRequest hierarchy;
+    for (std::string const &text : NamesIn(request.below))
+        AddHierarchyItem(hierarchy, text);
+    if (!request.below.empty() && (hierarchy.results.empty() || request.kind.level != Kind::Observations))
+        throw UsageError("--on names results of models, such as M1.t, that a pca, pls, opls or o2pls model stands on");
+    for (std::string const &response : request.model.responses)
+        if (std::ranges::find(hierarchy.variables, response) == hierarchy.variables.end())
+            hierarchy.variables.push_back(response);
+    return hierarchy;
+}
+
 void Fit(FitRequest request) {
     request.model.type = request.kind.type;
     request.model.responses = NamesIn(request.responses);
@@ -167,14 +182,17 @@ void Fit(FitRequest request) {
     for (std::string const &text : NamesIn(request.lags))
         request.model.lags.push_back(LagsIn(text));
     CheckComponents(request.model);
+    engine::HierarchyRequest const hierarchy = HierarchyOf(request);
     auto const project = engine::Project::OpenToWrite(request.project);
     std::vector<int> const models = [&] {
         ProgressBar bar("Fitting");
         if (request.phaseModels)
             return project->AddPhaseModels(request.model, bar.Listener());
-        return std::vector{request.kind.level == Kind::Batches
-                               ? project->AddBatchLevelModel(request.level, request.model, bar.Listener())
-                               : project->AddModel(request.model, bar.Listener())};
+        if (request.kind.level == Kind::Batches)
+            return std::vector{project->AddBatchLevelModel(request.level, request.model, bar.Listener())};
+        return std::vector{hierarchy.results.empty()
+                               ? project->AddModel(request.model, bar.Listener())
+                               : project->AddUpperModel(hierarchy, request.model, bar.Listener())};
     }();
     Output output;
     for (int const model : models)
@@ -201,7 +219,7 @@ void ListDataSets(ListRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
     Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
     for (engine::DataSetRecord const &record : project->DataSets()) {
-        static constexpr char const *kinds[] = {"data", "prediction", "batch level", "batch level of prediction"};
+        static constexpr char const *kinds[] = {"data", "prediction", "derived", "derived of prediction"};
         bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
         bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
         listing.Add({record.number, record.name, kinds[static_cast<int>(record.kind)], record.observations,
@@ -324,6 +342,12 @@ void AddModelCommands(CLI::App &program) {
         ->add_option("--with", request->level.conditions,
                      "Of whole batches: a data set of initial conditions, by batch")
         ->type_name("N");
+    command
+        ->add_option("--on", request->below,
+                     "Results of models that the model stands on: t, to,\nYPred, XVarRes, DModX or T2 of a model, all "
+                     "of them or\none; and variables as they are")
+        ->type_name("M1.t,M2.t[1],NAME,...")
+        ->allow_extra_args(false);
     AddChoice(*command, "--q2", model.q2,
               {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
               "Q2 by rounds that fit all components anew (rounds), or, of\n"
@@ -335,7 +359,8 @@ void AddModelCommands(CLI::App &program) {
         "of it is predicted when observations are left out.\n"
         "Example: dataseries fit wine.project --type pca\n"
         "         dataseries fit oil.project --type pls --y octane --scaling ctr\n"
-        "         dataseries fit mill.project --type pls --y kappa --lags all:1-3,kappa:1");
+        "         dataseries fit mill.project --type pls --y kappa --lags all:1-3,kappa:1\n"
+        "         dataseries fit mill.project --type pls --y kappa --on M1.t,M2.t");
     command->callback([request] { Fit(*request); });
 
     AddListCommand(program, "models", "List the models of a project", ListModels);

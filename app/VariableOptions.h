@@ -26,5 +26,9 @@ std::pair<std::string, std::vector<std::string>> BlockIn(std::string const &text
 // "feed:3", "feed:1-5": the name of a variable, "all" for each X variable, and how many rows earlier.
 engine::VariableLags LagsIn(std::string const &text);
 
+// "M1.t", "M2.to[1]", "M1.YPred": a model, what it gives (t, to, YPred, XVarRes, DModX, T2), and perhaps which one of
+// them; the name of a variable is one of the variables.
+void AddHierarchyItem(engine::HierarchyRequest &request, std::string const &text);
+
 // "width*length", "width*width": the names of factors.
 std::vector<std::string> FactorsIn(std::string const &text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/identity/VarObs.h"
 #include "platform/project/BatchYVarTreatment.h"
 #include "platform/project/ModelTypeE.h"
 
@@ -43,6 +44,21 @@ struct BatchLevelRequest {
     // A data set whose observations are the batches, by name: its variables are initial conditions. 0 for none. A batch
     // that it lacks is looked for in the other data sets and prediction sets, those that come later too.
     int conditions = 0;
+};
+
+// What a model above others is to be made of (Wold et al. 1996).
+struct HierarchyRequest {
+    struct Result {
+        int model = 0;
+        VariableInfo::Result kind = VariableInfo::Score;
+        // Of the component, or of the term among those of its side, from 1; 0 for all of them.
+        int place = 0;
+    };
+
+    std::vector<Result> results;
+    // Variables, by name, that the upper model has as they are, its responses among them. They are looked for in the
+    // data sets of the models.
+    std::vector<std::string> variables = {};
 };
 
 // Lagged terms of X: what a variable was `first` to `last` observations earlier, in the same batch where the data set

@@ -48,6 +48,22 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     file.SetSection(roleSection, text);
 }
 
+// How a table fits a model above others: its variables as they are, and all of the models below.
+VariableMatch Together(VariableMatch own, std::vector<VariableMatch> const &lower) {
+    // Its results are no variables of a table.
+    own.missing.clear();
+    for (VariableMatch const &match : lower) {
+        own.found += match.found;
+        for (std::string const &name : match.missing)
+            if (std::ranges::find(own.missing, name) == own.missing.end())
+                own.missing.push_back(name);
+        std::erase_if(own.surplus,
+                      [&](std::string const &name) { return std::ranges::find(match.surplus, name) == match.surplus.end(); });
+        own.unknownGroups.insert(own.unknownGroups.end(), match.unknownGroups.begin(), match.unknownGroups.end());
+    }
+    return own;
+}
+
 // The rows of a prediction set on a model.
 class Predictions final : public NCPredictions {
 public:
@@ -203,19 +219,20 @@ FitQuality Project::QualityOf(int model) const {
 
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
     ModelView const &view = m_state->FittedView(model);
-    std::optional<BatchLevelRecipe> const &recipe = view.FittedData().Recipe();
-    VariableMatch best;
-    for (ModelView const *const matched : recipe ? LowerModels(*recipe) : std::vector{&view})
-        if (VariableMatch match = Match(*matched, table.observations, table.variables.front().texts);
-            matched == &view || match.found >= best.found)
-            best = std::move(match);
-    return best;
+    VariableMatch own = Match(view, table.observations, table.variables.front().texts);
+    std::optional<Recipe> const &recipe = view.FittedData().MadeBy();
+    if (!recipe)
+        return own;
+    std::vector<VariableMatch> lower;
+    for (int const below : recipe->Models())
+        lower.push_back(MatchVariables(below, table));
+    return recipe->As<BatchLevelRecipe>() ? *std::ranges::max_element(lower, {}, &VariableMatch::found)
+                                          : Together(std::move(own), lower);
 }
 
 VariableMatch Project::MatchVariables(int model, int dataSet) const {
     ModelView const &view = m_state->FittedView(model);
-    int const derived = view.FittedData().Recipe() ? m_state->DerivedOf(dataSet, view.FittedData().GetNumber()) : 0;
-    return m_state->MatchOf(view, derived != 0 ? derived : dataSet);
+    return m_state->MatchOf(view, m_state->RowsOn(view, dataSet)->GetNumber());
 }
 
 int Project::FindPredictionSet(std::string const &name) const {
@@ -261,7 +278,7 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
     ModelDefinition const &definition = view ? view->Fit().definition : stored;
     info->hasDateTime = HasDates(record->dataSets.front());
     info->hasLaggedVariables = definition.HasLags();
-    info->isBatchLevel = m_state->RecordOf(record->dataSets.front())->kind == DataSetKind::Derived;
+    info->isBatchLevel = m_state->Data(record->dataSets.front()).MadeAs<BatchLevelRecipe>() != nullptr;
     info->type = static_cast<ModelTypeE::Model>(definition.kind);
     if (definition.evolution) {
         info->isBatchModel = true;
@@ -335,10 +352,11 @@ boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const
     info->kind = isPrediction ? NCDataSetInfo::Secondary : NCDataSetInfo::Primary;
     info->phases = m_state->PhasesOf(number);
     if (IsDerived(record->kind)) {
-        BatchLevelRecipe const recipe = *m_state->FindData(number)->Recipe();
-        info->sourceDataSet = recipe.dataSet;
-        for (BatchLevelRecipe::Source const &source : recipe.sources)
-            info->sourceModels.push_back(source.model);
+        Recipe const recipe = *m_state->FindData(number)->MadeBy();
+        if (auto const *const level = recipe.As<BatchLevelRecipe>()) {
+            info->sourceDataSet = level->dataSet;
+            info->sourceModels = recipe.Models();
+        }
     }
     info->observations = static_cast<std::uint32_t>(record->observations);
     info->variables = static_cast<std::uint32_t>(record->variables);

@@ -14,8 +14,10 @@ namespace engine {
 
 class ModelView;
 struct BatchLevelRecipe;
-struct BatchLevelTable;
+struct DerivedTable;
+struct HierarchyRecipe;
 struct ImportedTable;
+struct Recipe;
 
 // Which variables of a model a table has, which it lacks, and which it has beside them. Variables are matched by name,
 // in any order. A table with none of those of X can't be predicted.
@@ -81,6 +83,10 @@ public:
     int AddBatchLevel(BatchLevelRequest const &request, Progress const &progress = {});
     // The same, and a model of that data set, whatever the request says of one; answers the number of the model.
     int AddBatchLevelModel(BatchLevelRequest const &level, ModelRequest request, Progress const &progress = {});
+    // Makes a data set of results of models, unless there is one, and a model of it, whatever the request says of a data
+    // set; answers the number of the model. New observations go through the models below. NCError for a model that has
+    // no such result, and when no observation is in all of the models.
+    int AddUpperModel(HierarchyRequest const &hierarchy, ModelRequest request, Progress const &progress = {});
     // Stores a table as a prediction set of the project, makes it the current one, and answers its number. The name has
     // to be new among the prediction sets, unless the set of that name is to be replaced; otherwise NCError.
     int AddPredictions(ImportedTable const &table, bool replace = false, Progress const &progress = {});
@@ -90,8 +96,8 @@ public:
     void UsePredictions(int number);
 
     // How the variables of a table, or of a data set, fit a model. Of a model of whole batches it is for a table how
-    // they fit the model of observations that they fit best, for a prediction set what this gives for batches. NCError
-    // when the model is not fitted.
+    // they fit the model of observations that they fit best, of a model above others how they fit all of these; for a
+    // prediction set it is how what the set gives for the model fits it. NCError when the model is not fitted.
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
     VariableMatch MatchVariables(int model, int dataSet) const;
 
@@ -132,10 +138,14 @@ private:
     class State;
 
     explicit Project(ProjectFile file);
-    std::vector<ModelView const *> LowerModels(BatchLevelRecipe const &recipe) const;
+    std::vector<ModelView const *> LowerModels(Recipe const &recipe) const;
     BatchLevelRecipe RecipeFor(BatchLevelRequest const &request) const;
-    int StoreLevel(BatchLevelTable const &table, BatchLevelRecipe const &recipe, std::string const &name,
-                   DataSetKind kind, Progress const &progress);
+    HierarchyRecipe RecipeFor(HierarchyRequest const &request) const;
+    DerivedTable MadeOf(Recipe const &recipe) const;
+    std::optional<DerivedTable> MadeOfPredictions(Recipe const &recipe, int predictions) const;
+    int Derive(Recipe const &recipe, std::string const &name, Progress const &progress);
+    int StoreDerived(DerivedTable const &table, Recipe const &recipe, std::string const &name, DataSetKind kind,
+                     Progress const &progress);
     void DerivePredictions(int derived, int predictions);
     void DeriveFor(int added);
     bool BringsConditions(int added, int conditions) const;

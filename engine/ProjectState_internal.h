@@ -2,10 +2,9 @@
 
 #include "engine/Project.h"
 #include "engine/TableReader.h"
-#include "engine/batches/BatchLevelRecipe.h"
 #include "engine/data/DataSet_internal.h"
 #include "engine/models/Definition_internal.h"
-#include "engine/statistics/BatchLevelTable.h"
+#include "engine/statistics/DerivedTable.h"
 #include "engine/statistics/Handlers.h"
 #include "platform/text/Exception.h"
 
@@ -119,7 +118,7 @@ public:
     int DerivedOf(int predictions, int derived) const {
         for (DataSetRecord const &record : DataSets())
             if (record.kind == DataSetKind::DerivedPrediction) {
-                BatchLevelRecipe const recipe = *FindData(record.number)->Recipe();
+                Recipe const recipe = *FindData(record.number)->MadeBy();
                 if (recipe.predictions == predictions && recipe.trained == derived)
                     return record.number;
             }
@@ -127,8 +126,8 @@ public:
     }
 
     // That data set before all others that were imported; none for 0.
-    engine::DataSets ConditionSets(int first) const {
-        engine::DataSets sets;
+    DataSetList ConditionSets(int first) const {
+        DataSetList sets;
         if (first == 0)
             return sets;
         sets.push_back(FindData(first));
@@ -203,9 +202,7 @@ public:
         ModelView const *const view = Model(model);
         if (!view)
             return {};
-        DataSet const &fitted = view->FittedData();
-        int const derived = fitted.Recipe() ? DerivedOf(CurrentPredictionSet(), fitted.GetNumber()) : 0;
-        boost::shared_ptr<DataSet const> const rows = FindData(derived != 0 ? derived : CurrentPredictionSet());
+        boost::shared_ptr<DataSet const> const rows = RowsOn(*view, CurrentPredictionSet());
         if (MatchOf(*view, rows->GetNumber()).found == 0)
             throw NCError(ExceptionMessage::translate("None of the {1} X variables of model {2} is among the {3} "
                                                       "variables of prediction set {4} (\"{5}\").") %
@@ -213,6 +210,13 @@ public:
                               rows->GetNumber() % rows->GetName(),
                           NCError::Error);
         return m_predictions.emplace(model, view->Predict(rows, m_project->shared_from_this())).first->second;
+    }
+
+    // A prediction set as a model takes it: put through the recipe of the model's data set where that has one.
+    boost::shared_ptr<DataSet const> RowsOn(ModelView const &model, int predictions) const {
+        DataSet const &fitted = model.FittedData();
+        int const derived = fitted.MadeBy() ? DerivedOf(predictions, fitted.GetNumber()) : 0;
+        return FindData(derived != 0 ? derived : predictions);
     }
 
     VariableMatch MatchOf(ModelView const &model, int dataSet) const {

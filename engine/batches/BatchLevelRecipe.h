@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace engine {
@@ -36,18 +36,10 @@ struct BatchLevelRecipe {
     int dataSet = 0;             // of the models
     std::vector<Source> sources; // one for each phase
     int conditions = 0;          // the data set of initial conditions, 0 for none
-    // Of rows of a prediction set: the data set that has the same columns for the rows of the models, and the
-    // prediction set.
-    int trained = 0;
-    int predictions = 0;
 
     // Nothing for a column of initial conditions.
     std::optional<Place> PlaceOf(int column) const;
-    int ColumnsOfModels() const;
-
-    // A binary text with version and checksum. Load throws NCError for a text that Save did not write.
-    std::string Save() const;
-    static BatchLevelRecipe Load(std::string const &saved);
+    std::int64_t ColumnsOfModels() const;
 
     bool operator==(BatchLevelRecipe const &) const = default;
 };

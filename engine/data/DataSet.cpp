@@ -111,6 +111,11 @@ void AddRole(ConfigurationSection &roles, char const *role, std::string const &h
     roles.WriteKey(role, headings, '\n');
 }
 
+Recipe RecipeOf(ProjectFile const &file, int dataSet) {
+    std::vector<std::byte> const bytes = file.Recipe(dataSet);
+    return Recipe::Load({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
+}
+
 std::string RunningSection(int dataSet) {
     return "RunningBatches" + std::to_string(dataSet);
 }
@@ -127,7 +132,27 @@ void ItemLists::MarkDates(std::vector<std::string> const &names) {
     }
 }
 
-void ItemLists::MarkSources(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items) {
+void ItemLists::MarkSources(Recipe const &recipe, std::vector<TextColumn> const &columns,
+                            std::vector<std::uint32_t> const &items) {
+    if (auto const *const hierarchy = recipe.As<HierarchyRecipe>())
+        MarkResults(hierarchy->results, items);
+    else
+        MarkBatchLevel(columns, items);
+}
+
+void ItemLists::MarkResults(std::vector<HierarchyRecipe::Result> const &results,
+                            std::vector<std::uint32_t> const &items) {
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        VariableInfo info(items.at(i));
+        info.kind = results[i].kind;
+        info.lowerModel = results[i].model;
+        bool const isScore = info.kind == VariableInfo::Score || info.kind == VariableInfo::OrthogonalScore;
+        info.lowerComponent = isScore ? results[i].place : 0;
+        variables.SetInfo(info);
+    }
+}
+
+void ItemLists::MarkBatchLevel(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items) {
     auto const textsOf = [&](char const *heading) -> PackedTexts const & {
         auto const column = std::ranges::find(columns, heading, &TextColumn::name);
         if (column == columns.end())
@@ -174,7 +199,7 @@ public:
             std::vector<TextColumn> const variables = file.VariableIdentifiers(record.number);
             std::vector<std::uint32_t> &items = m_lists.variablesOf[record.number] = m_variables.Add(variables);
             if (IsDerived(record.kind))
-                m_lists.MarkSources(variables, items);
+                m_lists.MarkSources(RecipeOf(file, record.number), variables, items);
             m_lists.observationsOf[record.number] = m_observations.Add(file.ObservationIdentifiers(record.number));
             m_added.push_back(record.number);
         }
@@ -251,12 +276,10 @@ NCDataVector<float> DataSet::GetVariable(std::uint32_t variable) const {
     return column ? Stored(*column) : NCDataVector<float>();
 }
 
-std::optional<BatchLevelRecipe> const &DataSet::Recipe() const {
+std::optional<Recipe> const &DataSet::MadeBy() const {
     std::lock_guard const reading(m_reading);
-    if (!m_recipe && IsDerived(m_record.kind)) {
-        std::vector<std::byte> const bytes = m_file.Recipe(m_record.number);
-        m_recipe = BatchLevelRecipe::Load({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
-    }
+    if (!m_recipe && IsDerived(m_record.kind))
+        m_recipe = RecipeOf(m_file, m_record.number);
     return m_recipe;
 }
 

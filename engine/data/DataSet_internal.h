@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/ProjectFile.h"
-#include "engine/batches/BatchLevelRecipe.h"
+#include "engine/data/Recipe.h"
 #include "engine/models/Workset.h"
 #include "platform/identity/ColumnIDs.h"
 #include "platform/project/NCDataSet.h"
@@ -24,6 +24,9 @@ std::unique_ptr<XercesXMLSection> ReadRoles(ProjectFile const &file);
 std::vector<std::string> HeadingsOf(ConfigurationSection const &roles, char const *role);
 // Nothing happens for an empty heading.
 void AddRole(ConfigurationSection &roles, char const *role, std::string const &heading);
+
+// Of a derived data set.
+Recipe RecipeOf(ProjectFile const &file, int dataSet);
 
 // The settings that tell which batches of a data set are still running.
 std::string RunningSection(int dataSet);
@@ -51,8 +54,11 @@ private:
 
     // The first of them is the default time variable.
     void MarkDates(std::vector<std::string> const &names);
-    // Notes where the variables of a batch-level data set come from.
-    void MarkSources(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items);
+    // Notes where the variables of a derived data set come from.
+    void MarkSources(Recipe const &recipe, std::vector<TextColumn> const &columns,
+                     std::vector<std::uint32_t> const &items);
+    void MarkResults(std::vector<HierarchyRecipe::Result> const &results, std::vector<std::uint32_t> const &items);
+    void MarkBatchLevel(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items);
 
     // What is needed to add a data set to the lists; kept while the file may get more.
     std::unique_ptr<Growth> m_growth;
@@ -104,7 +110,12 @@ public:
     ColumnIDs const &ObservationColumns() const { return m_observationColumns; }
 
     // How it was made; nothing for one that was imported.
-    std::optional<BatchLevelRecipe> const &Recipe() const;
+    std::optional<Recipe> const &MadeBy() const;
+    // Null for one that was made in another way.
+    template <typename How>
+    How const *MadeAs() const {
+        return MadeBy() ? MadeBy()->As<How>() : nullptr;
+    }
 
     // The batches that are still running.
     std::vector<std::string> const &Running() const;
@@ -128,7 +139,7 @@ private:
     mutable std::mutex m_reading;
     mutable std::unordered_map<int, NCDataVector<float>> m_values;
     mutable std::optional<std::vector<DateColumn>> m_dates;
-    mutable std::optional<BatchLevelRecipe> m_recipe;
+    mutable std::optional<Recipe> m_recipe;
     mutable std::optional<std::vector<std::string>> m_running;
 };
 

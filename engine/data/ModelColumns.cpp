@@ -46,7 +46,7 @@ ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<
 
 // The rows of a data set of whole batches are no batches of their own: they follow each other.
 void ModelColumns::FindBatches() {
-    if (m_rows->Recipe())
+    if (m_rows->MadeAs<BatchLevelRecipe>())
         return;
     auto const size = static_cast<int>(m_rows->GetObservations().size());
     auto const &beginnings = m_rows->GetBatchRuns().beginnings;

@@ -1,4 +1,4 @@
-#include "engine/statistics/BatchLevelTable.h"
+#include "engine/statistics/DerivedTable.h"
 
 #include "engine/statistics/RowStatistics.h"
 #include "platform/containers/Missing.h"
@@ -61,7 +61,7 @@ public:
         }
     }
 
-    void Add(DataSets const &conditions) {
+    void Add(DataSetList const &conditions) {
         std::vector<std::vector<std::optional<std::size_t>>> rowsOf;
         for (auto const &set : conditions)
             rowsOf.push_back(RowsIn(*set));
@@ -73,8 +73,8 @@ public:
         }
     }
 
-    BatchLevelTable Take(std::string const &batchHeading) {
-        BatchLevelTable table;
+    DerivedTable Take(std::string const &batchHeading) {
+        DerivedTable table;
         PackedTexts const batches(m_batches);
         table.observations = {{"Batch", batches}, {batchHeading, batches}};
         if (batchHeading == table.observations.front().name)
@@ -99,7 +99,7 @@ private:
         return rows;
     }
 
-    static float Condition(DataSets const &sets, std::vector<std::vector<std::optional<std::size_t>>> const &rowsOf,
+    static float Condition(DataSetList const &sets, std::vector<std::vector<std::optional<std::size_t>>> const &rowsOf,
                            std::uint32_t variable, std::size_t batch) {
         for (std::size_t set = 0; set < sets.size(); ++set)
             if (std::optional<int> const column = sets[set]->ColumnOf(variable); column && rowsOf[set][batch])
@@ -135,8 +135,8 @@ private:
     std::vector<std::vector<float>> m_columns;
 };
 
-BatchLevelTable Made(BatchLevelRecipe const &recipe, std::vector<RowSource> const &sources,
-                     std::vector<std::string> const &batches, DataSets const &conditions) {
+DerivedTable Made(BatchLevelRecipe const &recipe, std::vector<RowSource> const &sources,
+                     std::vector<std::string> const &batches, DataSetList const &conditions) {
     Maker maker(batches);
     for (std::size_t i = 0; i < sources.size(); ++i)
         maker.Add(recipe.sources[i], sources[i]);
@@ -165,8 +165,8 @@ BatchLevelRecipe RecipeOf(std::vector<ModelView const *> const &models, bool ofV
     return recipe;
 }
 
-BatchLevelTable LevelOfWorksets(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
-                                DataSets const &conditions) {
+DerivedTable LevelOfWorksets(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
+                                DataSetList const &conditions) {
     std::vector<RowSource> sources;
     std::unordered_set<std::string> used;
     for (ModelView const *const model : models) {
@@ -180,8 +180,8 @@ BatchLevelTable LevelOfWorksets(BatchLevelRecipe const &recipe, std::vector<Mode
     return Made(recipe, sources, batches, conditions);
 }
 
-BatchLevelTable LevelOfPredictions(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
-                                   DataSets const &conditions, boost::shared_ptr<DataSet const> const &predictions) {
+DerivedTable LevelOfPredictions(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
+                                   DataSetList const &conditions, boost::shared_ptr<DataSet const> const &predictions) {
     std::vector<std::unique_ptr<PredictedRows>> predicted;
     std::vector<RowSource> sources;
     for (ModelView const *const model : models) {

@@ -2,14 +2,15 @@
 #include "engine/models/Fit.h"
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
+#include "engine/statistics/Resolution.h"
 #include "engine/statistics/TermStatistics.h"
 #include "engine/statistics/Units.h"
 
 #include <Eigen/QR>
 
 // Regression coefficients: one row for each Y term, one column for each X term, the constant before them. Every row has
-// the form response = constant + sum of coefficient times variable, in units after the transformations. The flags
-// Reconstruct and Resolve have no effect on data that are not compressed and models that stand on no other.
+// the form response = constant + sum of coefficient times variable, in units after the transformations. The flag
+// Reconstruct has no effect on data that are not compressed.
 
 namespace engine {
 
@@ -73,13 +74,30 @@ struct Question {
     bool rotated = false;
 };
 
+// Scaled coefficients for the variables of the models below.
+TablePtr ResolvedRows(ModelView const &model, Subject const &subject, int component, ColumnTerms const *terms) {
+    std::optional<Index> const size = ChosenSize(model.Fit(), component);
+    if (!HasY(model) || !size || *size == 0)
+        return nullptr;
+    Resolution const resolution = Resolved(model, subject);
+    Matrix const coefficients = resolution.shares * ScaledCoefficients(model.Fit().components, *size);
+    Side const side = Side::Y(model);
+    Answer answer(model.CoefficientTerms(resolution.terms));
+    for (Index const term : ChosenTerms(side.all, terms)) {
+        TermScale const &y = side.scales[static_cast<std::size_t>(term)];
+        answer.Add(model.Label("CoeffCS") + AskedSizeLabel(model, *size) + side.Label(term),
+                   Vector::Constant(1, y.offset * y.weight), coefficients.col(term));
+    }
+    return answer.Take();
+}
+
 TablePtr CoefficientRows(ModelView const &model, Question const &question, int component, ColumnTerms const *terms) {
     std::optional<Index> const size = ChosenSize(model.Fit(), component);
     if (!HasY(model) || !size || *size == 0)
         return nullptr;
     Matrix const coefficients = ScaledCoefficients(model.Fit().components, *size);
     Side const side = Side::Y(model);
-    Answer answer(model.CoefficientTerms());
+    Answer answer(model.CoefficientTerms(model.GetXColumnTerms()));
     for (Index const term : ChosenTerms(side.all, terms)) {
         Vector const scaled =
             question.rotated ? Rotated(model.Data().x, coefficients.col(term)) : Vector(coefficients.col(term));
@@ -106,7 +124,7 @@ TablePtr CoefficientsOfRound(ModelView const &model, int round, ColumnTerm const
         round > static_cast<int>(model.Fit().crossValidation->rounds.size()))
         return nullptr;
     Components const &fitted = model.Fit().crossValidation->rounds[static_cast<std::size_t>(round - 1)];
-    Answer answer(model.CoefficientTerms());
+    Answer answer(model.CoefficientTerms(model.GetXColumnTerms()));
     for (Index const size : ChosenSizes(model.Fit(), components))
         if (size > 0 && size <= fitted.Predictive())
             answer.Add(model.Label("CoeffCScv") + AskedSizeLabel(model, size) + Side::Y(model).Label(term - 1) +
@@ -121,7 +139,7 @@ TablePtr CoefficientErrors(ModelView const &model, int component, ColumnTerm con
     if (!HasValidatedY(model) || term < 1 || !size || *size == 0)
         return nullptr;
     Vector const errors = ErrorsOfCoefficients(model.Fit(), *size, term - 1);
-    Answer answer(model.CoefficientTerms());
+    Answer answer(model.CoefficientTerms(model.GetXColumnTerms()));
     answer.Add(model.Label("CoeffCScvSE") + AskedSizeLabel(model, *size) + Side::Y(model).Label(term - 1),
                Vector::Constant(1, errors.array().isNaN().all() ? notComputable : 0), errors);
     return answer.Take();
@@ -152,7 +170,7 @@ bool HasCoefficients(ModelView const &model) {
 template <Operation columns>
 void AddColumns(Handlers &handlers) {
     handlers.On<columns>([](ModelView const &model, auto...) {
-        return HasCoefficients(model) ? model.CoefficientTerms() : model.None();
+        return HasCoefficients(model) ? model.CoefficientTerms(model.GetXColumnTerms()) : model.None();
     });
 }
 
@@ -168,7 +186,18 @@ void Add(Handlers &handlers, Question const &question) {
 
 void AddCoefficientHandlers(Handlers &handlers) {
     using enum Operation;
-    Add<GetCoefficientsCenterdScaled, GetCoefficientsCenterdScaledColumnIDs>(handlers, {"CoeffCS", Form::Scaled});
+    handlers.On<GetCoefficientsCenterdScaled>([](ModelView const &model, Subject const &subject, int component,
+                                                 ColumnTerms const *terms, TriState::State, TriState::State resolve) {
+        return resolve == TriState::Yes ? ResolvedRows(model, subject, component, terms)
+                                        : CoefficientRows(model, {"CoeffCS", Form::Scaled}, component, terms);
+    });
+    handlers.On<GetCoefficientsCenterdScaledColumnIDs>(
+        [](ModelView const &model, Subject const &subject, TriState::State, TriState::State resolve) {
+            if (!HasCoefficients(model))
+                return model.None();
+            return model.CoefficientTerms(resolve == TriState::Yes ? Resolved(model, subject).terms
+                                                                   : model.GetXColumnTerms());
+        });
     Add<GetCoefficientsMLR, GetCoefficientsMLRColumnIDs>(handlers, {"CoeffMLR", Form::ScaledX});
     Add<GetCoefficientsCenterd, GetCoefficientsCenterdColumnIDs>(handlers, {"CoeffC", Form::Centred});
     Add<GetCoefficients, GetCoefficientsColumnIDs>(handlers, {"Coeff", Form::Plain});

@@ -133,7 +133,7 @@ struct LowerModel {
 };
 
 LowerModel LowerModelOf(ModelView const &model, Subject const &subject, int phase) {
-    std::optional<BatchLevelRecipe> const &recipe = model.FittedData().Recipe();
+    auto const *const recipe = model.FittedData().MadeAs<BatchLevelRecipe>();
     auto const source = static_cast<std::size_t>(std::max(1, phase) - 1);
     if (!recipe || source >= recipe->sources.size())
         return {};
@@ -163,7 +163,7 @@ TablePtr BatchImportance(ModelView const &model, Subject const &subject, int com
                                                           place > 0 ? std::optional<Index>(place - 1) : std::nullopt)
                                         : Importance(ByX(components, *size).Mean()))
                                .cwiseAbs2();
-    BatchLevelRecipe const &recipe = *model.FittedData().Recipe();
+    auto const &recipe = *model.FittedData().MadeAs<BatchLevelRecipe>();
     Vector sum = Vector::Zero(lower.view->XTerms().Size());
     double terms = 0;
     for (Index k = 0; k < squares.size(); ++k) {

@@ -147,8 +147,8 @@ ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet co
     m_observationColumns = ObservationColumns(m_observations, project, number);
 }
 
-ColumnIDs ModelView::CoefficientTerms() const {
-    return ColumnIDs(Joined(ColumnTerms({ColumnTerm(ColumnTerm::Constant)}), m_xTerms), GetProject(), m_number);
+ColumnIDs ModelView::CoefficientTerms(ColumnTerms const &terms) const {
+    return ColumnIDs(Joined(ColumnTerms({ColumnTerm(ColumnTerm::Constant)}), terms), GetProject(), m_number);
 }
 
 ColumnIDs ModelView::NamedColumns(NCStringVector names) const {

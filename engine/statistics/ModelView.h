@@ -88,8 +88,8 @@ public:
     ColumnIDs const &YTerms() const { return m_yColumns; }
     ColumnIDs const &XYTerms() const { return m_xyColumns; }
     ColumnIDs const &YXTerms() const { return m_yxColumns; }
-    // X terms with the constant of a regression equation before them.
-    ColumnIDs CoefficientTerms() const;
+    // Terms with the constant of a regression equation before them.
+    ColumnIDs CoefficientTerms(ColumnTerms const &terms) const;
     // Components in the overall order, those of the predictive kind, and the last one.
     ColumnIDs ComponentColumns() const;
     ColumnIDs PredictiveComponents() const;

@@ -26,5 +26,7 @@ Vector XValues(RowSet const &rows, Index term, Units units);
 Vector YValues(RowSet const &rows, Index term, Units units);
 // By a model of that size.
 Vector YPredictions(RowSet const &rows, Index term, Index size, Units units);
+// What the whole model leaves of X.
+Vector XResiduals(RowSet const &rows, Index term, Units units);
 
 } // namespace engine

@@ -311,6 +311,11 @@ Vector YPredictions(RowSet const &rows, Index term, Index size, Units units) {
     return CellsOf(rows, yBlock, term, {Quantity::Predicted, units, size});
 }
 
+Vector XResiduals(RowSet const &rows, Index term, Units units) {
+    Components const &components = rows.Model().Fit().components;
+    return CellsOf(rows, xBlock, term, {Quantity::Residual, units, components.Predictive(), components.XOrthogonal()});
+}
+
 void AddValueHandlers(Handlers &handlers) {
     using enum Operation;
     AddObserved<GetXVar, GetXVarPS>(handlers, "XVar", xBlock);

@@ -40,7 +40,10 @@ public:
     using VarObsInfo::VarObsInfo;
 
     // 0 an ordinary variable, 1 to 13 special ones (time, maturity, batch, ...), 14 to 19 results of another model used
-    // as a variable: score, predicted response, distance, T2, residual, orthogonal score.
+    // as a variable.
+    enum Result : int { Score = 14, PredictedY = 15, Distance = 16, T2 = 17, Residual = 18, OrthogonalScore = 19 };
+    static bool IsResult(int kind) { return kind >= Score && kind <= OrthogonalScore; }
+
     int kind = 0;
     float maturity = -99.0f;              // of a batch-level variable: its aligned point
     std::string sourceName;               // of a batch-level variable: the lower-level variable or score behind it
@@ -49,7 +52,7 @@ public:
     int lowerComponent = 0;               // and the component of that result, from 1; 0 where it has none
     bool dateTime = false;
 
-    bool IsHierarchical() const { return kind >= 14 && kind <= 19; }
+    bool IsHierarchical() const { return IsResult(kind); }
     float GetMaturity() const { return maturity; }
     std::string GetSourceName(NCVariables const &variables, AliasAccess const &aliases) const;
 };

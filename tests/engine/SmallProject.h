@@ -29,9 +29,9 @@ inline char const *const oneMissing =
     "id,x1,x2,x3,y\na,1,2,1,1.2\nb,2,1,4,1.9\nc,3,,2,3.4\nd,4,3,6,3.8\ne,5,7,3,5.6\nf,6,4,8,5.9\n";
 inline char const *const newRows = "id,x3,extra,x1,x2,y\np,5,1,3.5,2,3\nq,7,1,9,1,6.5\nr,5,1,3.5,,2.9\n";
 
-inline engine::ImportedTable Read(char const *text) {
+inline engine::ImportedTable Read(std::string const &text, std::string const &name = "table") {
     std::istringstream stream(text);
-    return engine::ReadTable(stream, "table");
+    return engine::ReadTable(stream, name);
 }
 
 struct ModelCase {

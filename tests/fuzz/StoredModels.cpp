@@ -1,4 +1,4 @@
-#include "engine/batches/BatchLevelRecipe.h"
+#include "engine/data/Recipe.h"
 #include "engine/models/Archive.h"
 #include "engine/models/FittedModel.h"
 #include "platform/text/Exception.h"
@@ -23,14 +23,14 @@ void LoadAndSave(std::string const &saved) {
 
 } // namespace
 
-// The members of a stored definition, model or recipe of batches, of the version that the first byte tells.
+// The members of a stored definition, model or recipe, of the version that the first byte tells.
 int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
     FuzzInput const input(data, size);
     bool const isModel = input.choice % 2 == 0;
     unsigned const version = input.choice / 2 % 8;
     try {
         if (input.choice / 16 % 2 == 1)
-            LoadAndSave<engine::BatchLevelRecipe>(Sealed("DSBL", version, input.bytes));
+            LoadAndSave<engine::Recipe>(Sealed("DSRE", version, input.bytes));
         else if (isModel)
             LoadAndSave<engine::FittedModel>(Sealed("DSFM", version, input.bytes));
         else

@@ -1,0 +1,191 @@
+// Data sets that are made of others and of models, and the models on them.
+
+#include "platform/text/Exception.h"
+#include "tests/engine/SmallProject.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace {
+
+using namespace small;
+using Result = engine::HierarchyRequest::Result;
+
+// Rows of six measurements that two hidden ones drive, and a response of both.
+std::string Measured(int rows, unsigned seed, char const *prefix) {
+    std::mt19937 random(seed);
+    std::normal_distribution<double> normal;
+    std::ostringstream text;
+    text << "id,a,b,c,d,e,f,y\n";
+    for (int row = 0; row < rows; ++row) {
+        double const one = normal(random), two = normal(random);
+        text << prefix << row;
+        for (double const mixed : {one, -one, one + two, two, 2 * two, two - one})
+            text << ',' << 20 + mixed + normal(random) / 4;
+        text << ',' << 5 + one - two + normal(random) / 4 << '\n';
+    }
+    return text.str();
+}
+
+class Hierarchy : public testing::Test {
+protected:
+    Hierarchy() : m_project(Project::Create(m_folder / "upper.dsp")) {
+        m_project->AddDataSet(Read(Measured(30, 1, "o")));
+        m_project->AddModel({.excluded = {"d", "e", "f", "y"}, .components = 2});
+        m_project->AddModel({.type = ModelTypeE::OPLS,
+                             .responses = {"y"},
+                             .excluded = {"a", "b", "o3"},
+                             .components = 1,
+                             .xOrthogonal = 1});
+    }
+
+    // PLS of y on scores of both, and on a variable that is in none of them.
+    int AddUpper(std::vector<Result> const &results = {{1}, {2}, {2, VariableInfo::OrthogonalScore}}) {
+        ModelRequest request{.type = ModelTypeE::PLS, .responses = {"y"}, .components = 2};
+        return m_project->AddUpperModel({results, {"y", "a"}}, request);
+    }
+    std::vector<float> Values(std::string const &text, ProjectVector::VectorTypeEnum type = Scores) const {
+        TablePtr const table = ProjectDataUtilities::CreateProjectData(*m_project).GetProjectData(text, type);
+        auto const values = table ? table->GetMatrix().Values() : std::span<float const>();
+        return {values.begin(), values.end()};
+    }
+
+    TemporaryFolder m_folder;
+    boost::shared_ptr<Project> m_project;
+};
+
+std::vector<float> Without(std::vector<float> values, std::size_t row) {
+    values.erase(values.begin() + static_cast<std::ptrdiff_t>(row));
+    return values;
+}
+
+// The variables are what the models below give for the observations that all of them have.
+TEST_F(Hierarchy, StandsOnResults) {
+    std::vector<Result> const results{{1},
+                                      {2, VariableInfo::OrthogonalScore, 1},
+                                      {2, VariableInfo::PredictedY},
+                                      {1, VariableInfo::Residual, 3},
+                                      {1, VariableInfo::Distance},
+                                      {1, VariableInfo::T2}};
+    int const model = AddUpper(results);
+    ASSERT_EQ(model, 3);
+    NCDataSetInfo const info = *m_project->GetDataSetInfo(2);
+    EXPECT_EQ(info.observations, 29u);
+    EXPECT_FALSE(m_project->GetModelInfo(model)->isBatchLevel);
+    struct Case {
+        char const *name, *statistic;
+        int kind, below, component;
+    };
+    int variable = 0;
+    for (Case const &one :
+         {Case{"M1.t[1]", "t M1,1,0,0", 14, 1, 1}, Case{"M1.t[2]", "t M1,2,0,0", 14, 1, 2},
+          Case{"M2.to[1]", "to M2,1,0,0", 19, 2, 1}, Case{"M2.YPred(y)", "YPred M2,0,1,0,1,1", 15, 2, 0},
+          Case{"M1.XVarRes(c)", "XVarRes M1,2,3,0,1,1", 18, 1, 0}, Case{"M1.DModX", "DModX M1,2,0,0", 16, 1, 0},
+          Case{"M1.T2", "T2Range M1,0,1,0,2", 17, 1, 0}, Case{"y", "YVar M2,0,1,0,1,1", 0, 0, 0}}) {
+        std::vector<float> const expected = Values(one.statistic);
+        VariableInfo const known =
+            m_project->GetVariables()[m_project->GetDataSet(2)->GetVariables().at(static_cast<std::size_t>(variable))];
+        EXPECT_EQ(m_project->GetVariables().GetText(known.GetUniqueID(), 1), one.name);
+        EXPECT_THAT(m_project->GetDataSet(2)->GetVariable(known.GetUniqueID()).Values(),
+                    testing::ElementsAreArray(expected.size() == 30 ? Without(expected, 3) : expected))
+            << one.name;
+        EXPECT_EQ(known.kind, one.kind) << one.name;
+        EXPECT_EQ(known.lowerModel, one.below) << one.name;
+        EXPECT_EQ(known.lowerComponent, one.component) << one.name;
+        ++variable;
+    }
+    EXPECT_EQ(AddUpper(results), 4) << "a second model of the same data set";
+    EXPECT_EQ(m_project->GetFirstDataSet(2), 0);
+}
+
+// New observations go through the models below, those that come before the model and those that come later, also of a
+// model two levels up; those of the workset get their own prediction.
+TEST_F(Hierarchy, PredictsThroughTheModelsBelow) {
+    m_project->AddPredictions(Read(Measured(30, 1, "o"), "early"));
+    int const upper = AddUpper();
+    ModelRequest request{.type = ModelTypeE::PLS, .responses = {"y"}, .components = 1};
+    int const top = m_project->AddUpperModel({{{upper}}, {"y"}}, request);
+    auto const expectOwn = [&] {
+        for (int const model : {upper, top}) {
+            std::string const text = " M" + std::to_string(model) + (model == top ? ",1,1" : ",2,1");
+            std::vector<float> const fitted = Values("YPred" + text);
+            std::vector<float> const predicted = Without(Values("YPredPS" + text), 3);
+            ASSERT_EQ(fitted.size(), 29u);
+            ASSERT_EQ(predicted.size(), 29u);
+            for (std::size_t row = 0; row < fitted.size(); ++row)
+                EXPECT_NEAR(predicted[row], fitted[row], 1e-4) << text << row;
+        }
+    };
+    expectOwn();
+    m_project->AddPredictions(Read("id,a,c\nn1,20,21\nn2,19,18\n", "few"));
+    EXPECT_EQ(Values("YPredPS M3,2,1").size(), 2u);
+    m_project->AddPredictions(Read(Measured(30, 1, "o"), "later"));
+    expectOwn();
+    m_project = Project::OpenToWrite((m_project.reset(), m_folder / "upper.dsp"));
+    expectOwn();
+    EXPECT_EQ(m_project->MatchVariables(upper, Read("id,a,c,x\nn1,20,21,1\n")).missing,
+              (std::vector<std::string>{"b", "d", "e", "f"}));
+    EXPECT_EQ(m_project->MatchVariables(upper, Read("id,a,c,x\nn1,20,21,1\n")).surplus, std::vector<std::string>{"x"});
+}
+
+// Coefficients for the variables at the bottom predict what the hierarchy predicts.
+TEST_F(Hierarchy, ResolvesCoefficients) {
+    m_project->AddModel({.excluded = {"d", "e", "f", "y", "o3"}, .components = 2});
+    int const upper = AddUpper({{3}, {2}, {2, VariableInfo::OrthogonalScore}});
+    std::vector<Result> const overUpper{{upper}};
+    ModelRequest request{.type = ModelTypeE::PLS, .responses = {"y"}, .components = 2};
+    int const top = m_project->AddUpperModel({overUpper, {"y"}}, request);
+    // Of the workset, scaled: of both models below, which have the same rows.
+    TablePtr const first = GetProjectData(*m_project).GetXVar(3, false, false, nullptr, -1);
+    TablePtr const second = GetProjectData(*m_project).GetXVar(2, false, false, nullptr, -1);
+    for (int const model : {upper, top}) {
+        std::string const of = " M" + std::to_string(model) + ",2,1";
+        TablePtr const resolved =
+            ProjectDataUtilities::CreateProjectData(*m_project).GetProjectData("CoeffCS" + of + ",0,2", Loadings);
+        ASSERT_NE(resolved, nullptr);
+        std::vector<std::string> names;
+        for (int column = 1; column <= resolved->GetColumnIDs().Size(); ++column)
+            names.push_back(resolved->GetColumnName(column, 1));
+        std::vector<std::string> expected{"Constant", "a", "b", "c", "d", "e", "f"};
+        // The variable that the upper model has as it is counts once, and is of its own scale: that of the first.
+        EXPECT_EQ(names, expected);
+        std::vector<float> const predicted = Values("YPred" + of);
+        auto const coefficients = resolved->GetMatrix().Row(1);
+        std::vector<double> sums;
+        for (std::size_t row = 0; row < predicted.size(); ++row) {
+            double sum = coefficients[0];
+            for (int term = 1; term <= 6; ++term)
+                sum += static_cast<double>(coefficients[static_cast<std::size_t>(term)]) *
+                       (term <= 3 ? first->GetMatrix().Row(term) : second->GetMatrix().Row(term - 2))[row];
+            sums.push_back(sum);
+            EXPECT_NEAR(sum / sums[0], predicted[row] / predicted[0], 1e-5) << of << row;
+        }
+    }
+}
+
+TEST_F(Hierarchy, RefusesWhatIsNotThere) {
+    m_project->AddDataSet(Read(Measured(10, 5, "p")));
+    m_project->AddModel({.dataSet = 2, .components = 1});
+    struct Case {
+        std::vector<Result> results;
+        char const *message;
+    };
+    for (Case const &one :
+         {Case{{{1, VariableInfo::Score, 3}},
+               "Model 1 has no such result to make a variable of: it has 2 of them, and number 3 is asked for."},
+          Case{{{1, VariableInfo::OrthogonalScore}},
+               "Model 1 has no such result to make a variable of: it has 0 of them, and number 0 is asked for."},
+          Case{{{1}, {1, VariableInfo::Score, 2}}, "A result of model 1 is asked for twice."},
+          Case{{{9}}, "There is no model 9."}, Case{{}, "There are no results of models to make variables of."},
+          Case{{{1}, {3}}, "No observation is in all of the 2 models below."}})
+        try {
+            AddUpper(one.results);
+            ADD_FAILURE() << one.message;
+        } catch (NCError const &error) {
+            EXPECT_STREQ(error.what(), one.message);
+        }
+    EXPECT_EQ(m_project->GetFirstDataSet(2), 0) << "nothing is left of what failed";
+}
+
+} // namespace
