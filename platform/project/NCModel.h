@@ -7,6 +7,7 @@
 #include "platform/identity/ColumnTerm.h"
 #include "platform/identity/VarObs.h"
 #include "platform/project/LocalCentering.h"
+#include "platform/project/PLSTrees.h"
 
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ public:
     virtual int GetCoefficientKind() const { return 0; }
     // Without variables when none of the model is locally centred.
     virtual DefaultCenterValues GetCenterValues() const { return {}; }
+    // By what a PLS tree cuts the observations of the model; those of every tree unless it is a part of one.
+    virtual PLSTreeProperties GetTreeProperties() const { return {}; }
 };
 
 // A model with components.
