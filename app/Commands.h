@@ -8,6 +8,7 @@ class App;
 // was found to be right.
 void AddImportCommands(CLI::App &program);    // import, predict
 void AddModelCommands(CLI::App &program);     // fit, models, datasets
+void AddTransformCommands(CLI::App &program); // osc, compress
 void AddCatalogueCommands(CLI::App &program); // catalogue, vectors
 void AddCentreCommand(CLI::App &program);
 void AddTableCommand(CLI::App &program);

@@ -1,3 +1,4 @@
+#include "app/Choice.h"
 #include "app/Commands.h"
 #include "app/Failure.h"
 #include "app/Listing.h"
@@ -43,16 +44,6 @@ struct ListRequest {
     std::filesystem::path project;
     Format format = Format::Text;
 };
-
-// Adds an option that takes one of several words.
-template <typename Value>
-CLI::Option *AddChoice(CLI::App &command, std::string const &name, Value &value,
-                       std::map<std::string, Value> const &choices, std::string const &help) {
-    return command
-        .add_option_function<std::string>(
-            name, [&value, choices](std::string const &word) { value = choices.at(word); }, help)
-        ->check(CLI::IsMember(choices));
-}
 
 // "2", "1,2", "1,2,1": predictive, X-side and Y-side orthogonal components; what is left out is found.
 void SetComponents(engine::ModelRequest &model, std::string const &text) {

@@ -58,6 +58,7 @@ int Run(int count, char **arguments) {
     AddImportCommands(program);
     AddCentreCommand(program);
     AddModelCommands(program);
+    AddTransformCommands(program);
     AddCatalogueCommands(program);
     AddTableCommand(program);
     AddPlotCommand(program);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/identity/VarObs.h"
+#include "platform/numerics/Wavelet.h"
 #include "platform/project/BatchYVarTreatment.h"
 #include "platform/project/ModelTypeE.h"
 
@@ -61,6 +62,18 @@ struct HierarchyRequest {
     std::vector<std::string> variables = {};
 };
 
+// How rows of a data set are put into wavelet coefficients (Daubechies 1992; Trygg & Wold 1998).
+struct CompressionRequest {
+    int dataSet = 1;
+    std::vector<std::string> excluded = {}; // variables that stay as they are, such as responses
+    Wavelet::WaveletFunctionType function = Wavelet::Daubechies;
+    int order = 4; // the nearest one that the function has
+    int keep = 0;  // how many coefficients, the largest; 0: as many as have `share` of the sum of squares of all
+    double share = 0.99;
+    // The data set has the variables, less what the other coefficients tell of them, in place of coefficients.
+    bool denoise = false;
+};
+
 // Lagged terms of X: what a variable was `first` to `last` observations earlier, in the same batch where the data set
 // has batches. What stands before the first observation is missing.
 struct VariableLags {
@@ -111,6 +124,17 @@ struct ModelRequest {
     double alpha = 0.05; // significance level of limits and intervals
     // PLS or OPLS. Cross-validation then leaves out whole batches, unless an identifier says otherwise.
     std::optional<EvolutionRequest> evolution = {};
+};
+
+// What orthogonal signal correction is to take off a data set (Wold et al. 1998a).
+struct CorrectionRequest {
+    int dataSet = 1;
+    std::vector<std::string> responses = {}; // the Y variables
+    // Variables that are in neither X nor Y, and observations that the correction is not made of. All are in the
+    // corrected data set.
+    std::vector<std::string> excluded = {};
+    ModelRequest::Scaling scaling = ModelRequest::UnitVariance;
+    int components = 1;
 };
 
 } // namespace engine

@@ -48,6 +48,27 @@ void StoreRoles(ProjectFile &file, ImportedTable const &table) {
     file.SetSection(roleSection, text);
 }
 
+// How a table fits a model of a data set that is made of another one: the variables of that.
+VariableMatch MatchOfSource(ModelView const &model, DataSet const &source, ImportedTable const &table) {
+    NameList const names(table.variables.front().texts);
+    VariableMatch match;
+    std::set<std::string> known;
+    for (int column = 0; column < static_cast<int>(source.GetVariables().size()); ++column) {
+        std::string const name = source.Name(column);
+        known.insert(name);
+        bool const isResponse =
+            model.GetYColumnTerms().FindFirst(source.GetVariables()[static_cast<std::size_t>(column)]) > 0;
+        if (names.Find(name))
+            match.found += isResponse ? 0 : 1;
+        else if (!isResponse)
+            match.missing.push_back(name);
+    }
+    for (std::size_t i = 0; i < table.variables.front().texts.size(); ++i)
+        if (std::string name(table.variables.front().texts[i]); !known.contains(name))
+            match.surplus.push_back(std::move(name));
+    return match;
+}
+
 // How a table fits a model above others: its variables as they are, and all of the models below.
 VariableMatch Together(VariableMatch own, std::vector<VariableMatch> const &lower) {
     // Its results are no variables of a table.
@@ -57,8 +78,9 @@ VariableMatch Together(VariableMatch own, std::vector<VariableMatch> const &lowe
         for (std::string const &name : match.missing)
             if (std::ranges::find(own.missing, name) == own.missing.end())
                 own.missing.push_back(name);
-        std::erase_if(own.surplus,
-                      [&](std::string const &name) { return std::ranges::find(match.surplus, name) == match.surplus.end(); });
+        std::erase_if(own.surplus, [&](std::string const &name) {
+            return std::ranges::find(match.surplus, name) == match.surplus.end();
+        });
         own.unknownGroups.insert(own.unknownGroups.end(), match.unknownGroups.begin(), match.unknownGroups.end());
     }
     return own;
@@ -223,6 +245,8 @@ VariableMatch Project::MatchVariables(int model, ImportedTable const &table) con
     std::optional<Recipe> const &recipe = view.FittedData().MadeBy();
     if (!recipe)
         return own;
+    if (recipe->DataSet() != 0)
+        return MatchOfSource(view, m_state->Data(recipe->DataSet()), table);
     std::vector<VariableMatch> lower;
     for (int const below : recipe->Models())
         lower.push_back(MatchVariables(below, table));
@@ -357,6 +381,10 @@ boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const
             info->sourceDataSet = level->dataSet;
             info->sourceModels = recipe.Models();
         }
+        if (auto const *const correction = recipe.As<CorrectionRecipe>())
+            info->oscComponents = static_cast<int>(correction->correction.Size());
+        if (auto const *const compression = recipe.As<CompressionRecipe>(); compression && !compression->denoised)
+            info->kind = NCDataSetInfo::WaveletCompressed;
     }
     info->observations = static_cast<std::uint32_t>(record->observations);
     info->variables = static_cast<std::uint32_t>(record->variables);

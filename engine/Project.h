@@ -14,6 +14,7 @@ namespace engine {
 
 class ModelView;
 struct BatchLevelRecipe;
+struct CompressionRecipe;
 struct DerivedTable;
 struct HierarchyRecipe;
 struct ImportedTable;
@@ -83,10 +84,14 @@ public:
     int AddBatchLevel(BatchLevelRequest const &request, Progress const &progress = {});
     // The same, and a model of that data set, whatever the request says of one; answers the number of the model.
     int AddBatchLevelModel(BatchLevelRequest const &level, ModelRequest request, Progress const &progress = {});
-    // Makes a data set of results of models, unless there is one, and a model of it, whatever the request says of a data
-    // set; answers the number of the model. New observations go through the models below. NCError for a model that has
-    // no such result, and when no observation is in all of the models.
+    // Makes a data set of results of models, unless there is one, and a model of it, whatever the request says of a
+    // data set; answers the number of the model. New observations go through the models below. NCError for a model that
+    // has no such result, and when no observation is in all of the models.
     int AddUpperModel(HierarchyRequest const &hierarchy, ModelRequest request, Progress const &progress = {});
+    // Makes a data set of another one, row by row, unless there is one; answers its number. Prediction sets, those that
+    // come later too, are put through the same recipe: models of this data set predict them.
+    int AddCorrection(CorrectionRequest const &request, Progress const &progress = {});
+    int AddCompression(CompressionRequest const &request, Progress const &progress = {});
     // Stores a table as a prediction set of the project, makes it the current one, and answers its number. The name has
     // to be new among the prediction sets, unless the set of that name is to be replaced; otherwise NCError.
     int AddPredictions(ImportedTable const &table, bool replace = false, Progress const &progress = {});
@@ -141,7 +146,9 @@ private:
     std::vector<ModelView const *> LowerModels(Recipe const &recipe) const;
     BatchLevelRecipe RecipeFor(BatchLevelRequest const &request) const;
     HierarchyRecipe RecipeFor(HierarchyRequest const &request) const;
+    CompressionRecipe RecipeFor(CompressionRequest const &request) const;
     DerivedTable MadeOf(Recipe const &recipe) const;
+    DerivedTable MadeOfRows(Recipe const &recipe, int dataSet) const;
     std::optional<DerivedTable> MadeOfPredictions(Recipe const &recipe, int predictions) const;
     int Derive(Recipe const &recipe, std::string const &name, Progress const &progress);
     int StoreDerived(DerivedTable const &table, Recipe const &recipe, std::string const &name, DataSetKind kind,

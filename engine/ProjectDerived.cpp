@@ -3,6 +3,8 @@
 #include "platform/storage/XercesXMLSection.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 #include <set>
 #include <tuple>
 
@@ -78,6 +80,23 @@ void AddResults(HierarchyRequest::Result const &asked, ModelView const &model, H
             recipe.results.push_back({model.GetModelNumber(), asked.kind, isOfOne ? place : 0});
 }
 
+// The positions of the largest sizes, rising: as many as are asked for.
+std::vector<int> LargestOf(std::vector<double> const &sizes, CompressionRequest const &request) {
+    std::vector<int> places(sizes.size());
+    std::iota(places.begin(), places.end(), 0);
+    std::ranges::stable_sort(places, std::ranges::greater(),
+                             [&](int place) { return sizes[static_cast<std::size_t>(place)]; });
+    auto count = static_cast<std::size_t>(std::max(request.keep, 0));
+    double rest = (1 - request.share) * std::accumulate(sizes.begin(), sizes.end(), 0.0);
+    if (count == 0)
+        for (count = sizes.size(); count > 1; --count)
+            if ((rest -= sizes[static_cast<std::size_t>(places[count - 1])]) < 0)
+                break;
+    places.resize(std::min(count, places.size()));
+    std::ranges::sort(places);
+    return places;
+}
+
 HierarchyRecipe::Variable FindVariable(std::string const &name, std::vector<ModelView const *> const &models) {
     for (ModelView const *const model : models) {
         DataSet const &data = model->FittedData();
@@ -121,8 +140,62 @@ int Project::AddUpperModel(HierarchyRequest const &hierarchy, ModelRequest reque
     });
 }
 
-// What a recipe makes of the rows that its models were fitted to.
+int Project::AddCorrection(CorrectionRequest const &request, Progress const &progress) {
+    boost::shared_ptr<DataSet const> const source = m_state->FindData(request.dataSet);
+    ModelRequest model;
+    model.type = ModelTypeE::PLS;
+    model.dataSet = request.dataSet;
+    model.responses = request.responses;
+    model.excluded = request.excluded;
+    model.scaling = request.scaling;
+    model.localCentring = false;
+    m_state->Data(request.dataSet);
+    CorrectionRecipe recipe = CorrectionOf(DefinitionOf(model, m_state->File()), source, request.components);
+    if (recipe.correction.Size() == 0)
+        throw NCError(ExceptionMessage::translate("Nothing of the {1} X variables of data set {2} has nothing to do "
+                                                  "with Y.") %
+                          recipe.definition.xTerms.size() % request.dataSet,
+                      NCError::Error);
+    return Derive({std::move(recipe)}, source->GetName() + " corrected", progress);
+}
+
+CompressionRecipe Project::RecipeFor(CompressionRequest const &request) const {
+    DataSet const &source = m_state->Data(request.dataSet);
+    CompressionRecipe recipe;
+    recipe.dataSet = request.dataSet;
+    recipe.function = request.function;
+    recipe.order = request.order;
+    recipe.denoised = request.denoise;
+    std::set<std::string> excluded(request.excluded.begin(), request.excluded.end());
+    std::set<std::string> unknown = excluded;
+    for (int column = 0; column < static_cast<int>(source.GetVariables().size()); ++column) {
+        std::string const name = source.Name(column);
+        unknown.erase(name);
+        (excluded.contains(name) ? recipe.others : recipe.columns).push_back(column);
+    }
+    if (!unknown.empty())
+        throw NCError(ExceptionMessage::translate("Data set {1} ({2}) has no variable \"{3}\".") % request.dataSet %
+                          source.GetName() % *unknown.begin(),
+                      NCError::Error);
+    if (recipe.columns.size() < 2)
+        throw NCError(ExceptionMessage::translate("A row of {1} variables has no wavelet transform: there have to be 2 "
+                                                  "at least.") %
+                          recipe.columns.size(),
+                      NCError::Error);
+    recipe.kept = LargestOf(SizesOfCoefficients(recipe, source), request);
+    return recipe;
+}
+
+int Project::AddCompression(CompressionRequest const &request, Progress const &progress) {
+    CompressionRecipe recipe = RecipeFor(request);
+    std::string const name = m_state->Data(request.dataSet).GetName() + (request.denoise ? " denoised" : " compressed");
+    return Derive({std::move(recipe)}, name, progress);
+}
+
+// What a recipe makes of the rows that its models were fitted to, or of the data set that it is for.
 DerivedTable Project::MadeOf(Recipe const &recipe) const {
+    if (recipe.DataSet() != 0)
+        return MadeOfRows(recipe, recipe.DataSet());
     std::vector<ModelView const *> const models = LowerModels(recipe);
     if (auto const *const level = recipe.As<BatchLevelRecipe>())
         return LevelOfWorksets(*level, models, m_state->ConditionSets(level->conditions));
@@ -130,17 +203,33 @@ DerivedTable Project::MadeOf(Recipe const &recipe) const {
     DataSetList sets;
     for (HierarchyRecipe::Variable const &variable : hierarchy.variables)
         sets.push_back(m_state->FindData(variable.dataSet));
-    DerivedTable table =
-        ResultsOfWorksets(hierarchy, models, sets,
-                          m_state->File().ObservationIdentifiers(models.front()->FittedData().GetNumber()));
+    DerivedTable table = ResultsOfWorksets(
+        hierarchy, models, sets, m_state->File().ObservationIdentifiers(models.front()->FittedData().GetNumber()));
     if (table.columns.front().empty())
         throw NCError(ExceptionMessage::translate("No observation is in all of the {1} models below.") % models.size(),
                       NCError::Error);
     return table;
 }
 
-// The same of a prediction set. Nothing where none of the models can predict it.
+DerivedTable Project::MadeOfRows(Recipe const &recipe, int dataSet) const {
+    boost::shared_ptr<DataSet const> const source = m_state->FindData(recipe.DataSet());
+    boost::shared_ptr<DataSet const> const rows = m_state->FindData(dataSet);
+    std::vector<TextColumn> const identifiers = m_state->File().ObservationIdentifiers(dataSet);
+    if (auto const *const correction = recipe.As<CorrectionRecipe>())
+        return CorrectedRows(*correction, source, rows, identifiers);
+    return CompressedRows(std::get<CompressionRecipe>(recipe.how), *source, *rows, identifiers);
+}
+
+// A recipe's part of a prediction set. Nothing where none of its models can predict it, and where it has no variable of
+// its data set.
 std::optional<DerivedTable> Project::MadeOfPredictions(Recipe const &recipe, int predictions) const {
+    if (recipe.DataSet() != 0) {
+        int const rows = m_state->ShapedLike(recipe.DataSet(), predictions);
+        bool const isAny = std::ranges::any_of(m_state->Data(recipe.DataSet()).GetVariables(), [&](std::uint32_t item) {
+            return m_state->Data(rows).ColumnOf(item).has_value();
+        });
+        return isAny ? std::optional(MadeOfRows(recipe, rows)) : std::nullopt;
+    }
     std::vector<ModelView const *> const models = LowerModels(recipe);
     DataSetList rows;
     bool isAny = false;

@@ -212,11 +212,14 @@ public:
         return m_predictions.emplace(model, view->Predict(rows, m_project->shared_from_this())).first->second;
     }
 
-    // A prediction set as a model takes it: put through the recipe of the model's data set where that has one.
+    // A prediction set in the shape of a data set: put through the recipe of that where it has one.
+    int ShapedLike(int dataSet, int predictions) const {
+        int const derived = Data(dataSet).MadeBy() ? DerivedOf(predictions, dataSet) : 0;
+        return derived != 0 ? derived : predictions;
+    }
+    // As a model takes it.
     boost::shared_ptr<DataSet const> RowsOn(ModelView const &model, int predictions) const {
-        DataSet const &fitted = model.FittedData();
-        int const derived = fitted.MadeBy() ? DerivedOf(predictions, fitted.GetNumber()) : 0;
-        return FindData(derived != 0 ? derived : predictions);
+        return FindData(ShapedLike(model.FittedData().GetNumber(), predictions));
     }
 
     VariableMatch MatchOf(ModelView const &model, int dataSet) const {

@@ -136,7 +136,7 @@ void ItemLists::MarkSources(Recipe const &recipe, std::vector<TextColumn> const 
                             std::vector<std::uint32_t> const &items) {
     if (auto const *const hierarchy = recipe.As<HierarchyRecipe>())
         MarkResults(hierarchy->results, items);
-    else
+    if (recipe.As<BatchLevelRecipe>())
         MarkBatchLevel(columns, items);
 }
 

@@ -7,6 +7,8 @@
 #include "platform/project/NCDataSet.h"
 #include "platform/storage/XercesXMLSection.h"
 
+#include <boost/make_shared.hpp>
+
 #include <map>
 #include <mutex>
 #include <optional>
@@ -108,6 +110,10 @@ public:
 
     // The observations as the columns of a table.
     ColumnIDs const &ObservationColumns() const { return m_observationColumns; }
+
+    boost::shared_ptr<OSCModel const> GetOSCModel() const override {
+        return MadeAs<CorrectionRecipe>() ? boost::make_shared<OSCModel const>() : nullptr;
+    }
 
     // How it was made; nothing for one that was imported.
     std::optional<Recipe> const &MadeBy() const;

@@ -2,6 +2,7 @@
 
 #include "engine/models/Archive.h"
 #include "platform/identity/VarObs.h"
+#include "platform/numerics/Wavelet.h"
 #include "platform/text/Exception.h"
 
 #include <algorithm>
@@ -34,6 +35,24 @@ bool IsWhole(HierarchyRecipe const &recipe) {
            std::ranges::all_of(recipe.variables, isVariable);
 }
 
+bool IsWhole(CorrectionRecipe const &recipe) {
+    std::size_t const terms = recipe.definition.xTerms.size();
+    auto const isPlain = [](Term const &term) { return !term.IsProduct() && term.lag == 0 && term.column >= 0; };
+    return recipe.offsets.size() == terms && recipe.weights.size() == terms &&
+           static_cast<std::size_t>(recipe.correction.p.rows()) == terms &&
+           static_cast<std::size_t>(recipe.correction.t.rows()) == recipe.definition.rows.size() &&
+           std::ranges::all_of(recipe.definition.xTerms, isPlain);
+}
+
+bool IsWhole(CompressionRecipe const &recipe) {
+    auto const isPlace = [](int place) { return place >= 0; };
+    auto const isCoefficient = [length = Wavelet::TransformedLength(static_cast<int>(recipe.columns.size()), true)](
+                                   int place) { return place >= 0 && place < length; };
+    return !recipe.columns.empty() && std::ranges::all_of(recipe.columns, isPlace) &&
+           std::ranges::all_of(recipe.others, isPlace) && std::ranges::all_of(recipe.kept, isCoefficient) &&
+           recipe.function >= Wavelet::Daubechies && recipe.function <= Wavelet::Coiflet;
+}
+
 } // namespace
 
 template <typename Archive>
@@ -59,6 +78,31 @@ void Transfer(Archive &archive, HierarchyRecipe::Variable &variable) {
 template <typename Archive>
 void Transfer(Archive &archive, HierarchyRecipe &recipe) {
     archive(recipe.results, recipe.variables);
+}
+
+// A member that has a saved form of its own.
+template <typename Saved>
+void TransferSaved(WritingArchive &archive, Saved &saved) {
+    std::string text = saved.Save();
+    archive(text);
+}
+template <typename Saved>
+void TransferSaved(ReadingArchive &archive, Saved &saved) {
+    std::string text;
+    archive(text);
+    saved = Saved::Load(text);
+}
+
+template <typename Archive>
+void Transfer(Archive &archive, CorrectionRecipe &recipe) {
+    archive(recipe.dataSet, recipe.offsets, recipe.weights);
+    TransferSaved(archive, recipe.definition);
+    TransferSaved(archive, recipe.correction);
+}
+
+template <typename Archive>
+void Transfer(Archive &archive, CompressionRecipe &recipe) {
+    archive(recipe.dataSet, recipe.columns, recipe.others, recipe.function, recipe.order, recipe.kept, recipe.denoised);
 }
 
 namespace {
@@ -93,6 +137,12 @@ std::vector<int> Recipe::Models() const {
         for (BatchLevelRecipe::Source const &source : level->sources)
             models.push_back(source.model);
     return models;
+}
+
+int Recipe::DataSet() const {
+    auto const *const correction = As<CorrectionRecipe>();
+    auto const *const compression = As<CompressionRecipe>();
+    return correction ? correction->dataSet : compression ? compression->dataSet : 0;
 }
 
 std::string Recipe::Save() const {

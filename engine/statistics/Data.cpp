@@ -191,6 +191,43 @@ TablePtr Times(RowSource const &source) {
     return answer.Take();
 }
 
+// A vector of each component of the correction that made a data set; nothing for any other.
+template <Operation values, Operation columns, typename Columns>
+void AddCorrection(Handlers &handlers, char const *name, Matrix OrthogonalCorrection::*part, Columns columnsOf) {
+    handlers.OnDataSet<values>(
+        [=](DataSet const &dataSet, Subject const &subject, IntList const *components) -> TablePtr {
+            auto const *const made = dataSet.MadeAs<CorrectionRecipe>();
+            if (!made)
+                return nullptr;
+            Answer answer(columnsOf(*made, subject));
+            for (Index const component : ChosenComponents(components, made->correction.Size()))
+                answer.Add("DS" + std::to_string(dataSet.GetNumber()) + "." + name + ComponentLabel(component),
+                           (made->correction.*part).col(component));
+            return answer.Take();
+        });
+    handlers.OnDataSet<columns>(
+        [=](DataSet const &dataSet, Subject const &subject, boost::shared_ptr<OSCModel const> const &osc) {
+            auto const *const made = dataSet.MadeAs<CorrectionRecipe>();
+            return made && osc ? columnsOf(*made, subject) : ColumnIDs(dataSet.GetProject());
+        });
+}
+
+// What a correction was made of.
+ColumnIDs CorrectedObservations(CorrectionRecipe const &made, Subject const &subject) {
+    DataSet const &source = subject.Data(made.dataSet);
+    ObservationInfos chosen;
+    for (int const row : made.definition.rows)
+        chosen.push_back(source.GetObservations()[static_cast<std::size_t>(row)]);
+    return ObservationColumns(chosen, source.GetProject(), made.dataSet);
+}
+ColumnIDs CorrectedVariables(CorrectionRecipe const &made, Subject const &subject) {
+    DataSet const &source = subject.Data(made.dataSet);
+    ColumnIDs::Numbers numbers;
+    for (Term const &term : made.definition.xTerms)
+        numbers.push_back(source.GetVariables()[static_cast<std::size_t>(term.column)]);
+    return ColumnIDs(ColumnIDs::Variables, std::move(numbers), source.GetProject(), made.dataSet);
+}
+
 bool HasTimes(ModelView const &model) {
     VariableInfo const *const time = model.GetProject()->GetVariables().GetDefaultTimeVariable();
     return time && model.FittedData().ColumnOf(time->GetUniqueID());
@@ -205,6 +242,12 @@ void AddDataHandlers(Handlers &handlers) {
     using enum Operation;
     handlers.OnDataSet<GetObsDS>(ObservationRows);
     handlers.OnDataSet<GetObsDSColumnIDs>(VariableColumns);
+    AddCorrection<GetOSCScores, GetOSCScoresColumnIDs>(handlers, "OSC-t", &OrthogonalCorrection::t,
+                                                       CorrectedObservations);
+    AddCorrection<GetOSCP, GetOSCPColumnIDs>(handlers, "OSC-p", &OrthogonalCorrection::p, CorrectedVariables);
+    AddCorrection<GetOSCW, GetOSCWColumnIDs>(handlers, "OSC-w", &OrthogonalCorrection::w, CorrectedVariables);
+    AddCorrection<GetOSCWStar, GetOSCWStarColumnIDs>(handlers, "OSC-w*", &OrthogonalCorrection::wStar,
+                                                     CorrectedVariables);
     handlers.OnDataSet<GetVarDS>(VariableRows);
     handlers.OnDataSet<GetVarDSColumnIDs>(
         [](DataSet const &dataSet, int batch, int phase) { return RowColumns(dataSet, batch, phase); });

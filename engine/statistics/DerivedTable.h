@@ -38,4 +38,19 @@ DerivedTable ResultsOfPredictions(HierarchyRecipe const &recipe, std::vector<Mod
                                   DataSetList const &rows, boost::shared_ptr<DataSet const> const &predictions,
                                   std::vector<TextColumn> const &identifiers);
 
+// A correction of so many components, or of fewer where no more of X has nothing to do with Y, made of the rows of the
+// definition, whose terms are columns as they are.
+CorrectionRecipe CorrectionOf(ModelDefinition definition, boost::shared_ptr<DataSet const> const &source,
+                              Index components);
+// All variables of the source in some rows, those of the source or of a prediction set, with those of X corrected.
+DerivedTable CorrectedRows(CorrectionRecipe const &recipe, boost::shared_ptr<DataSet const> const &source,
+                           boost::shared_ptr<DataSet const> const &rows, std::vector<TextColumn> const &identifiers);
+
+// How much each wavelet coefficient tells, kept or not: the mean of its squares over the rows of a data set; about its
+// mean, which is what it tells of differences between rows, where coefficients are to be the variables.
+std::vector<double> SizesOfCoefficients(CompressionRecipe const &recipe, DataSet const &source);
+// The kept coefficients of some rows, or what they tell of the variables, and the other variables.
+DerivedTable CompressedRows(CompressionRecipe const &recipe, DataSet const &source, DataSet const &rows,
+                            std::vector<TextColumn> const &identifiers);
+
 } // namespace engine

@@ -5,6 +5,7 @@
 #include "platform/identity/AliasAccess.h"
 #include "platform/identity/BatchUtilities.h"
 #include "platform/identity/VarObs.h"
+#include "platform/project/OSCModel.h"
 
 #include <cstdint>
 #include <mutex>
@@ -49,6 +50,8 @@ public:
     // " (days since 2024-01-01)", what the label of a row ends with that shows values of these variables; empty when
     // none of them holds dates.
     std::string GetDaysLabel(std::span<std::uint32_t const> variables) const;
+    // The orthogonal signal correction that made it; null for any other set.
+    virtual boost::shared_ptr<OSCModel const> GetOSCModel() const { return {}; }
     // One value for each variable, empty for an observation that the set does not have.
     virtual NCDataVector<float> GetObservation(std::uint32_t observation) const = 0;
 };
