@@ -88,8 +88,8 @@ int Builder::CurrentModel() const {
 ProjectVectorData Builder::NewSeries(Selection const &selection, int model, std::string const &vector,
                                      int yVariable) const {
     boost::shared_ptr<ModelInfo const> const info = InfoOfModel(*m_project, model);
-    auto const found = ProjectVectorHandler::Instance()->Find(vector.c_str(), selection.GetVectorType(),
-                                                              ProjectVector::DataTypeModel, info.get());
+    auto const found = ProjectVectorHandler::Instance()->Find(
+        vector.c_str(), ProjectVector::VectorTypeObservationsLoadings, ProjectVector::DataTypeModel, info.get());
     if (found == ProjectVectorHandler::Instance()->end())
         throw NCError(ExceptionMessage::translate("{1} is not available for model {2}, which is of another type.") %
                           vector % model,

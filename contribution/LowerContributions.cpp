@@ -77,6 +77,19 @@ std::vector<int> Followed(std::vector<int> const &positions, ObservationInfos co
     return followed;
 }
 
+// Both groups of a contribution to scores, the first observation of one to a distance.
+void FollowGroups(NCProject const &project, ProjectVectorData const &upper, bool isOfScores, ProjectVectorData &lower) {
+    ModelRows const upperRows(project, upper.GetModelInfo()->number, false);
+    ModelRows const lowerRows(project, lower.GetModelInfo()->number, false);
+    auto const follow = [&](std::vector<int> const &positions) {
+        return Followed(positions, upperRows.Observations(), lowerRows.Observations());
+    };
+    bool const isCut = !isOfScores && !upper.obs1.empty();
+    lower.obs1 = follow(isCut ? std::vector{upper.obs1.front()} : upper.obs1);
+    if (isOfScores)
+        lower.obs2 = follow(upper.obs2);
+}
+
 // What the terms of a batch-level model are about.
 class LowerTerms {
 public:
@@ -162,7 +175,7 @@ bool Builder::SetHierarchicalContributionDataSeries(Selection &target, Selection
     boost::shared_ptr<ModelInfo const> const lower = m_project->GetModelInfo(info.lowerModel);
     ProjectVectorData const &shown = source->GetSeries(1);
     ModelInfo const *const upper = shown.GetModelInfo();
-    if (!lower || !upper)
+    if (!lower || !upper || !shown.GetProjectVector())
         return false;
 
     bool const isPredicted = source->GetObsPredType() == ProjectVector::Predicted;
@@ -173,18 +186,10 @@ bool Builder::SetHierarchicalContributionDataSeries(Selection &target, Selection
         return false;
 
     ProjectVectorData data = NewSeries(target, lower->number, isPredicted ? "ContScPS" : "ContSc");
-    if (isPredicted) {
+    if (isPredicted)
         (isOfScores ? data.obs2 : data.obs1) = shown.obs1;
-    } else {
-        ModelRows const upperRows(*m_project, upper->number, false), lowerRows(*m_project, lower->number, false);
-        auto const follow = [&](std::vector<int> const &positions) {
-            return Followed(positions, upperRows.Observations(), lowerRows.Observations());
-        };
-        std::size_t const count = isOfScores ? shown.obs1.size() : std::min<std::size_t>(shown.obs1.size(), 1);
-        data.obs1 = follow({shown.obs1.begin(), shown.obs1.begin() + static_cast<std::ptrdiff_t>(count)});
-        if (isOfScores)
-            data.obs2 = follow(shown.obs2);
-    }
+    else
+        FollowGroups(*m_project, shown, isOfScores, data);
     Weight const byType =
         ModelTypeE::IsPlainPLS(lower->type) ? ContributionWeightEnum::WStar : ContributionWeightEnum::P;
     data.SetWeightType(isOfScores ? LowerWeight(*upper, *lower, shown.GetWeightType(), info.kind) : byType);
