@@ -89,15 +89,18 @@ VariableMatch Together(VariableMatch own, std::vector<VariableMatch> const &lowe
 // The rows of a prediction set on a model.
 class Predictions final : public NCPredictions {
 public:
-    Predictions(boost::shared_ptr<NCModel const> model, std::shared_ptr<PredictedRows const> rows)
-        : m_model(std::move(model)), m_rows(std::move(rows)) {}
+    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<ModelView const> view,
+                std::shared_ptr<PredictedRows const> rows)
+        : m_model(std::move(model)), m_view(std::move(view)), m_rows(std::move(rows)) {}
 
     boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
     ObservationInfos const &GetObservations() const override { return m_rows->GetObservations(); }
     BatchRuns const &GetBatchRuns() const override { return m_rows->GetBatchRuns(); }
+    NCDataVector<float> GetMaturity() const override { return MaturityOf({*m_view, true, m_rows.get()}); }
 
 private:
     boost::shared_ptr<NCModel const> m_model;
+    boost::shared_ptr<ModelView const> m_view;
     std::shared_ptr<PredictedRows const> m_rows;
 };
 
@@ -410,7 +413,7 @@ boost::shared_ptr<NCDataSet const> Project::GetModelPredSet(int) const {
 
 boost::shared_ptr<NCPredictions const> Project::GetPredictions(int model, bool required) const {
     if (auto rows = m_state->PredictedOn(model))
-        return boost::make_shared<Predictions>(GetModel(model), std::move(rows));
+        return boost::make_shared<Predictions>(GetModel(model), m_state->View(model), std::move(rows));
     if (required)
         throw NCError(ExceptionMessage::translate("There is no prediction set for model {1}.") % model, NCError::Error);
     return {};

@@ -162,17 +162,12 @@ void ItemLists::MarkBatchLevel(std::vector<TextColumn> const &columns, std::vect
                           NCError::Error);
         return column->texts;
     };
-    std::unordered_map<std::string_view, std::uint32_t> lower; // variables by name
-    for (std::uint32_t item = variables.Size(); item >= 1; --item)
-        lower[variables.GetText(item, 1)] = item;
     for (std::size_t i = 0; i < items.size(); ++i) {
         VariableInfo info(items[i]);
         info.sourceName = textsOf(sourceHeading)[i];
         if (std::string const maturity(textsOf(maturityHeading)[i]);
             !VqString::ToFloat(maturity.c_str(), info.maturity))
             continue; // an initial condition is itself
-        if (auto const found = lower.find(info.sourceName); found != lower.end())
-            info.lowerLevelVariable = found->second;
         variables.SetInfo(info);
     }
 }
@@ -205,6 +200,7 @@ public:
         }
         m_variables.SetRole({sourceHeading}, VarObs::Role::Source);
         m_variables.SetRole({maturityHeading}, VarObs::Role::Maturity);
+        m_variables.SetRole({variablePhaseHeading}, VarObs::Role::Phase);
         m_observations.SetRole(headings[0], VarObs::Role::Batch);
         m_observations.SetRole(headings[1], VarObs::Role::Phase);
     }

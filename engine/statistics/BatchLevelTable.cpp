@@ -15,19 +15,21 @@ namespace {
 
 // One of the statistics of a source, from 0.
 struct LowerStatistic {
-    std::string name; // "t[1]", "to[1]", "temperature"
-    Vector values;    // for each row
+    std::string name;   // "t[1]", "to[1]", "temperature"
+    std::string source; // the same, but that the component of a score always begins at the fourth character: "t [1]"
+    Vector values;      // for each row
 };
 
 LowerStatistic StatisticOf(BatchLevelRecipe::Source const &source, RowSource const &rows, int statistic) {
     std::optional<RowSet> const all = rows.Rows();
     if (statistic < source.scores)
-        return {"t" + ComponentLabel(statistic), ScoresT(*all, statistic)};
+        return {"t" + ComponentLabel(statistic), "t " + ComponentLabel(statistic), ScoresT(*all, statistic)};
     statistic -= source.scores;
     if (statistic < source.orthogonal)
-        return {"to" + ComponentLabel(statistic), ScoresTo(*all, statistic)};
+        return {"to" + ComponentLabel(statistic), "to" + ComponentLabel(statistic), ScoresTo(*all, statistic)};
     statistic -= source.orthogonal;
-    return {rows.model.XTerms().GetName(statistic + 1), XValues(*all, statistic, Units::Source)};
+    std::string const name = rows.model.XTerms().GetName(statistic + 1);
+    return {name, name, XValues(*all, statistic, Units::Source)};
 }
 
 std::string TextOf(double number) {
@@ -54,7 +56,7 @@ public:
             RowMatrix const aligned = isThere ? rows.Aligned().ReadAll(lower.values) : RowMatrix();
             for (int point = 0; point < source.points; ++point) {
                 std::string const maturity = TextOf(model.Grid().maturity[point]);
-                std::vector<float> &column = AddColumn(lower.name, maturity, phase);
+                std::vector<float> &column = AddColumn(lower.name, lower.source, maturity, phase);
                 for (std::size_t batch = 0; batch < places.size(); ++batch)
                     column[places[batch]] = ToStored(aligned(static_cast<Index>(batch), point));
             }
@@ -67,7 +69,8 @@ public:
             rowsOf.push_back(RowsIn(*set));
         for (std::uint32_t const variable : conditions.front()->GetVariables()) {
             NCVariables const &variables = conditions.front()->GetProject()->GetVariables();
-            std::vector<float> &column = AddColumn(variables.GetText(variable, 1), "", "");
+            std::string const &name = variables.GetText(variable, 1);
+            std::vector<float> &column = AddColumn(name, name, "", "");
             for (std::size_t batch = 0; batch < m_batches.size(); ++batch)
                 column[batch] = Condition(conditions, rowsOf, variable, batch);
         }
@@ -116,8 +119,10 @@ private:
     }
 
     // "run t[1] 12.5"; a number tells points of one maturity apart.
-    std::vector<float> &AddColumn(std::string const &source, std::string const &maturity, std::string const &phase) {
-        std::string const name = (phase.empty() ? "" : phase + " ") + source + (maturity.empty() ? "" : " " + maturity);
+    std::vector<float> &AddColumn(std::string const &statistic, std::string const &source, std::string const &maturity,
+                                  std::string const &phase) {
+        std::string const name =
+            (phase.empty() ? "" : phase + " ") + statistic + (maturity.empty() ? "" : " " + maturity);
         std::string unique = name;
         for (int again = 2; !m_known.insert(unique).second; ++again)
             unique = name + " (" + std::to_string(again) + ")";

@@ -5,10 +5,20 @@
 
 namespace engine {
 
+NCDataVector<float> MaturityOf(RowSource const &source) {
+    std::optional<RowSet> const rows = source.Rows();
+    bool const isOfBatches = source.model.Fit().definition.evolution.has_value();
+    return rows && isOfBatches ? StoredValues(YValues(*rows, 0, Units::Source)) : NCDataVector<float>();
+}
+
 std::vector<int> BatchModel::GetBatchIndexes() const {
     auto const indexes = BatchUtilities::GetBatchIndexes(
         m_view->GetObservations(), m_view->GetProject()->GetObservations(), m_view->FittedData().GetBatchInfo());
     return {indexes.begin(), indexes.end()};
+}
+
+NCDataVector<float> BatchModel::GetMaturity() const {
+    return MaturityOf({*m_view});
 }
 
 NCDataVector<float> BatchModel::GetTimeMaturityVector() const {

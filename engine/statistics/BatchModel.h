@@ -1,8 +1,11 @@
 #pragma once
 
-#include "engine/statistics/ModelView.h"
+#include "engine/statistics/RowSet.h"
 
 namespace engine {
+
+// The maturity of all rows; empty without rows, and for a model that is not of the evolution of batches.
+NCDataVector<float> MaturityOf(RowSource const &source);
 
 // A model of the evolution of batches as the project shows it.
 class BatchModel final : public NCBatchModel {
@@ -26,6 +29,7 @@ public:
     // Of the batch at that position among those of the model, from 1; empty outside.
     std::string GetBatchName(int index) const override { return m_view->GetBatchRuns().names(index, {}); }
     int GetYVarTreatment() const override { return m_view->Fit().definition.evolution->treatment; }
+    NCDataVector<float> GetMaturity() const override;
     NCDataVector<float> GetTimeMaturityVector() const override;
     NCDataMatrix<float> GetAlignedScores(int component) const override;
     NCDataMatrix<float> GetAlignedDModX(int component) const override;

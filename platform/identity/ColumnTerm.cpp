@@ -1,5 +1,6 @@
 #include "platform/identity/ColumnTerm.h"
 
+#include "platform/containers/Missing.h"
 #include "platform/identity/AliasAccess.h"
 #include "platform/identity/VarObs.h"
 
@@ -43,7 +44,8 @@ std::string ColumnTerm::GetPrimaryName(NCVariables const &variables) const {
 }
 
 std::uint32_t ColumnTerm::GetVariableFromObsLevelInBatchLevel(NCVariables const &variables) const {
-    return variables[GetMotherVariable(1)].lowerLevelVariable;
+    VariableInfo const variable = variables[GetMotherVariable(1)];
+    return IsMissing(variable.GetMaturity()) ? 0 : variable.GetUniqueID();
 }
 
 std::size_t ColumnTerm::Hash() const {

@@ -39,7 +39,8 @@ public:
     std::string GetName(NCVariables const &variables, int alias, AliasAccess const &aliases) const;
     std::string GetPrimaryName(NCVariables const &variables) const;
 
-    // The lower-level variable behind a batch-level term (a variable at one aligned point), 0 for any other.
+    // The variable of a batch-level term that holds what the observation level had at one aligned point; 0 for any
+    // other term.
     std::uint32_t GetVariableFromObsLevelInBatchLevel(NCVariables const &variables) const;
 
     std::size_t Hash() const;

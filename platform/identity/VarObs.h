@@ -45,11 +45,10 @@ public:
     static bool IsResult(int kind) { return kind >= Score && kind <= OrthogonalScore; }
 
     int kind = 0;
-    float maturity = -99.0f;              // of a batch-level variable: its aligned point
-    std::string sourceName;               // of a batch-level variable: the lower-level variable or score behind it
-    std::uint32_t lowerLevelVariable = 0; // the same as a number
-    int lowerModel = 0;                   // of a hierarchical variable: the model whose result it is
-    int lowerComponent = 0;               // and the component of that result, from 1; 0 where it has none
+    float maturity = -99.0f; // of a batch-level variable: its aligned point; -99.0 for others
+    std::string sourceName;  // of a batch-level variable: the lower-level variable or score behind it
+    int lowerModel = 0;      // of a hierarchical variable: the model whose result it is
+    int lowerComponent = 0;  // and the component of that result, from 1; 0 where it has none
     bool dateTime = false;
 
     bool IsHierarchical() const { return IsResult(kind); }

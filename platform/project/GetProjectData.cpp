@@ -1,6 +1,5 @@
 #include "platform/project/GetProjectData.h"
 
-#include "platform/containers/Missing.h"
 #include "platform/project/NCProject.h"
 #include "platform/project/StatisticSource.h"
 
@@ -59,9 +58,9 @@ NCDataMatrix<float> GetProjectDataMatrix::CreateAlignedStdDevAndAverageMatrix(NC
     int const columns = matrix.Columns();
     NCDataMatrix<float> result(2, columns, -99.0f);
     for (int column = 1; column <= columns; ++column) {
-        float const mean = ToStored(matrix.GetColumnMean(column));
+        float const mean = static_cast<float>(matrix.GetColumnMean(column));
         result(1, column) = mean;
-        result(2, column) = ToStored(matrix.GetColumnStdDev(column, mean));
+        result(2, column) = static_cast<float>(matrix.GetColumnStdDev(column, mean));
     }
     return result;
 }

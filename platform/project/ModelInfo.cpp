@@ -14,7 +14,8 @@ void EachField(auto &fields, auto &info) {
     fields(info.number, info.name, info.title, info.type, info.sizeXVariables, info.sizeYVariables,
            info.sizeObservations, info.predictiveComponents, info.xSideOrthogonalComponents,
            info.ySideOrthogonalComponents, info.fitted, info.crossValidated, info.hasLaggedVariables, info.hasDateTime,
-           info.isBatchModel, info.isBatchLevel, info.classOrPhaseNames, info.dataSets, info.phaseGroup);
+           info.isBatchModel, info.isBatchLevel, info.classOrPhaseNames, info.dataSets, info.phaseGroup,
+           info.responseWeighting);
 }
 
 } // namespace

@@ -30,6 +30,9 @@ public:
     std::vector<std::string> classOrPhaseNames;
     std::vector<int> dataSets; // the data sets that the rows come from
     int phaseGroup = 0;        // models made together, one for each phase, share this number; 0 for others
+    // By what contributions to a predicted response are weighted: 1 by w*, of OPLS and O2PLS models by p; 2 by p where
+    // the type tells a class of an OPLS or O2PLS model (bits from 256 on that equal 1280); all else by coefficients.
+    int responseWeighting = 0;
 
     int SizeComponents() const { return predictiveComponents + xSideOrthogonalComponents + ySideOrthogonalComponents; }
     int SizePredictiveComponents() const { return predictiveComponents; }

@@ -23,6 +23,8 @@ struct DATASERIES_API ModelTypeE {
     // The name of one kind ("PCA", "PLS", "PLS-DA", "OPLS", "O2PLS"); empty for none or several.
     static std::string GetModelTypeName(Model type);
     static bool IsOPLSorO2PLS(Model type) { return (type & AnyOPLS) != 0; }
+    // PLS whose components are not split into predictive and orthogonal ones.
+    static bool IsPlainPLS(Model type) { return (type & WithY) != 0 && !IsOPLSorO2PLS(type); }
     static bool IsO2PLS(Model type) { return (type & O2PLS) != 0; }
 
     // The kinds of both masks together.

@@ -64,6 +64,8 @@ public:
     virtual std::string GetBatchName(int index) const = 0;
     // What is done to the Y variable batch by batch (BatchYVarTreatment).
     virtual int GetYVarTreatment() const { return 0; }
+    // The maturity of each observation of the workset, in the units of the data set; -99.0 where missing.
+    virtual NCDataVector<float> GetMaturity() const { return {}; }
     // The maturity of each aligned point.
     virtual NCDataVector<float> GetTimeMaturityVector() const = 0;
     // Rows: batches, columns: aligned points.
@@ -80,4 +82,6 @@ public:
     virtual ObservationInfos const &GetObservations() const = 0;
     // The batches among them as they follow each other.
     virtual BatchRuns const &GetBatchRuns() const = 0;
+    // Of a model of batches: the maturity of each row, in the units of the data set; -99.0 where missing.
+    virtual NCDataVector<float> GetMaturity() const { return {}; }
 };

@@ -134,6 +134,7 @@ TEST(ModelInfo, TravelsInStreams) {
     info.classOrPhaseNames = {"heat", ""};
     info.dataSets = {1, 4};
     info.phaseGroup = 7;
+    info.responseWeighting = 1;
     std::stringstream stream;
     stream << info;
     ModelInfo read;

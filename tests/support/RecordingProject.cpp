@@ -36,23 +36,27 @@ public:
         return m_content.batches.at(static_cast<std::size_t>(index - 1));
     }
     int GetYVarTreatment() const override { return m_content.treatment; }
+    NCDataVector<float> GetMaturity() const override { return m_content.maturity; }
     NCDataVector<float> GetTimeMaturityVector() const override { return {}; }
-    NCDataMatrix<float> GetAlignedScores(int) const override { return {}; }
-    NCDataMatrix<float> GetAlignedDModX(int) const override { return {}; }
+    NCDataMatrix<float> GetAlignedScores(int) const override { return m_content.alignedScores; }
+    NCDataMatrix<float> GetAlignedDModX(int) const override { return m_content.alignedDModX; }
 };
 
 class Predictions final : public NCPredictions {
 public:
-    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<RecordedData> rows)
-        : m_model(std::move(model)), m_rows(std::move(rows)) {}
+    Predictions(boost::shared_ptr<NCModel const> model, boost::shared_ptr<RecordedData> rows,
+                NCDataVector<float> maturity)
+        : m_model(std::move(model)), m_rows(std::move(rows)), m_maturity(std::move(maturity)) {}
 
     boost::shared_ptr<NCModel const> GetModel() const override { return m_model; }
     ObservationInfos const &GetObservations() const override { return m_rows->GetObservations(); }
     BatchRuns const &GetBatchRuns() const override { return m_rows->GetBatchRuns(); }
+    NCDataVector<float> GetMaturity() const override { return m_maturity; }
 
 private:
     boost::shared_ptr<NCModel const> m_model;
     boost::shared_ptr<RecordedData> m_rows;
+    NCDataVector<float> m_maturity;
 };
 
 template <typename Map>
@@ -91,6 +95,12 @@ ColumnIDs RecordingSource::Columns(Call const &call) const {
     for (int i = 1; i <= columns; ++i)
         numbers.push_back(static_cast<std::uint32_t>(i));
     return ColumnIDs(ColumnIDs::Observations, numbers, call.project.shared_from_this(), 1);
+}
+
+NCDataMatrix<float> RecordingSource::Matrix(Call const &call) const {
+    calls.push_back(call.Text());
+    auto const canned = matrixOf.find(NameOf(call));
+    return canned == matrixOf.end() ? NCDataMatrix<float>() : canned->second;
 }
 
 void FailingSource::Count() const {
@@ -167,8 +177,8 @@ RecordedData &RecordingProject::AddWorkset(int model, std::vector<std::uint32_t>
     return *(m_worksets[model] = MakeData(rows, std::move(columns)));
 }
 
-void RecordingProject::AddPredictions(int model, std::vector<std::uint32_t> const &rows) {
-    m_predictions[model] = boost::make_shared<Predictions>(GetModel(model), MakeData(rows, {}));
+void RecordingProject::AddPredictions(int model, std::vector<std::uint32_t> const &rows, NCDataVector<float> maturity) {
+    m_predictions[model] = boost::make_shared<Predictions>(GetModel(model), MakeData(rows, {}), std::move(maturity));
 }
 
 boost::shared_ptr<ModelInfo const> RecordingProject::GetModelInfo(int model) const {

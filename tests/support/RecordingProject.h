@@ -19,12 +19,14 @@ public:
     // Answers that are other than that, by the name of the operation.
     std::map<std::string, std::function<TablePtr(Call const &)>> tableOf;
     std::map<std::string, std::function<ColumnIDs(Call const &)>> columnsOf;
+    std::map<std::string, NCDataMatrix<float>> matrixOf;
 
     // The last call; empty when there was none since the last look.
     std::string Take() const;
 
     TablePtr Table(Call const &call) const override;
     ColumnIDs Columns(Call const &call) const override;
+    NCDataMatrix<float> Matrix(Call const &call) const override;
 };
 
 // Throws an NCError at the n-th call, counted from 1; hands all others to another source.
@@ -53,6 +55,8 @@ struct RecordedModel {
     // Of a batch model.
     std::vector<std::string> batches;
     int treatment = 0;
+    NCDataVector<float> maturity; // of the rows
+    NCDataMatrix<float> alignedScores, alignedDModX;
 };
 
 // A data set, a workset or a prediction set: which items it has, without values.
@@ -108,7 +112,7 @@ public:
     RecordedData &AddData(int dataSet, std::vector<std::uint32_t> const &rows, std::vector<std::uint32_t> columns);
     // The data that a model is made of, and the rows projected on it.
     RecordedData &AddWorkset(int model, std::vector<std::uint32_t> const &rows, std::vector<std::uint32_t> columns);
-    void AddPredictions(int model, std::vector<std::uint32_t> const &rows);
+    void AddPredictions(int model, std::vector<std::uint32_t> const &rows, NCDataVector<float> maturity = {});
 
     StatisticSource const &GetStatisticSource() const override { return otherSource ? *otherSource : source; }
     int GetNumberOfModels() const override { return static_cast<int>(m_models.size()); }
