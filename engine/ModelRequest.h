@@ -2,6 +2,7 @@
 
 #include "platform/project/BatchYVarTreatment.h"
 #include "platform/project/ModelTypeE.h"
+#include "platform/project/PLSTrees.h"
 
 #include <map>
 #include <optional>
@@ -95,6 +96,15 @@ struct ModelRequest {
     double alpha = 0.05; // significance level of limits and intervals
     // PLS or OPLS. Cross-validation then leaves out whole batches, unless an identifier says otherwise.
     std::optional<EvolutionRequest> evolution = {};
+};
+
+// A tree of PLS models: of all observations, of the two parts that this one is cut into, and so on (Eriksson, Trygg &
+// Wold 2009).
+struct TreeRequest {
+    ModelRequest model; // PLS
+    int depth = 3;      // cuts between the model of all observations and those that are cut no more
+    // Of the smallest part, two observations are the least.
+    PLSTreeProperties properties = {};
 };
 
 } // namespace engine
