@@ -3,6 +3,7 @@
 #include "engine/models/Fit.h"
 
 #include <algorithm>
+#include <tuple>
 
 // Trees of PLS models.
 
