@@ -17,4 +17,5 @@ void AddChartCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);
 void AddSummaryCommand(CLI::App &program);
+void AddTreeCommand(CLI::App &program);
 void AddExplainCommand(CLI::App &program);

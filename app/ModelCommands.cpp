@@ -4,6 +4,7 @@
 #include "app/Listing.h"
 #include "app/ProgressBar.h"
 #include "app/Summary.h"
+#include "app/Tree.h"
 #include "app/VariableOptions.h"
 #include "engine/Project.h"
 
@@ -18,7 +19,7 @@ namespace {
 
 struct Kind {
     ModelTypeE::Model type = ModelTypeE::PCA;
-    enum Level { Observations, Evolution, Batches } level = Observations;
+    enum Level { Observations, Evolution, Batches, Tree } level = Observations;
 };
 
 struct FitRequest {
@@ -38,6 +39,7 @@ struct FitRequest {
     bool phaseModels = false;
     engine::BatchLevelRequest level;
     std::vector<std::string> below; // results and variables that the model stands on
+    std::optional<int> depth, smallest; // of a tree
 };
 
 struct ListRequest {
@@ -133,6 +135,23 @@ void SetLevel(FitRequest &request) {
         request.model.type = ModelTypeE::PLS;
 }
 
+engine::TreeRequest TreeOf(FitRequest const &request) {
+    engine::TreeRequest tree;
+    tree.model = request.model;
+    tree.depth = request.depth.value_or(tree.depth);
+    tree.properties.smallest = request.smallest.value_or(tree.properties.smallest);
+    return tree;
+}
+
+void ReportTree(Output &output, FitRequest const &request, engine::Project const &project, int root) {
+    std::vector<TreeRow> const tree = ReadTree(project, root);
+    output << request.project.string() << ": tree of " << std::to_string(tree.size()) << " PLS models\n";
+    if (tree.size() == 1)
+        output << "Model " << std::to_string(root)
+               << " is not cut: it has no component, or too few observations for two parts.\n";
+    TreeListing(tree, Format::Text).Write(output, Format::Text);
+}
+
 void CheckResponses(engine::ModelRequest const &model) {
     bool const needsResponses = (model.type & ModelTypeE::WithY) != 0;
     if (needsResponses && model.responses.empty())
@@ -174,11 +193,15 @@ void Fit(FitRequest request) {
         request.model.lags.push_back(LagsIn(text));
     CheckComponents(request.model);
     engine::HierarchyRequest const hierarchy = HierarchyOf(request);
+    if (request.kind.level != Kind::Tree && (request.depth || request.smallest))
+        throw UsageError("--depth and --smallest are for --type plstree");
     auto const project = engine::Project::OpenToWrite(request.project);
     std::vector<int> const models = [&] {
         ProgressBar bar("Fitting");
         if (request.phaseModels)
             return project->AddPhaseModels(request.model, bar.Listener());
+        if (request.kind.level == Kind::Tree)
+            return project->AddTree(TreeOf(request), bar.Listener());
         if (request.kind.level == Kind::Batches)
             return std::vector{project->AddBatchLevelModel(request.level, request.model, bar.Listener())};
         return std::vector{hierarchy.results.empty()
@@ -186,8 +209,11 @@ void Fit(FitRequest request) {
                                : project->AddUpperModel(hierarchy, request.model, bar.Listener())};
     }();
     Output output;
-    for (int const model : models)
-        Report(output, request, *project, model);
+    if (request.kind.level == Kind::Tree)
+        ReportTree(output, request, *project, models.front());
+    else
+        for (int const model : models)
+            Report(output, request, *project, model);
     output.Finish();
 }
 
@@ -247,11 +273,13 @@ void AddModelCommands(CLI::App &program) {
          {"pls", {ModelTypeE::PLS}},
          {"opls", {ModelTypeE::OPLS}},
          {"o2pls", {ModelTypeE::O2PLS}},
+         {"plstree", {ModelTypeE::PLS, Kind::Tree}},
          {"batch", {ModelTypeE::PLS, Kind::Evolution}},
          {"batch-opls", {ModelTypeE::OPLS, Kind::Evolution}},
          {"batch-level", {ModelTypeE::PCA, Kind::Batches}},
          {"batch-level-opls", {ModelTypeE::OPLS, Kind::Batches}}},
-        "Kind of model; batch and batch-opls tell how batches\nevolve with their maturity, batch-level (PCA, or\n"
+        "Kind of model; plstree makes PLS models of all\nobservations, of the two groups into which they fall,\n"
+        "and so on; batch and batch-opls tell how batches\nevolve with their maturity, batch-level (PCA, or\n"
         "PLS with --y) and batch-level-opls are of whole\nbatches, one row for each")
         ->required();
     command->add_option("--data", model.dataSet, "The number of the data set (1)")->type_name("N");
@@ -339,6 +367,14 @@ void AddModelCommands(CLI::App &program) {
                      "of them or\none; and variables as they are")
         ->type_name("M1.t,M2.t[1],NAME,...")
         ->allow_extra_args(false);
+    command->add_option("--depth", request->depth, "Of a tree: cuts from the first model to the last (3)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 20));
+    command
+        ->add_option("--smallest", request->smallest,
+                     "Of a tree: observations of the smallest part (5, or\na quarter where fewer than 20 are cut)")
+        ->type_name("N")
+        ->check(CLI::Range(2, 100000000));
     AddChoice(*command, "--q2", model.q2,
               {{"rounds", engine::ModelRequest::FullRounds}, {"deflated", engine::ModelRequest::DeflatedMatrices}},
               "Q2 by rounds that fit all components anew (rounds), or, of\n"

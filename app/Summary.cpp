@@ -98,20 +98,20 @@ Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
     return listing;
 }
 
+double OfAllComponents(TablePtr const &table) {
+    float const value = table ? table->GetMatrix()(1, table->Columns(), missingValue) : missingValue;
+    return IsMissing(value) ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(value);
+}
+
 Listing SummaryOfPhases(engine::Project const &project, int model) {
     GetProjectData const statistics(project);
-    // Of all components.
-    auto const last = [](TablePtr const &table) {
-        float const value = table ? table->GetMatrix()(1, table->Columns(), missingValue) : missingValue;
-        return IsMissing(value) ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(value);
-    };
     Listing listing({"phase", "model", "batches", "points", "components", "R2X(cum)", "R2Y(cum)", "Q2(cum)"});
     for (int const number : ModelUtilities::FindMatchingModels(project, model, false, MatchingModelE::SamePhaseGroup)) {
         auto const batches = boost::dynamic_pointer_cast<NCBatchModel const>(project.GetModel(number));
         listing.Add({ModelUtilities::GetPhaseName(project, number), number, batches->GetBatchIndexes().size(),
                      batches->GetTimeMaturityVector().Size(), project.GetModelInfo(number)->SizeComponents(),
-                     last(statistics.GetR2XCum(number)), last(statistics.GetR2YCum(number)),
-                     last(statistics.GetQ2Cum(number))});
+                     OfAllComponents(statistics.GetR2XCum(number)), OfAllComponents(statistics.GetR2YCum(number)),
+                     OfAllComponents(statistics.GetQ2Cum(number))});
     }
     return listing;
 }

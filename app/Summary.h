@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Listing.h"
+#include "platform/forward.h"
 
 namespace engine {
 class Project;
@@ -12,6 +13,9 @@ Listing SummaryOf(engine::Project const &project, int model, bool withErrors);
 
 // The models that were fitted together, one for each phase, and what each explains and predicts as a whole.
 Listing SummaryOfPhases(engine::Project const &project, int model);
+
+// What all components of a model explain or predict, by a statistic that adds up over them; NaN where there is nothing.
+double OfAllComponents(TablePtr const &table);
 
 // What is to be known of the fit by whoever relies on it, a line for each: nothing when all is well.
 std::string NotesOn(engine::Project const &project, int model);

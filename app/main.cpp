@@ -66,6 +66,7 @@ int Run(int count, char **arguments) {
     AddBuildCommand(program);
     AddDefaultsCommand(program);
     AddSummaryCommand(program);
+    AddTreeCommand(program);
     AddExplainCommand(program);
     try {
         program.parse(count, arguments);

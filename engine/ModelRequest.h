@@ -4,6 +4,7 @@
 #include "platform/numerics/Wavelet.h"
 #include "platform/project/BatchYVarTreatment.h"
 #include "platform/project/ModelTypeE.h"
+#include "platform/project/PLSTrees.h"
 
 #include <map>
 #include <optional>
@@ -135,6 +136,15 @@ struct CorrectionRequest {
     std::vector<std::string> excluded = {};
     ModelRequest::Scaling scaling = ModelRequest::UnitVariance;
     int components = 1;
+};
+
+// A tree of PLS models: of all observations, of the two parts that this one is cut into, and so on (Eriksson, Trygg &
+// Wold 2009).
+struct TreeRequest {
+    ModelRequest model; // PLS
+    int depth = 3;      // cuts between the model of all observations and those that are cut no more
+    // Of the smallest part, two observations are the least.
+    PLSTreeProperties properties = {};
 };
 
 } // namespace engine

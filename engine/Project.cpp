@@ -205,23 +205,10 @@ int Project::Fitted(ModelRequest const &request, int phaseGroup, Progress const 
     if (!record)
         throw NCError(ExceptionMessage::translate("There is no data set {1}.") % request.dataSet, NCError::Error);
     ModelDefinition definition = DefinitionOf(request, m_state->File());
-    boost::shared_ptr<DataSet const> const data = m_state->FindData(request.dataSet);
-    Workset const workset = [&] {
-        // One lock on the file, not one for each column.
-        Transaction const reading(m_state->File());
-        return Workset::Build(definition, ModelColumns(definition, data, data, definition.rows));
-    }();
-    FittedModel fitted = Fit(definition, workset, progress);
-    Transaction transaction(m_state->File());
-    int const number = m_state->File().AddModel("", std::vector{request.dataSet}, AsBytes(definition.Save()));
     if (definition.evolution)
-        definition.evolution->phaseGroup = phaseGroup == 0 ? number : phaseGroup;
-    fitted.definition = definition;
-    m_state->File().ChangeModel(number, "M" + std::to_string(number), std::vector{request.dataSet},
-                                AsBytes(definition.Save()));
-    m_state->File().SetResults(number, AsBytes(fitted.Save()));
-    transaction.Commit();
-    return number;
+        definition.evolution->phaseGroup = phaseGroup;
+    return m_state->StoreModel(request.dataSet,
+                               Fit(definition, m_state->BuildWorkset(request.dataSet, definition), progress));
 }
 
 FitQuality Project::QualityOf(int model) const {

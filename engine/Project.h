@@ -3,6 +3,7 @@
 #include "engine/LocalCentring.h"
 #include "engine/Progress.h"
 #include "engine/ProjectFile.h"
+#include "platform/containers/Missing.h"
 #include "platform/project/NCProject.h"
 
 #include <filesystem>
@@ -50,6 +51,19 @@ struct FitQuality {
     ModelRequest::Q2 q2 = ModelRequest::FullRounds;
 };
 
+// A model of a tree.
+struct TreeNode {
+    int model = 0;
+    int parent = 0; // the model above, 0 for that of all observations
+    int depth = 0;
+    bool isAbove = false; // of the two parts of the model above the one with the larger t_1
+    int observations = 0;
+    // Of a model that is cut: how many of its observations are below, the weight of the cut, and t_1 there.
+    int below = 0;
+    float weight = missingValue;
+    float score = missingValue;
+};
+
 // A project of the embedded engine: an NCProject that lives in one file, with data sets, models and prediction sets.
 // What is large is read when it is first asked for and kept; the lists of variables and observations run over all data
 // sets, and items with the same primary identifier, and batch if any, are the same item.
@@ -77,6 +91,12 @@ public:
     // One model of the evolution of batches for each phase of the data set, in the order of the phases; their numbers.
     // Either all are stored or none.
     std::vector<int> AddPhaseModels(ModelRequest request, Progress const &progress = {});
+    // Fits a tree of models and answers their numbers, each before those below it. A model is cut unless it is deep
+    // enough, has no component, is too small, or a part would have nothing but missing cells of a variable. Either all
+    // are stored or none. NCError for a request that is not of a PLS model.
+    std::vector<int> AddTree(TreeRequest const &request, Progress const &progress = {});
+    // All models of the tree that a model is in, in that order. NCError for a model that is in none.
+    std::vector<TreeNode> TreeOf(int model) const;
     // Makes a data set with one row for each batch of a model of the evolution of batches, and of those that were
     // fitted together with it for other phases, unless there is one; answers its number. Prediction sets, those that
     // come later too, get theirs: models of this data set predict them. NCError for any other model, and where there is

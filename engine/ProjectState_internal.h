@@ -4,6 +4,7 @@
 #include "engine/TableReader.h"
 #include "engine/data/DataSet_internal.h"
 #include "engine/models/Definition_internal.h"
+#include "engine/models/FittedModel.h"
 #include "engine/statistics/DerivedTable.h"
 #include "engine/statistics/Handlers.h"
 #include "platform/text/Exception.h"
@@ -153,6 +154,28 @@ public:
             Forget();
             throw;
         }
+    }
+
+    Workset BuildWorkset(int dataSet, ModelDefinition const &definition) const {
+        boost::shared_ptr<DataSet const> const data = FindData(dataSet);
+        // One lock on the file, not one for each column.
+        Transaction const reading(m_file);
+        return Workset::Build(definition, ModelColumns(definition, data, data, definition.rows));
+    }
+
+    // Stores a model and answers its number, which is also that of its phase group or tree when it is the first there.
+    int StoreModel(int dataSet, FittedModel model) {
+        ModelDefinition &definition = model.definition;
+        Transaction transaction(m_file);
+        int const number = m_file.AddModel("", std::vector{dataSet}, AsBytes(definition.Save()));
+        if (definition.evolution && definition.evolution->phaseGroup == 0)
+            definition.evolution->phaseGroup = number;
+        if (definition.tree && definition.tree->root == 0)
+            definition.tree->root = number;
+        m_file.ChangeModel(number, "M" + std::to_string(number), std::vector{dataSet}, AsBytes(definition.Save()));
+        m_file.SetResults(number, AsBytes(model.Save()));
+        transaction.Commit();
+        return number;
     }
 
     // What the project holds has changed.

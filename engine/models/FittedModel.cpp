@@ -37,6 +37,16 @@ void Transfer(Archive &archive, Evolution &evolution) {
 }
 
 template <typename Archive>
+void Transfer(Archive &archive, PLSTreeProperties &properties) {
+    archive(properties.scoreShare, properties.balanceShare, properties.smallest);
+}
+
+template <typename Archive>
+void Transfer(Archive &archive, TreePlace &place) {
+    archive(place.root, place.parent, place.depth, place.isAbove, place.properties);
+}
+
+template <typename Archive>
 void Transfer(Archive &archive, ModelDefinition &definition) {
     archive(definition.kind, definition.xTerms, definition.yTerms, definition.rows, definition.components,
             definition.xOrthogonal, definition.yOrthogonal, definition.groups, definition.givenGroups,
@@ -47,6 +57,8 @@ void Transfer(Archive &archive, ModelDefinition &definition) {
         archive(definition.q2);
     if (archive.Version() >= 5)
         archive(definition.evolution);
+    if (archive.Version() >= 7)
+        archive(definition.tree);
 }
 
 template <typename Archive>
@@ -132,6 +144,16 @@ void CheckTerms(std::vector<Term> const &terms, std::size_t groups) {
     }
 }
 
+void CheckTree(ModelDefinition const &definition) {
+    if (!definition.tree)
+        return;
+    TreePlace const &place = *definition.tree;
+    Expect(definition.kind == ModelKind::Pls && !definition.evolution);
+    Expect(place.root >= 0 && place.parent >= 0 && place.depth >= 0 && place.properties.smallest >= 0);
+    for (double const share : {place.properties.scoreShare, place.properties.balanceShare})
+        Expect(share >= 0 && share <= 1);
+}
+
 void CheckCounts(ModelDefinition const &definition) {
     constexpr ModelKind kinds[] = {ModelKind::Pca, ModelKind::Pls, ModelKind::PlsDiscriminant, ModelKind::Opls,
                                    ModelKind::O2Pls};
@@ -148,6 +170,7 @@ void CheckCounts(ModelDefinition const &definition) {
         Expect(IsUpTo(definition.evolution->alignment, AlignmentMode::Maturity));
         Expect(definition.evolution->points >= 0);
     }
+    CheckTree(definition);
 }
 
 // What a model of X terms and Y terms has of components.
@@ -232,8 +255,8 @@ void CheckCounts(FittedModel const &model) {
 
 // Of all saved forms. Version 2 added what models with orthogonal components need, version 3 local centres and
 // products, version 4 notes on the fit and the form of Q2, and made centres double, version 5 the evolution of batches,
-// version 6 lagged terms.
-constexpr std::uint32_t savedVersion = 6;
+// version 6 lagged terms, version 7 places in trees.
+constexpr std::uint32_t savedVersion = 7;
 
 template <typename Value>
 std::string SaveAs(char const *name, Value value) {

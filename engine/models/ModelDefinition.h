@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/project/PLSTrees.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -92,6 +94,17 @@ struct Evolution {
     bool operator==(Evolution const &) const = default;
 };
 
+// What makes a model a node of a tree of PLS models: of some of the rows of the one above it, which was cut in two.
+struct TreePlace {
+    int root = 0;                      // number of the model of all rows
+    int parent = 0;                    // number of the model above, 0 for the root
+    int depth = 0;                     // how many models are above
+    bool isAbove = false;              // of the two parts of the model above the one with the larger t_1
+    PLSTreeProperties properties = {}; // by which it was cut, or would be
+
+    bool operator==(TreePlace const &) const = default;
+};
+
 // All that a fit needs to know beside the data. A plain value.
 struct ModelDefinition {
     static constexpr int autofit = -1;
@@ -116,6 +129,7 @@ struct ModelDefinition {
     Q2Form q2 = Q2Form::Rounds; // the deflated one for PCA and PLS only
     double alpha = 0.05;
     std::optional<Evolution> evolution = {}; // of PLS and OPLS with one response
+    std::optional<TreePlace> tree = {};      // of PLS
 
     bool HasY() const { return kind != ModelKind::Pca; }
     bool HasLags() const {

@@ -131,6 +131,9 @@ public:
     AliasAccess GetObservationAliases() const override;
     AliasAccess GetVariableAliases() const override;
     DefaultCenterValues GetCenterValues() const override;
+    PLSTreeProperties GetTreeProperties() const override {
+        return m_fit.definition.tree ? m_fit.definition.tree->properties : PLSTreeProperties();
+    }
     float GetDModXCrit(int component, float level, TriState::State normalised) const override;
     double GetCVStdDevDF(int component) const override;
     double GetRowDF(int xSideComponents, bool ofY) const override;

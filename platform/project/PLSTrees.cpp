@@ -4,6 +4,7 @@
 #include "platform/project/GetProjectData.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 namespace {

@@ -220,7 +220,7 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
         EXPECT_THROW(FittedModel::Load(damaged), NCError) << at;
         EXPECT_THROW(FittedModel::Load(saved.substr(0, at)), NCError) << at;
     }
-    // The form before lagged terms has no number for it at the end of each term.
+    // The form before lagged terms has no number for it at the end of each term, and does not tell of a tree.
     for (Term &term : definition.xTerms)
         term.lag = term.IsProduct() ? 0 : 0x01020304;
     definition.xTerms.pop_back();
@@ -232,7 +232,7 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
         term.lag = 0;
     }
     older[4] = 5;
-    older.resize(older.size() - sizeof(std::uint64_t));
+    older.resize(older.size() - sizeof(std::uint64_t) - sizeof(bool));
     EXPECT_EQ(ModelDefinition::Load(Sealed(older)), definition);
 
     WritingArchive newer("DSFM", 99);
