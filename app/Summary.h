@@ -13,5 +13,8 @@ Listing SummaryOf(engine::Project const &project, int model, bool withErrors);
 // The models that were fitted together, one for each phase, and what each explains and predicts as a whole.
 Listing SummaryOfPhases(engine::Project const &project, int model);
 
+// "a, b, c and 4 more".
+std::string Listed(std::vector<std::string> const &names);
+
 // What is to be known of the fit by whoever relies on it, a line for each: nothing when all is well.
 std::string NotesOn(engine::Project const &project, int model);

@@ -26,5 +26,7 @@ Vector XValues(RowSet const &rows, Index term, Units units);
 Vector YValues(RowSet const &rows, Index term, Units units);
 // By a model of that size.
 Vector YPredictions(RowSet const &rows, Index term, Index size, Units units);
+// The same of a cross-validated workset by the rounds that left the rows out, in the units of the data set.
+Vector ValidatedYPredictions(RowSet const &rows, Index term, Index size);
 
 } // namespace engine

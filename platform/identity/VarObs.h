@@ -46,6 +46,7 @@ public:
     std::string sourceName;               // of a batch-level variable: the lower-level variable or score behind it
     std::uint32_t lowerLevelVariable = 0; // the same as a number
     bool dateTime = false;
+    std::vector<std::string> levels; // of a qualitative variable: the texts of its settings, from 1
 
     bool IsHierarchical() const { return kind >= 14 && kind <= 19; }
     float GetMaturity() const { return maturity; }
