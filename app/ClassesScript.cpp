@@ -15,6 +15,7 @@ constexpr double roomOfShare = 60;
 // Names that have less room along the axis are turned.
 constexpr double roomOfName = 110;
 constexpr double leastShade = 0.15;
+constexpr std::size_t mostInside = 5;
 
 // From white to blue, or to red for what is taken for another class.
 std::string Shade(double share, bool isRight) {
@@ -71,8 +72,10 @@ std::string ConfusionScript(std::vector<std::string> const &classes, engine::Con
 
 std::string RocScript(std::vector<std::string> const &classes, std::vector<engine::RocCurve> const &curves,
                       std::string const &by, PlotStyle const &style) {
+    // The key of a few has room below the curves.
+    std::string const key = curves.size() > mostInside ? "outside right center" : "at graph 0.97,0.05 bottom right";
     std::string text = ScriptHead(style) + "set size square\nset xrange [-0.02:1.02]\nset yrange [-0.02:1.02]\n" +
-                       "set key at graph 0.97,0.05 bottom right vertical Left reverse\nset xtics 0.2\nset ytics 0.2\n" +
+                       "unset rmargin\nset key " + key + " vertical Left reverse\nset xtics 0.2\nset ytics 0.2\n" +
                        "set xlabel " + Quoted("1 - specificity, " + by) + "\nset ylabel \"sensitivity\"\n" +
                        "set arrow from 0,0 to 1,1 nohead lc rgb '#909090' lw 1 dt 2\n";
     std::string plots;
