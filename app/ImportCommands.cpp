@@ -138,6 +138,7 @@ void Report(Output &output, int model, engine::VariableMatch const &match) {
     ReportNames(output, "of no use to the model", match.surplus);
     ReportNames(output, "groups without centre values, whose locally centred variables are taken as missing",
                 match.unknownGroups);
+    ReportNames(output, "levels that the model does not know, taken as missing", match.unknownLevels);
 }
 
 // The models asked about: those named, else all that are fitted.

@@ -19,13 +19,14 @@ namespace {
 
 struct Kind {
     ModelTypeE::Model type = ModelTypeE::PCA;
-    enum Level { Observations, Evolution, Batches, Tree } level = Observations;
+    enum Level { Observations, Classes, Evolution, Batches, Tree } level = Observations;
 };
 
 struct FitRequest {
     std::filesystem::path project;
     engine::ModelRequest model;
     std::vector<std::string> responses; // as given: lists of names
+    std::vector<std::string> qualitative;
     std::vector<std::string> excluded;
     std::vector<std::string> transformations;
     std::vector<std::string> scalings;
@@ -38,7 +39,7 @@ struct FitRequest {
     engine::EvolutionRequest batches;
     bool phaseModels = false;
     engine::BatchLevelRequest level;
-    std::vector<std::string> below; // results and variables that the model stands on
+    std::vector<std::string> below;     // results and variables that the model stands on
     std::optional<int> depth, smallest; // of a tree
 };
 
@@ -90,6 +91,8 @@ void Report(Output &output, FitRequest const &request, engine::Project const &pr
            << std::to_string(info->sizeXVariables) << "\n";
     if (info->sizeYVariables > 0)
         output << "  Y variables   " << std::to_string(info->sizeYVariables) << "\n";
+    if (!info->isBatchModel && !info->classOrPhaseNames.empty())
+        output << "  classes       " << Listed(info->classOrPhaseNames) << "\n";
     if (auto const batches = boost::dynamic_pointer_cast<NCBatchModel const>(project.GetModel(model)))
         output << "  batches       " << BatchesOf(*batches, *info) << "\n";
     DefaultCenterValues const centres = project.GetModel(model)->GetCenterValues();
@@ -104,6 +107,14 @@ void Report(Output &output, FitRequest const &request, engine::Project const &pr
     if (info->SizeComponents() > 0)
         SummaryOf(project, model, false).Write(output, Format::Text);
     output << NotesOn(project, model);
+}
+
+void CheckClasses(FitRequest const &request) {
+    bool const isDiscriminant = request.kind.level == Kind::Classes;
+    if (!isDiscriminant && !request.model.classes.empty())
+        throw UsageError("--classes is for --type pls-da and opls-da");
+    if (isDiscriminant && (request.model.classes.empty() || !request.model.responses.empty()))
+        throw UsageError("A discriminant model takes its classes as responses: --classes COLUMN, and no --y");
 }
 
 // The model of batches that the options tell.
@@ -153,7 +164,7 @@ void ReportTree(Output &output, FitRequest const &request, engine::Project const
 }
 
 void CheckResponses(engine::ModelRequest const &model) {
-    bool const needsResponses = (model.type & ModelTypeE::WithY) != 0;
+    bool const needsResponses = (model.type & ModelTypeE::WithY) != 0 && model.classes.empty();
     if (needsResponses && model.responses.empty())
         throw UsageError("The model (" + ModelTypeE::GetModelTypeName(model.type) +
                          ") needs its Y variables: --y NAME,...");
@@ -177,6 +188,8 @@ engine::HierarchyRequest HierarchyOf(FitRequest const &request) {
 void Fit(FitRequest request) {
     request.model.type = request.kind.type;
     request.model.responses = NamesIn(request.responses);
+    request.model.qualitative = NamesIn(request.qualitative);
+    CheckClasses(request);
     SetEvolution(request);
     SetLevel(request);
     CheckResponses(request.model);
@@ -267,24 +280,36 @@ void AddModelCommands(CLI::App &program) {
     engine::ModelRequest &model = request->model;
     CLI::App *const command = program.add_subcommand("fit", "Fit a model to a data set");
     command->add_option("PROJECT", request->project, "The project file")->required();
-    AddChoice<Kind>(
-        *command, "--type", request->kind,
-        {{"pca", {ModelTypeE::PCA}},
-         {"pls", {ModelTypeE::PLS}},
-         {"opls", {ModelTypeE::OPLS}},
-         {"o2pls", {ModelTypeE::O2PLS}},
-         {"plstree", {ModelTypeE::PLS, Kind::Tree}},
-         {"batch", {ModelTypeE::PLS, Kind::Evolution}},
-         {"batch-opls", {ModelTypeE::OPLS, Kind::Evolution}},
-         {"batch-level", {ModelTypeE::PCA, Kind::Batches}},
-         {"batch-level-opls", {ModelTypeE::OPLS, Kind::Batches}}},
-        "Kind of model; plstree makes PLS models of all\nobservations, of the two groups into which they fall,\n"
-        "and so on; batch and batch-opls tell how batches\nevolve with their maturity, batch-level (PCA, or\n"
-        "PLS with --y) and batch-level-opls are of whole\nbatches, one row for each")
+    AddChoice<Kind>(*command, "--type", request->kind,
+                    {{"pca", {ModelTypeE::PCA}},
+                     {"pls", {ModelTypeE::PLS}},
+                     {"opls", {ModelTypeE::OPLS}},
+                     {"o2pls", {ModelTypeE::O2PLS}},
+                     {"pls-da", {ModelTypeE::PLSDA, Kind::Classes}},
+                     {"opls-da", {ModelTypeE::OPLS, Kind::Classes}},
+                     {"plstree", {ModelTypeE::PLS, Kind::Tree}},
+                     {"batch", {ModelTypeE::PLS, Kind::Evolution}},
+                     {"batch-opls", {ModelTypeE::OPLS, Kind::Evolution}},
+                     {"batch-level", {ModelTypeE::PCA, Kind::Batches}},
+                     {"batch-level-opls", {ModelTypeE::OPLS, Kind::Batches}}},
+                    "Kind of model; pls-da and opls-da tell classes apart,\nplstree makes PLS models of all "
+                    "observations, of the\ntwo groups into which they fall, and so on; batch and\nbatch-opls tell how "
+                    "batches evolve with their\nmaturity, batch-level (PCA, or PLS with --y) and\nbatch-level-opls are "
+                    "of whole batches, one row for each")
         ->required();
     command->add_option("--data", model.dataSet, "The number of the data set (1)")->type_name("N");
-    command->add_option("--y", request->responses, "The Y variables; all others are X variables")
+    command
+        ->add_option("--y", request->responses,
+                     "The Y variables; all others are X variables. An\nidentifier column makes a 0/1 variable for each "
+                     "text")
         ->type_name("NAMES")
+        ->allow_extra_args(false);
+    command->add_option("--classes", model.classes, "Of pls-da and opls-da: the identifier column that tells classes")
+        ->type_name("COLUMN");
+    command
+        ->add_option("--qualitative", request->qualitative,
+                     "Identifier columns that X has as 0/1 variables, one\nfor each text")
+        ->type_name("COLUMNS")
         ->allow_extra_args(false);
     command->add_option("--exclude", request->excluded, "Variables and observations that are left out")
         ->type_name("NAMES")
@@ -387,7 +412,8 @@ void AddModelCommands(CLI::App &program) {
         "Example: dataseries fit wine.project --type pca\n"
         "         dataseries fit oil.project --type pls --y octane --scaling ctr\n"
         "         dataseries fit mill.project --type pls --y kappa --lags all:1-3,kappa:1\n"
-        "         dataseries fit mill.project --type pls --y kappa --on M1.t,M2.t");
+        "         dataseries fit mill.project --type pls --y kappa --on M1.t,M2.t\n"
+        "         dataseries fit wine.project --type pls-da --classes cultivar");
     command->callback([request] { Fit(*request); });
 
     AddListCommand(program, "models", "List the models of a project", ListModels);

@@ -69,7 +69,8 @@ void AddErrors(engine::Project const &project, int model, std::vector<Column> &c
             columns.push_back({heading("RMSEcv", response), std::move(errors), response});
 }
 
-// "a, b, c and 4 more".
+} // namespace
+
 std::string Listed(std::vector<std::string> const &names) {
     constexpr std::size_t most = 5;
     std::string text;
@@ -77,8 +78,6 @@ std::string Listed(std::vector<std::string> const &names) {
         text += (i == 0 ? "" : ", ") + names[i];
     return names.size() <= most ? text : text + " and " + std::to_string(names.size() - most) + " more";
 }
-
-} // namespace
 
 Listing SummaryOf(engine::Project const &project, int model, bool withErrors) {
     std::vector<Column> columns = ColumnsOf(project, model);

@@ -17,5 +17,8 @@ Listing SummaryOfPhases(engine::Project const &project, int model);
 // What all components of a model explain or predict, by a statistic that adds up over them; NaN where there is nothing.
 double OfAllComponents(TablePtr const &table);
 
+// "a, b, c and 4 more".
+std::string Listed(std::vector<std::string> const &names);
+
 // What is to be known of the fit by whoever relies on it, a line for each: nothing when all is well.
 std::string NotesOn(engine::Project const &project, int model);

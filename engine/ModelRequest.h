@@ -94,7 +94,16 @@ struct ModelRequest {
 
     ModelTypeE::Model type = ModelTypeE::PCA;
     int dataSet = 1;
-    std::vector<std::string> responses = {}; // the Y variables; all others are X variables
+    // The Y variables; all others are X variables. Where no variable has the name, it is the heading of an identifier
+    // column of the observations: a qualitative variable, which has a 0/1 term for each level, each text there. An
+    // observation without text has no value.
+    std::vector<std::string> responses = {};
+    // In place of responses: the heading of the identifier column that tells the classes which PLS-DA or OPLS is to
+    // tell apart.
+    std::string classes = {};
+    // Headings of identifier columns that X has as qualitative variables. Squares, crosses and lags of all variables
+    // leave them out; a single level, such as "colour(red)", can be a factor of a product.
+    std::vector<std::string> qualitative = {};
     // Variables that are in neither, observations and, by their names, whole batches that are left out.
     std::vector<std::string> excluded = {};
     std::map<std::string, VariableTransformation> transformations = {}; // by variable

@@ -1,7 +1,9 @@
 #include "engine/ProjectState_internal.h"
 
+#include "engine/data/QualitativeVariables_internal.h"
 #include "engine/models/Fit.h"
 #include "engine/statistics/BatchModel.h"
+#include "engine/statistics/Classes.h"
 
 #include <algorithm>
 #include <set>
@@ -11,18 +13,39 @@ namespace engine {
 
 namespace {
 
+// The texts of the observations under a heading; null where the table has none.
+PackedTexts const *TextsOf(std::string const &heading, std::span<TextColumn const> observations) {
+    auto const column = std::ranges::find(observations, heading, &TextColumn::name);
+    return column == observations.end() ? nullptr : &column->texts;
+}
+
 std::vector<std::string> UnknownGroups(DefaultCenterValues const &centres, std::span<TextColumn const> observations) {
     if (centres.SizeVars() == 0)
         return {};
-    auto const column = std::ranges::find(observations, centres.identifier, &TextColumn::name);
-    if (column == observations.end())
+    PackedTexts const *const texts = TextsOf(centres.identifier, observations);
+    if (!texts)
         return {""};
     std::set<std::string> unknown;
-    for (std::size_t row = 0; row < column->texts.size(); ++row)
-        unknown.emplace(column->texts[row]);
+    for (std::size_t row = 0; row < texts->size(); ++row)
+        unknown.emplace((*texts)[row]);
     for (std::string const &group : centres.groups)
         unknown.erase(group);
     return {unknown.begin(), unknown.end()};
+}
+
+std::vector<std::string> UnknownLevels(std::vector<Level> const &levels, std::span<TextColumn const> observations) {
+    std::map<std::string, std::set<std::string, std::less<>>> known; // by variable
+    for (Level const &level : levels)
+        known[level.variable].insert(level.text);
+    std::vector<std::string> unknown;
+    for (auto &[variable, texts] : known)
+        if (PackedTexts const *const found = TextsOf(variable, observations))
+            for (std::size_t row = 0; row < found->size(); ++row)
+                if (std::string_view const text = (*found)[row]; !text.empty() && !texts.contains(text)) {
+                    texts.emplace(text);
+                    unknown.push_back(Level{variable, std::string(text)}.Name());
+                }
+    return unknown;
 }
 
 NewDataSet AsDataSet(ImportedTable const &table) {
@@ -119,7 +142,7 @@ VariableMatch Match(ModelView const &model, std::span<TextColumn const> observat
             // Some are there once more, lagged; a response that is makes X too.
             if (!known.insert(name).second || terms == &model.GetYColumnTerms())
                 continue;
-            if (columns.Find(name))
+            if (term.GetQualSetting(1) != 0 ? TextsOf(name, observations) != nullptr : columns.Find(name) != nullptr)
                 ++match.found;
             else
                 match.missing.push_back(name);
@@ -128,6 +151,7 @@ VariableMatch Match(ModelView const &model, std::span<TextColumn const> observat
         if (!known.contains(std::string(names[i])))
             match.surplus.emplace_back(names[i]);
     match.unknownGroups = UnknownGroups(model.GetCenterValues(), observations);
+    match.unknownLevels = UnknownLevels(model.Fit().definition.levels, observations);
     return match;
 }
 
@@ -229,6 +253,13 @@ FitQuality Project::QualityOf(int model) const {
     return quality;
 }
 
+Classification Project::ClassesOf(int model) const {
+    ModelView const &view = m_state->FittedView(model);
+    int const set = m_state->CurrentPredictionSet();
+    bool const isPredicted = set != 0 && MatchVariables(model, set).found > 0;
+    return ClassificationOf(view, isPredicted ? m_state->Predictions(model) : nullptr);
+}
+
 VariableMatch Project::MatchVariables(int model, ImportedTable const &table) const {
     ModelView const &view = m_state->FittedView(model);
     VariableMatch own = Match(view, table.observations, table.variables.front().texts);
@@ -300,6 +331,8 @@ boost::shared_ptr<ModelInfo const> Project::GetModelInfo(int model) const {
         if (!definition.evolution->phase.empty())
             info->classOrPhaseNames = {definition.evolution->phase};
     }
+    if (std::vector<std::string> classes = definition.Classes(); !classes.empty())
+        info->classOrPhaseNames = std::move(classes);
     info->sizeXVariables = static_cast<int>(definition.xTerms.size());
     info->sizeYVariables = static_cast<int>(definition.yTerms.size());
     info->sizeObservations = static_cast<int>(definition.rows.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/Classification.h"
 #include "engine/LocalCentring.h"
 #include "engine/Progress.h"
 #include "engine/ProjectFile.h"
@@ -30,6 +31,9 @@ struct VariableMatch {
     // Of a model with local centring: texts of the identifier by which it groups that are none of its groups, empty for
     // an observation without. Their locally centred variables are missing.
     std::vector<std::string> unknownGroups;
+    // Of a model with qualitative variables: those of the table's levels that the model does not know, such as
+    // "colour(red)". Their observations have no value of the variable.
+    std::vector<std::string> unknownLevels;
 };
 
 // What is to be known of a fit by whoever relies on it.
@@ -125,6 +129,10 @@ public:
     // prediction set it is how what the set gives for the model fits it. NCError when the model is not fitted.
     VariableMatch MatchVariables(int model, ImportedTable const &table) const;
     VariableMatch MatchVariables(int model, int dataSet) const;
+
+    // How well a discriminant model tells classes apart: one whose responses are the levels of one qualitative
+    // variable. NCError for any other, and for one that is not fitted or has no components.
+    Classification ClassesOf(int model) const;
 
     // NCError for a model that is not fitted.
     FitQuality QualityOf(int model) const;

@@ -3,6 +3,7 @@
 #include "engine/Project.h"
 #include "engine/TableReader.h"
 #include "engine/data/DataSet_internal.h"
+#include "engine/data/QualitativeVariables_internal.h"
 #include "engine/models/Definition_internal.h"
 #include "engine/models/FittedModel.h"
 #include "engine/statistics/DerivedTable.h"
@@ -167,6 +168,7 @@ public:
     int StoreModel(int dataSet, FittedModel model) {
         ModelDefinition &definition = model.definition;
         Transaction transaction(m_file);
+        AddQualitativeVariables(m_file, definition.levels);
         int const number = m_file.AddModel("", std::vector{dataSet}, AsBytes(definition.Save()));
         if (definition.evolution && definition.evolution->phaseGroup == 0)
             definition.evolution->phaseGroup = number;

@@ -1,10 +1,13 @@
 #include "engine/data/DataSet_internal.h"
 
+#include "engine/data/QualitativeVariables_internal.h"
+
 #include "platform/text/Exception.h"
 #include "platform/text/VqString.h"
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <string_view>
 
 namespace engine {
@@ -56,6 +59,12 @@ public:
                 AddTexts(AliasNumber(first->second, false), columns[column].texts, items);
         }
         return items;
+    }
+
+    // An item that shares its identifier with no other one.
+    std::uint32_t AddApart(std::string const &name) {
+        m_list.AddText(AliasNumber(name, true), ++m_size, name);
+        return m_size;
     }
 
     void SetRole(std::vector<std::string> const &headings, VarObs::Role role) {
@@ -190,13 +199,21 @@ public:
     }
 
     void AddNew(ProjectFile const &file, std::vector<DataSetRecord> const &records) {
+        std::vector<QualitativeVariable> const qualitative = ReadQualitativeVariables(file);
         for (DataSetRecord const &record : std::span(records).subspan(m_added.size())) {
+            AddQualitative(qualitative, record.number);
             std::vector<TextColumn> const variables = file.VariableIdentifiers(record.number);
             std::vector<std::uint32_t> &items = m_lists.variablesOf[record.number] = m_variables.Add(variables);
             if (IsDerived(record.kind))
                 m_lists.MarkSources(RecipeOf(file, record.number), variables, items);
             m_lists.observationsOf[record.number] = m_observations.Add(file.ObservationIdentifiers(record.number));
             m_added.push_back(record.number);
+        }
+        AddQualitative(qualitative, std::numeric_limits<int>::max());
+        for (QualitativeVariable const &variable : qualitative) {
+            VariableInfo info(m_lists.m_qualitative.at(variable.heading));
+            info.levels = variable.levels;
+            m_lists.variables.SetInfo(info);
         }
         m_variables.SetRole({sourceHeading}, VarObs::Role::Source);
         m_variables.SetRole({maturityHeading}, VarObs::Role::Maturity);
@@ -206,6 +223,13 @@ public:
     }
 
 private:
+    // Those that stand before the variables of a data set, and are not there yet.
+    void AddQualitative(std::vector<QualitativeVariable> const &variables, int dataSet) {
+        for (QualitativeVariable const &variable : variables)
+            if (variable.dataSet < dataSet && !m_lists.m_qualitative.contains(variable.heading))
+                m_lists.m_qualitative[variable.heading] = m_variables.AddApart(variable.heading);
+    }
+
     ItemLists &m_lists;
     ListBuilder m_variables, m_observations;
     std::vector<int> m_added; // numbers of data sets
@@ -230,6 +254,7 @@ void ItemLists::Refresh(ProjectFile const &file) {
         observations = NCObservations();
         variablesOf.clear();
         observationsOf.clear();
+        m_qualitative.clear();
         m_growth = std::make_unique<Growth>(*this, headings);
     }
     // What fails in between leaves no half of it.
@@ -238,6 +263,20 @@ void ItemLists::Refresh(ProjectFile const &file) {
     MarkDates(HeadingsOf(*roles, dateTimeRole));
     if (file.IsWritable())
         m_growth = std::move(growth);
+}
+
+ColumnTerm ItemLists::TermOf(Level const &level) const {
+    auto const item = m_qualitative.find(level.variable);
+    std::vector<std::string> const levels =
+        item == m_qualitative.end() ? std::vector<std::string>() : variables[item->second].levels;
+    auto const found = std::ranges::find(levels, level.text);
+    if (found == levels.end())
+        throw NCError(
+            ExceptionMessage::translate("The project is damaged: a model has \"{1}\", which is no level of the "
+                                        "project's qualitative variables.") %
+                level.Name(),
+            NCError::Error);
+    return ColumnTerm({item->second}, {}, {static_cast<int>(found - levels.begin()) + 1});
 }
 
 DataSet::DataSet(ProjectFile const &file, DataSetRecord record, ItemLists const &items, ProjectPtr const &project)
@@ -277,6 +316,17 @@ std::optional<Recipe> const &DataSet::MadeBy() const {
     if (!m_recipe && IsDerived(m_record.kind))
         m_recipe = RecipeOf(m_file, m_record.number);
     return m_recipe;
+}
+
+std::optional<TextColumn> DataSet::Identifier(std::string const &heading) const {
+    std::vector<TextColumn> columns = m_file.ObservationIdentifiers(m_record.number);
+    auto found = std::ranges::find(columns, heading, &TextColumn::name);
+    for (char const *const role : {batchRole, phaseRole})
+        if (std::vector<std::string> const synonyms = HeadingsOf(*ReadRoles(m_file), role);
+            found == columns.end() && std::ranges::count(synonyms, heading) > 0)
+            found = std::ranges::find_if(
+                columns, [&](TextColumn const &column) { return std::ranges::count(synonyms, column.name) > 0; });
+    return found == columns.end() ? std::nullopt : std::optional(std::move(*found));
 }
 
 std::vector<std::string> const &DataSet::Running() const {

@@ -35,7 +35,9 @@ std::string RunningSection(int dataSet);
 constexpr char const *runningKey = "Batches";
 
 // The project's lists of variables and observations: those of all data sets, each primary identifier once, with batches
-// once in each batch. Within one data set a repeated identifier stands for a further item.
+// once in each batch. Within one data set a repeated identifier stands for a further item. Qualitative variables are
+// items of their own, each behind the variables of the data sets that were there when it was first asked for, so that
+// the numbers of items stay when more of either come.
 class ItemLists {
 public:
     NCVariables variables;
@@ -51,6 +53,9 @@ public:
     // Lists what the file has anew when they are next refreshed: changes of it have been taken back.
     void StartAnew();
 
+    // The level as a term. NCError when no model of the project has it.
+    ColumnTerm TermOf(Level const &level) const;
+
 private:
     class Growth;
 
@@ -62,6 +67,7 @@ private:
     void MarkResults(std::vector<HierarchyRecipe::Result> const &results, std::vector<std::uint32_t> const &items);
     void MarkBatchLevel(std::vector<TextColumn> const &columns, std::vector<std::uint32_t> const &items);
 
+    std::map<std::string, std::uint32_t> m_qualitative; // items by heading
     // What is needed to add a data set to the lists; kept while the file may get more.
     std::unique_ptr<Growth> m_growth;
 };
@@ -122,6 +128,12 @@ public:
     How const *MadeAs() const {
         return MadeBy() ? MadeBy()->As<How>() : nullptr;
     }
+
+    // The texts of the observations under a heading, nothing when the data set has no such column. Headings of batches
+    // stand for each other, and so do those of phases.
+    std::optional<TextColumn> Identifier(std::string const &heading) const;
+
+    ItemLists const &Items() const { return m_items; }
 
     // The batches that are still running.
     std::vector<std::string> const &Running() const;

@@ -9,19 +9,14 @@
 namespace engine {
 
 std::vector<int> GroupsOf(DataSet const &rows, std::string const &identifier, std::vector<std::string> const &groups) {
-    AliasAccess const aliases = rows.GetObservationAliases();
     std::vector<int> result(rows.GetObservations().size(), -1);
-    for (int const alias : aliases.GetUsedAliases()) {
-        if (aliases.GetRawAliasName(alias) != identifier)
-            continue;
-        std::unordered_map<std::string, int> numbers;
-        for (std::string const &group : groups)
-            numbers.emplace(group, static_cast<int>(numbers.size()));
-        for (std::size_t row = 0; row < result.size(); ++row)
-            if (auto const found = numbers.find(aliases.GetAlias(alias, rows.GetObservations()[row]));
-                found != numbers.end())
-                result[row] = found->second;
-    }
+    std::optional<TextColumn> const column = rows.Identifier(identifier);
+    std::unordered_map<std::string_view, int> numbers;
+    for (std::string const &group : groups)
+        numbers.emplace(group, static_cast<int>(numbers.size()));
+    for (std::size_t row = 0; column && row < result.size(); ++row)
+        if (auto const found = numbers.find(column->texts[row]); found != numbers.end())
+            result[row] = found->second;
     return result;
 }
 
@@ -32,6 +27,7 @@ ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<
         m_groups = GroupsOf(*m_rows, definition.centringIdentifier, definition.centringGroups);
     if (definition.HasLags())
         FindBatches();
+    MakeLevels(definition.levels);
     if (m_rows != m_fitted)
         for (DateColumn const &dates : m_fitted->Dates()) {
             int const column = dates.variable - 1;
@@ -42,6 +38,26 @@ ModelColumns::ModelColumns(ModelDefinition const &definition, boost::shared_ptr<
     if (definition.evolution && definition.evolution->treatment != BatchYVarTreatment::None)
         for (Term const &response : definition.yTerms)
             Treat(definition.evolution->treatment, response.column, chosen);
+}
+
+void ModelColumns::MakeLevels(std::vector<Level> const &levels) {
+    std::map<std::string, std::vector<std::size_t>> variables; // the places of the levels of each
+    for (std::size_t place = 0; place < levels.size(); ++place) {
+        variables[levels[place].variable].push_back(place);
+        m_levelNames.push_back(levels[place].Name());
+    }
+    m_levels.resize(levels.size());
+    for (auto const &[variable, places] : variables) {
+        std::vector<std::string> texts;
+        for (std::size_t const place : places)
+            texts.push_back(levels[place].text);
+        std::vector<int> const groups = GroupsOf(*m_rows, variable, texts);
+        for (int own = 0; own < static_cast<int>(places.size()); ++own)
+            for (int const group : groups)
+                m_levels[places[static_cast<std::size_t>(own)]].push_back(group < 0      ? missingValue
+                                                                          : group == own ? 1.0f
+                                                                                         : 0.0f);
+    }
 }
 
 // The rows of a data set of whole batches are no batches of their own: they follow each other.
@@ -92,7 +108,13 @@ std::span<float const> ModelColumns::Values(int column) const {
     return treated == m_treated.end() ? Untreated(column) : treated->second;
 }
 
+std::string ModelColumns::Name(int column) const {
+    return column < 0 ? m_levelNames[static_cast<std::size_t>(-1 - column)] : m_fitted->Name(column);
+}
+
 std::span<float const> ModelColumns::Untreated(int column) const {
+    if (column < 0)
+        return m_levels[static_cast<std::size_t>(-1 - column)];
     if (m_rows == m_fitted)
         return m_rows->Values(column);
     if (auto const dates = m_dates.find(column); dates != m_dates.end())

@@ -33,8 +33,8 @@ public:
 
     ModelDefinition Define() {
         SetComponents();
-        AddResponses();
         LeaveOut();
+        AddResponses();
         if (m_request.evolution)
             Evolve(*m_request.evolution);
         if (!m_request.crossValidationIdentifier.empty())
@@ -77,18 +77,80 @@ private:
     }
 
     void AddResponses() {
-        for (std::string const &name : m_request.responses) {
-            std::vector<int> const *const columns = m_variables.Find(name);
-            if (!columns)
+        if (m_definition.kind == ModelKind::PlsDiscriminant || !m_request.classes.empty())
+            AddClasses();
+        for (std::string const &name : m_request.responses)
+            if (std::vector<int> const *const columns = m_variables.Find(name)) {
+                if (!m_used.insert(columns->front()).second)
+                    throw NCError(ExceptionMessage::translate("The variable \"{1}\" is named twice as a response.") %
+                                      name,
+                                  NCError::Error);
+                m_definition.yTerms.push_back(TermOf(columns->front()));
+            } else if (auto const texts = FindIdentifier(m_file, m_record, name)) {
+                AddLevels(*texts, m_definition.yTerms);
+            } else {
                 throw NCError(ExceptionMessage::translate("There is no variable \"{1}\" in data set {2} ({3}).") %
                                   name % m_record.number % m_record.name,
                               NCError::Error);
-            if (!m_used.insert(columns->front()).second)
-                throw NCError(ExceptionMessage::translate("The variable \"{1}\" is named twice as a response.") % name,
-                              NCError::Error);
-            m_definition.yTerms.push_back(TermOf(columns->front()));
-            m_definition.yTerms.back().scaling = ScalingOf(m_request.responseScaling.value_or(m_request.scaling));
+            }
+        for (Term &term : m_definition.yTerms)
+            term.scaling = ScalingOf(m_request.responseScaling.value_or(m_request.scaling));
+    }
+
+    void AddClasses() {
+        if (m_request.classes.empty() || !m_request.responses.empty())
+            throw NCError(ExceptionMessage::translate("A discriminant model has classes, which an identifier column "
+                                                      "tells, and no other response."),
+                          NCError::Error);
+        AddLevels(TextsNamed(m_request.classes), m_definition.yTerms);
+    }
+
+    // The identifier column that is asked for as a qualitative variable.
+    TextColumn TextsNamed(std::string const &heading) const {
+        if (m_variables.Find(heading))
+            throw NCError(ExceptionMessage::translate("\"{1}\" is a variable of data set {2} ({3}), expected is an "
+                                                      "identifier column of its observations.") %
+                              heading % m_record.number % m_record.name,
+                          NCError::Error);
+        return IdentifierNamed(m_file, m_record, heading);
+    }
+
+    // One term for each level.
+    void AddLevels(TextColumn const &column, std::vector<Term> &terms) {
+        if (!ColumnsNamed(column.name).empty())
+            throw NCError(ExceptionMessage::translate("The qualitative variable \"{1}\" is named twice.") % column.name,
+                          NCError::Error);
+        std::size_t rows = 0;
+        std::set<std::string_view> known;
+        for (int const row : m_definition.rows) {
+            std::string_view const text = column.texts[static_cast<std::size_t>(row)];
+            rows += text.empty() ? 0 : 1;
+            if (text.empty() || !known.insert(text).second)
+                continue;
+            m_definition.levels.push_back({column.name, std::string(text)});
+            terms.push_back(TermOf(-static_cast<int>(m_definition.levels.size())));
         }
+        if (known.size() < 2 || known.size() == rows)
+            throw NCError(
+                ExceptionMessage::translate("\"{1}\" has {2} different texts for the {3} observations of the "
+                                            "model that have one, expected are two at least, and observations "
+                                            "that share one.") %
+                    column.name % known.size() % rows,
+                NCError::Error);
+    }
+
+    // The columns of a variable: of a qualitative one those of its levels, of which each has a name, too.
+    std::vector<int> ColumnsNamed(std::string const &name) const {
+        if (std::vector<int> const *const columns = m_variables.Find(name))
+            return {columns->front()};
+        std::vector<int> columns;
+        int column = -1;
+        for (Level const &level : m_definition.levels) {
+            if (level.variable == name || level.Name() == name)
+                columns.push_back(column);
+            --column;
+        }
+        return columns;
     }
 
     // There may be millions of them, which as a rule nobody asks for.
@@ -110,7 +172,8 @@ private:
                         "There is no variable and no observation \"{1}\" in data set {2} ({3}) to leave out.") %
                         name % m_record.number % m_record.name,
                     NCError::Error);
-            if (columns && !m_used.insert(columns->front()).second)
+            bool const isResponse = std::ranges::count(m_request.responses, name) > 0;
+            if (columns && (isResponse || !m_used.insert(columns->front()).second))
                 throw NCError(ExceptionMessage::translate("The variable \"{1}\" is left out, and is also a response or "
                                                           "left out before.") %
                                   name,
@@ -182,39 +245,60 @@ private:
                 NCError::Error);
     }
 
-    // All variables that are left. Dates are no measurements: they are among them only when they are transformed, which
-    // names them.
+    // All variables that are left, and the qualitative ones. Dates are no measurements: they are among them only when
+    // they are transformed, which names them.
     void AddFactors() {
         for (std::string const &name : HeadingsOf(*ReadRoles(m_file), dateTimeRole))
             if (std::vector<int> const *const columns = m_variables.Find(name);
                 columns && !m_request.transformations.contains(name))
                 m_used.insert(columns->begin(), columns->end());
         for (int column = 0; column < static_cast<int>(m_record.variables); ++column)
-            if (!m_used.contains(column)) {
-                m_xPlaces[column] = static_cast<int>(m_definition.xTerms.size());
+            if (!m_used.contains(column))
                 m_definition.xTerms.push_back(TermOf(column));
-            }
+        m_quantities = static_cast<int>(m_definition.xTerms.size());
+        for (std::string const &heading : m_request.qualitative)
+            AddLevels(TextsNamed(heading), m_definition.xTerms);
+        for (std::size_t place = 0; place < m_definition.xTerms.size(); ++place)
+            m_xPlaces[m_definition.xTerms[place].column] = static_cast<int>(place);
+    }
+
+    // Null when the column is in neither X nor Y.
+    Term *TermAt(int column) {
+        if (auto const place = m_xPlaces.find(column); place != m_xPlaces.end())
+            return &m_definition.xTerms[static_cast<std::size_t>(place->second)];
+        auto const response = std::ranges::find(m_definition.yTerms, column, &Term::column);
+        return response == m_definition.yTerms.end() ? nullptr : &*response;
     }
 
     // The term of a variable, null when it is in neither X nor Y.
     Term *FindTerm(std::string const &name) {
         std::vector<int> const *const columns = m_variables.Find(name);
-        if (!columns)
-            return nullptr;
-        if (auto const place = m_xPlaces.find(columns->front()); place != m_xPlaces.end())
-            return &m_definition.xTerms[static_cast<std::size_t>(place->second)];
-        auto const response = std::ranges::find(m_definition.yTerms, columns->front(), &Term::column);
-        return response == m_definition.yTerms.end() ? nullptr : &*response;
+        return columns ? TermAt(columns->front()) : nullptr;
+    }
+
+    [[noreturn]] void ThrowUnknown(std::string const &name, char const *purpose) const {
+        throw NCError(
+            ExceptionMessage::translate("There is no variable \"{1}\" of the model in data set {2} ({3}) to {4}.") %
+                name % m_record.number % m_record.name % purpose,
+            NCError::Error);
     }
 
     Term &TermNamed(std::string const &name, char const *purpose) {
         Term *const term = FindTerm(name);
         if (!term)
-            throw NCError(
-                ExceptionMessage::translate("There is no variable \"{1}\" of the model in data set {2} ({3}) to {4}.") %
-                    name % m_record.number % m_record.name % purpose,
-                NCError::Error);
+            ThrowUnknown(name, purpose);
         return *term;
+    }
+
+    // Of a qualitative variable those of all levels.
+    std::vector<Term *> TermsNamed(std::string const &name, char const *purpose) {
+        std::vector<Term *> terms;
+        for (int const column : ColumnsNamed(name))
+            if (Term *const term = TermAt(column))
+                terms.push_back(term);
+        if (terms.empty())
+            ThrowUnknown(name, purpose);
+        return terms;
     }
 
     void Transform() {
@@ -224,7 +308,8 @@ private:
 
     void Scale() {
         for (auto const &[name, scaling] : m_request.scalings)
-            TermNamed(name, "scale").scaling = ScalingOf(scaling);
+            for (Term *const term : TermsNamed(name, "scale"))
+                term->scaling = ScalingOf(scaling);
     }
 
     void Weigh() {
@@ -234,7 +319,8 @@ private:
                                                           "above 0.") %
                                   name % weight,
                               NCError::Error);
-            TermNamed(name, "weigh").modifier = weight;
+            for (Term *const term : TermsNamed(name, "weigh"))
+                term->modifier = weight;
         }
     }
 
@@ -243,18 +329,18 @@ private:
         std::map<int, std::string> blocks;
         for (auto const &[block, names] : m_request.blocks)
             for (std::string const &name : names) {
-                std::vector<int> const *const columns = m_variables.Find(name);
-                if (!columns || !m_xPlaces.contains(columns->front()))
+                std::vector<int> const columns = ColumnsNamed(name);
+                if (columns.empty() || !m_xPlaces.contains(columns.front()))
                     throw NCError(
                         ExceptionMessage::translate("\"{1}\" in block \"{2}\" is no X variable of the model.") % name %
                             block,
                         NCError::Error);
-                auto const [at, isNew] = blocks.emplace(columns->front(), block);
-                if (!isNew)
-                    throw NCError(ExceptionMessage::translate("Variable \"{1}\" is in block \"{2}\" and again in "
-                                                              "\"{3}\".") %
-                                      name % at->second % block,
-                                  NCError::Error);
+                for (int const column : columns)
+                    if (auto const [at, isNew] = blocks.emplace(column, block); !isNew)
+                        throw NCError(ExceptionMessage::translate("Variable \"{1}\" is in block \"{2}\" and again in "
+                                                                  "\"{3}\".") %
+                                          name % at->second % block,
+                                      NCError::Error);
             }
         return blocks;
     }
@@ -321,7 +407,7 @@ private:
             if (!lags.variable.empty())
                 add(MotherNamed(lags.variable), lags);
             else
-                for (auto const &[column, place] : m_xPlaces)
+                for (int place = 0; place < m_quantities; ++place)
                     add(m_definition.xTerms[static_cast<std::size_t>(place)], lags);
         }
         for (auto &[at, term] : lagged)
@@ -339,9 +425,8 @@ private:
     void AddAllProducts() {
         if (!m_request.squares && !m_request.crosses)
             return;
-        auto const columns = static_cast<int>(m_xPlaces.size());
-        for (int first = 0; first < columns; ++first)
-            for (int second = first; second < (m_request.crosses ? columns : first + 1); ++second)
+        for (int first = 0; first < m_quantities; ++first)
+            for (int second = first; second < (m_request.crosses ? m_quantities : first + 1); ++second)
                 if (first != second || m_request.squares)
                     AddUnlessKnown({first, second});
     }
@@ -353,8 +438,8 @@ private:
                           NCError::Error);
         std::vector<int> factors;
         for (std::string const &name : names) {
-            std::vector<int> const *const columns = m_variables.Find(name);
-            auto const factor = columns ? m_xPlaces.find(columns->front()) : m_xPlaces.end();
+            std::vector<int> const columns = ColumnsNamed(name);
+            auto const factor = columns.size() == 1 ? m_xPlaces.find(columns.front()) : m_xPlaces.end();
             if (factor == m_xPlaces.end())
                 throw NCError(
                     ExceptionMessage::translate("\"{1}\", a factor of a square or cross term, is no X variable "
@@ -375,6 +460,7 @@ private:
     std::optional<BatchLayout> m_layout; // nothing without an identifier of batches
     std::set<std::string, std::less<>> m_leftOutBatches;
     std::set<int> m_used;                   // columns that are not in X
+    int m_quantities = 0;                   // terms of X at its start that are columns of the data set
     std::unordered_map<int, int> m_xPlaces; // of columns among the terms of X
     std::set<std::vector<int>> m_products;  // the factors of those that are terms
     ModelDefinition m_definition;
@@ -415,10 +501,17 @@ Transformation TransformationOf(VariableTransformation const &transformation) {
     return {kinds[transformation.kind], transformation.c1, transformation.c2, transformation.c3};
 }
 
-TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading) {
+std::optional<TextColumn> FindIdentifier(ProjectFile const &file, DataSetRecord const &record,
+                                         std::string const &heading) {
     for (TextColumn &column : file.ObservationIdentifiers(record.number))
         if (column.name == heading)
             return std::move(column);
+    return {};
+}
+
+TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading) {
+    if (auto column = FindIdentifier(file, record, heading))
+        return std::move(*column);
     throw NCError(ExceptionMessage::translate("The observations of data set {1} ({2}) have no identifier \"{3}\".") %
                       record.number % record.name % heading,
                   NCError::Error);

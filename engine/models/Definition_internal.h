@@ -21,7 +21,10 @@ private:
     std::unordered_map<std::string, std::vector<int>> m_places;
 };
 
-// The texts of a data set's observations in the identifier column with that heading. NCError when it has none.
+// The texts of a data set's observations in the identifier column with that heading; nothing, or NCError, when it has
+// none.
+std::optional<TextColumn> FindIdentifier(ProjectFile const &file, DataSetRecord const &record,
+                                         std::string const &heading);
 TextColumn IdentifierNamed(ProjectFile const &file, DataSetRecord const &record, std::string const &heading);
 
 // The batches of a data set; nothing where no identifier tells them.

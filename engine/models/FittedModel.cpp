@@ -32,6 +32,11 @@ void Transfer(Archive &archive, Term &term) {
 }
 
 template <typename Archive>
+void Transfer(Archive &archive, Level &level) {
+    archive(level.variable, level.text);
+}
+
+template <typename Archive>
 void Transfer(Archive &archive, Evolution &evolution) {
     archive(evolution.phase, evolution.phaseGroup, evolution.treatment, evolution.alignment, evolution.points);
 }
@@ -58,7 +63,7 @@ void Transfer(Archive &archive, ModelDefinition &definition) {
     if (archive.Version() >= 5)
         archive(definition.evolution);
     if (archive.Version() >= 7)
-        archive(definition.tree);
+        archive(definition.levels, definition.tree);
 }
 
 template <typename Archive>
@@ -131,7 +136,8 @@ bool IsUpTo(Enumeration value, Enumeration last) {
     return value >= Enumeration() && value <= last;
 }
 
-void CheckTerms(std::vector<Term> const &terms, std::size_t groups) {
+void CheckTerms(std::vector<Term> const &terms, ModelDefinition const &definition) {
+    std::size_t const groups = definition.centringGroups.size();
     auto const columns = std::ranges::find_if(terms, &Term::IsProduct) - terms.begin();
     for (std::size_t k = 0; k < terms.size(); ++k) {
         auto const &term = terms[k];
@@ -140,6 +146,7 @@ void CheckTerms(std::vector<Term> const &terms, std::size_t groups) {
         Expect(term.centres.empty() || term.centres.size() == groups);
         Expect(term.IsProduct() == (static_cast<std::ptrdiff_t>(k) >= columns));
         Expect(term.lag == 0 || (term.lag > 0 && !term.IsProduct()));
+        Expect(!term.IsLevel() || static_cast<std::size_t>(-1 - term.column) < definition.levels.size());
         Expect(std::ranges::all_of(term.factors, [&](int factor) { return factor >= 0 && factor < columns; }));
     }
 }
@@ -159,8 +166,8 @@ void CheckCounts(ModelDefinition const &definition) {
                                    ModelKind::O2Pls};
     Expect(std::ranges::find(kinds, definition.kind) != std::end(kinds));
     Expect(IsUpTo(definition.q2, Q2Form::Deflated));
-    CheckTerms(definition.xTerms, definition.centringGroups.size());
-    CheckTerms(definition.yTerms, definition.centringGroups.size());
+    CheckTerms(definition.xTerms, definition);
+    CheckTerms(definition.yTerms, definition);
     Expect(std::ranges::all_of(definition.yTerms, [](Term const &term) { return term.lag == 0; }));
     Expect(definition.rows.size() >= 2 && !definition.xTerms.empty());
     Expect(definition.HasY() != definition.yTerms.empty());
@@ -255,7 +262,7 @@ void CheckCounts(FittedModel const &model) {
 
 // Of all saved forms. Version 2 added what models with orthogonal components need, version 3 local centres and
 // products, version 4 notes on the fit and the form of Q2, and made centres double, version 5 the evolution of batches,
-// version 6 lagged terms, version 7 places in trees.
+// version 6 lagged terms, version 7 levels and places in trees.
 constexpr std::uint32_t savedVersion = 7;
 
 template <typename Value>

@@ -53,4 +53,14 @@ double Transformation::Invert(double g) const {
     return g;
 }
 
+std::vector<std::string> ModelDefinition::Classes() const {
+    std::vector<std::string> classes;
+    for (Term const &term : yTerms) {
+        if (!term.IsLevel() || LevelOf(term.column).variable != LevelOf(yTerms.front().column).variable)
+            return {};
+        classes.push_back(LevelOf(term.column).text);
+    }
+    return classes;
+}
+
 } // namespace engine

@@ -38,9 +38,23 @@ struct Transformation {
 // The forms with N scale alike but do not centre.
 enum class ScalingKind { None, Centred, UnitVariance, Pareto, UnitVarianceUncentred, ParetoUncentred };
 
+// One level of a qualitative variable, which is a column of texts of the observations. Its column of numbers holds 1
+// for an observation with this text, 0 for one with that of another level of the model. An observation without text, or
+// with one that is no level of the model, is missing.
+struct Level {
+    std::string variable; // the heading of the texts
+    std::string text;
+
+    std::string Name() const { return variable + "(" + text + ")"; }
+
+    bool operator==(Level const &) const = default;
+};
+
 // A column of X or Y: a column of the source data set, as it is or some rows earlier, or a product of such columns.
 struct Term {
-    int column = 0; // of the data set, from 0; not used for a product
+    // Of the data set, from 0; below 0 that of a level: -1 for the first one of the model, -2 for the second. Not used
+    // for a product.
+    int column = 0;
     Transformation transformation;
     ScalingKind scaling = ScalingKind::UnitVariance;
     double modifier = 1;
@@ -55,6 +69,7 @@ struct Term {
     int lag = 0;
 
     bool IsProduct() const { return !factors.empty(); }
+    bool IsLevel() const { return column < 0; }
 
     bool operator==(Term const &) const = default;
 };
@@ -112,7 +127,8 @@ struct ModelDefinition {
     ModelKind kind = ModelKind::Pca;
     std::vector<Term> xTerms;
     std::vector<Term> yTerms;
-    std::vector<int> rows; // of the data set, from 0
+    std::vector<int> rows;     // of the data set, from 0
+    std::vector<Level> levels; // of all qualitative variables in X and Y, in order of appearance among the rows
     // What a row's text in the identifier column of this name must be to belong to each of the groups that terms are
     // centred by.
     std::string centringIdentifier = {};
@@ -135,6 +151,10 @@ struct ModelDefinition {
     bool HasLags() const {
         return std::ranges::any_of(xTerms, [](Term const &term) { return term.lag > 0; });
     }
+    Level const &LevelOf(int column) const { return levels[static_cast<std::size_t>(-1 - column)]; }
+    // The classes that a discriminant model tells apart: the levels of the Y terms, where these are those of one
+    // qualitative variable. None of any other model.
+    std::vector<std::string> Classes() const;
     // Whether the kind sets orthogonal components apart from the predictive ones.
     bool HasOrthogonal() const { return kind == ModelKind::Opls || kind == ModelKind::O2Pls; }
 

@@ -168,7 +168,7 @@ TablePtr BatchImportance(ModelView const &model, Subject const &subject, int com
     double terms = 0;
     for (Index k = 0; k < squares.size(); ++k) {
         Term const &term = model.Fit().definition.xTerms[static_cast<std::size_t>(k)];
-        auto const from = term.IsProduct() ? std::nullopt : recipe.PlaceOf(term.column);
+        auto const from = term.IsProduct() || term.IsLevel() ? std::nullopt : recipe.PlaceOf(term.column);
         if (!from || from->source != lower.source)
             continue;
         sum += squares[k] * Shares(*lower.view, recipe.sources[from->source], from->statistic);

@@ -21,7 +21,7 @@ ModelDefinition const &Checked(ModelDefinition const &definition, DataSet const 
         return place >= 0 && static_cast<std::size_t>(place) < size;
     };
     auto const hasColumn = [&](Term const &term) {
-        return term.IsProduct() || isWithin(term.column, dataSet.GetVariables().size());
+        return term.IsProduct() || term.IsLevel() || isWithin(term.column, dataSet.GetVariables().size());
     };
     auto const hasRow = [&](int row) { return isWithin(row, dataSet.GetObservations().size()); };
     if (!std::ranges::all_of(definition.xTerms, hasColumn) || !std::ranges::all_of(definition.yTerms, hasColumn) ||
@@ -32,20 +32,24 @@ ModelDefinition const &Checked(ModelDefinition const &definition, DataSet const 
     return definition;
 }
 
-ColumnTerms TermsOf(std::vector<Term> const &terms, DataSet const &dataSet) {
+ColumnTerms TermsOf(std::vector<Term> const &terms, ModelDefinition const &definition, DataSet const &dataSet) {
     ColumnTerms result;
-    auto const variableOf = [&](Term const &term) {
-        return dataSet.GetVariables()[static_cast<std::size_t>(term.column)];
-    };
     for (Term const &term : terms) {
-        std::vector<std::uint32_t> mothers;
-        std::vector<int> lags;
-        for (int const factor : term.factors) {
-            mothers.push_back(variableOf(terms[static_cast<std::size_t>(factor)]));
-            lags.push_back(terms[static_cast<std::size_t>(factor)].lag);
+        if (term.IsLevel()) {
+            result.AppendTerm(dataSet.Items().TermOf(definition.LevelOf(term.column)));
+        } else if (!term.IsProduct()) {
+            result.AppendTerm(ColumnTerm(dataSet.GetVariables()[static_cast<std::size_t>(term.column)], term.lag));
+        } else {
+            std::vector<std::uint32_t> mothers;
+            std::vector<int> lags, settings;
+            for (int const place : term.factors) {
+                ColumnTerm const &factor = result[place + 1]; // products stand behind all others
+                mothers.push_back(factor.GetMotherVariable(1));
+                lags.push_back(factor.GetLag(1));
+                settings.push_back(factor.GetQualSetting(1));
+            }
+            result.AppendTerm(ColumnTerm(std::move(mothers), std::move(lags), std::move(settings)));
         }
-        result.AppendTerm(term.IsProduct() ? ColumnTerm(std::move(mothers), std::move(lags), {})
-                                           : ColumnTerm(variableOf(term), term.lag));
     }
     return result;
 }
@@ -133,14 +137,16 @@ std::vector<std::size_t> RunningAmong(PredictedRows const &predicted) {
 ModelView::ModelView(int number, FittedModel model, boost::shared_ptr<DataSet const> dataSet, ProjectPtr const &project)
     : m_number(number), m_fit(std::move(model)), m_dataSet(std::move(dataSet)),
       m_source(Checked(m_fit.definition, *m_dataSet), m_dataSet, m_dataSet, m_fit.definition.rows),
-      m_xTerms(TermsOf(m_fit.definition.xTerms, *m_dataSet)), m_yTerms(TermsOf(m_fit.definition.yTerms, *m_dataSet)),
-      m_xColumns(m_xTerms, project, number), m_yColumns(m_yTerms, project, number),
-      m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
+      m_xTerms(TermsOf(m_fit.definition.xTerms, m_fit.definition, *m_dataSet)),
+      m_yTerms(TermsOf(m_fit.definition.yTerms, m_fit.definition, *m_dataSet)), m_xColumns(m_xTerms, project, number),
+      m_yColumns(m_yTerms, project, number), m_xyColumns(Joined(m_xTerms, m_yTerms), project, number),
       m_yxColumns(Joined(m_yTerms, m_xTerms), project, number) {
     for (ColumnTerms const *terms : {&m_xTerms, &m_yTerms})
         for (ColumnTerm const &term : *terms)
-            if (term.Size() == 1 && term.GetLag(1) == 0)
-                m_variables.push_back(term.GetMotherVariable(1));
+            // Those of a qualitative variable follow each other.
+            if (std::uint32_t const mother = term.GetMotherVariable(1);
+                term.Size() == 1 && term.GetLag(1) == 0 && (m_variables.empty() || m_variables.back() != mother))
+                m_variables.push_back(mother);
     m_observations.reserve(m_fit.definition.rows.size());
     for (int const row : m_fit.definition.rows)
         m_observations.push_back(m_dataSet->GetObservations()[static_cast<std::size_t>(row)]);

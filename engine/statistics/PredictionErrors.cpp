@@ -1,6 +1,7 @@
 #include "engine/models/CrossValidation.h"
 #include "engine/models/Prediction.h"
 #include "engine/statistics/Answer.h"
+#include "engine/statistics/RowStatistics.h"
 #include "engine/statistics/Units.h"
 #include "platform/numerics/Sta.h"
 
@@ -338,6 +339,10 @@ void AddConfidenceLimits(Handlers &handlers, char const *name, int sign) {
 }
 
 } // namespace
+
+Vector ValidatedYPredictions(RowSet const &rows, Index term, Index size) {
+    return ValidatedY(rows, term, size, false);
+}
 
 void AddPredictionErrorHandlers(Handlers &handlers) {
     using enum Operation;

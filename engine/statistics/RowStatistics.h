@@ -28,5 +28,7 @@ Vector YValues(RowSet const &rows, Index term, Units units);
 Vector YPredictions(RowSet const &rows, Index term, Index size, Units units);
 // What the whole model leaves of X.
 Vector XResiduals(RowSet const &rows, Index term, Units units);
+// The same of a cross-validated workset by the rounds that left the rows out, in the units of the data set.
+Vector ValidatedYPredictions(RowSet const &rows, Index term, Index size);
 
 } // namespace engine

@@ -11,6 +11,15 @@
 #include <ostream>
 #include <unordered_set>
 
+namespace {
+
+std::string LevelName(VariableInfo const &variable, int setting) {
+    auto const place = static_cast<std::size_t>(setting) - 1;
+    return place < variable.levels.size() ? variable.levels[place] : std::to_string(setting);
+}
+
+} // namespace
+
 ColumnTerm::ColumnTerm(std::uint32_t mother, int lag) : m_factors{{mother, lag, 0}} {}
 
 ColumnTerm::ColumnTerm(std::vector<std::uint32_t> mothers, std::vector<int> lags, std::vector<int> settings) {
@@ -34,7 +43,7 @@ std::string ColumnTerm::GetName(NCVariables const &variables, int alias, AliasAc
         if (factor.lag != 0)
             name += ".L" + std::to_string(factor.lag);
         if (factor.setting != 0)
-            name += "(" + std::to_string(factor.setting) + ")";
+            name += "(" + LevelName(variables[factor.mother], factor.setting) + ")";
     }
     return name;
 }

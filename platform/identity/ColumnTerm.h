@@ -35,7 +35,7 @@ public:
     int GetQualSetting(int position) const { return Factor(position).setting; }
 
     // The label in the given alias of the variables: "length", "length.L2" (two rows earlier), "length*width",
-    // "colour(2)", and "Constant" for the constant.
+    // "colour(red)" (a level; "colour(2)" where it has no text), and "Constant" for the constant.
     std::string GetName(NCVariables const &variables, int alias, AliasAccess const &aliases) const;
     std::string GetPrimaryName(NCVariables const &variables) const;
 

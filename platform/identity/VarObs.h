@@ -50,6 +50,7 @@ public:
     int lowerModel = 0;      // of a hierarchical variable: the model whose result it is
     int lowerComponent = 0;  // and the component of that result, from 1; 0 where it has none
     bool dateTime = false;
+    std::vector<std::string> levels; // of a qualitative variable: the texts of its settings, from 1
 
     bool IsHierarchical() const { return IsResult(kind); }
     float GetMaturity() const { return maturity; }

@@ -204,6 +204,7 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
     definition.xTerms[1].transformation = {TransformationKind::Power, 2, 1, 0.5};
     definition.centringIdentifier = "site";
     definition.centringGroups = {"north", "south"};
+    definition.levels = {{"colour", "red"}, {"colour", "blue"}};
     definition.xTerms.push_back({0, {}, ScalingKind::Centred, 1, 1, {}, {0, 1}});
     Fitted const fitted(cells, definition);
     auto const saved = fitted.model.Save();
@@ -220,10 +221,11 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
         EXPECT_THROW(FittedModel::Load(damaged), NCError) << at;
         EXPECT_THROW(FittedModel::Load(saved.substr(0, at)), NCError) << at;
     }
-    // The form before lagged terms has no number for it at the end of each term, and does not tell of a tree.
+    // The form before lagged terms has no number for it at the end of each term, and tells of no levels and no tree.
     for (Term &term : definition.xTerms)
         term.lag = term.IsProduct() ? 0 : 0x01020304;
     definition.xTerms.pop_back();
+    definition.levels.clear();
     definition.yTerms.clear();
     definition.kind = ModelKind::Pca;
     std::string older = definition.Save();
@@ -232,7 +234,7 @@ TEST(SavedForms, ComeBackAndRefuseDamage) {
         term.lag = 0;
     }
     older[4] = 5;
-    older.resize(older.size() - sizeof(std::uint64_t) - sizeof(bool));
+    older.resize(older.size() - 2 * sizeof(std::uint64_t) - sizeof(bool));
     EXPECT_EQ(ModelDefinition::Load(Sealed(older)), definition);
 
     WritingArchive newer("DSFM", 99);
