@@ -245,15 +245,24 @@ void ListModels(ListRequest const &request) {
     output.Finish();
 }
 
+std::string KindOf(engine::DataSetRecord const &record, NCDataSetInfo const &info) {
+    if (!engine::IsDerived(record.kind))
+        return record.kind == engine::DataSetKind::Prediction ? "prediction" : "data";
+    std::string const kind = !info.sourceModels.empty()                       ? "batch level"
+                             : info.oscComponents > 0                         ? "corrected"
+                             : (info.kind & NCDataSetInfo::WaveletCompressed) ? "compressed"
+                                                                              : "derived";
+    return record.kind == engine::DataSetKind::DerivedPrediction ? kind + " of prediction" : kind;
+}
+
 void ListDataSets(ListRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
     Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
     for (engine::DataSetRecord const &record : project->DataSets()) {
-        static constexpr char const *kinds[] = {"data", "prediction", "derived", "derived of prediction"};
         bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
         bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
-        listing.Add({record.number, record.name, kinds[static_cast<int>(record.kind)], record.observations,
-                     record.variables,
+        listing.Add({record.number, record.name, KindOf(record, *project->GetDataSetInfo(record.number)),
+                     record.observations, record.variables,
                      isCurrent      ? "yes"
                      : isPrediction ? "no"
                                     : Listing::Cell(std::numeric_limits<double>::quiet_NaN())});

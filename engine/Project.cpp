@@ -407,7 +407,7 @@ boost::shared_ptr<NCDataSetInfo const> Project::GetDataSetInfo(int number) const
         if (auto const *const correction = recipe.As<CorrectionRecipe>())
             info->oscComponents = static_cast<int>(correction->correction.Size());
         if (auto const *const compression = recipe.As<CompressionRecipe>(); compression && !compression->denoised)
-            info->kind = NCDataSetInfo::WaveletCompressed;
+            info->kind = static_cast<NCDataSetInfo::Kind>(info->kind | NCDataSetInfo::WaveletCompressed);
     }
     info->observations = static_cast<std::uint32_t>(record->observations);
     info->variables = static_cast<std::uint32_t>(record->variables);

@@ -10,7 +10,7 @@
 
 // Regression coefficients: one row for each Y term, one column for each X term, the constant before them. Every row has
 // the form response = constant + sum of coefficient times variable, in units after the transformations. The flag
-// Reconstruct has no effect on data that are not compressed.
+// Reconstruct is heard by Reconstruction.
 
 namespace engine {
 

@@ -13,7 +13,7 @@
 
 // Contributions: what part each term has in the difference between two groups of observations, or in the distance of
 // one group to the model (Miller et al. 1998; Westerhuis et al. 2000). One row, one column for each term. Only the
-// rows of the groups are read. The Reconstruct flag has no effect on data that are not compressed.
+// rows of the groups are read. The Reconstruct flag has no effect.
 
 namespace engine {
 

@@ -1,5 +1,7 @@
 #include "engine/statistics/Handlers.h"
 
+#include "engine/statistics/Reconstruction.h"
+
 namespace engine {
 
 Handlers::Handlers() {
@@ -26,11 +28,17 @@ bool Handlers::Has(Operation operation) const {
 }
 
 TablePtr Handlers::Table(Call const &call, Subject const &subject) const {
-    return Answered<TablePtr>(call, subject);
+    std::optional<Reconstruction> const reconstruction = Reconstruction::Of(call, subject);
+    if (!reconstruction)
+        return Answered<TablePtr>(call, subject);
+    Call const unscaled{call.operation, reconstruction->Arguments(), call.project, call.predictions};
+    return reconstruction->Table(Answered<TablePtr>(unscaled, subject));
 }
 
 ColumnIDs Handlers::Columns(Call const &call, Subject const &subject) const {
-    return Answered<ColumnIDs>(call, subject);
+    std::optional<Reconstruction> const reconstruction = Reconstruction::Of(call, subject);
+    ColumnIDs columns = Answered<ColumnIDs>(call, subject);
+    return reconstruction ? reconstruction->Columns(columns) : columns;
 }
 
 NCDataMatrix<float> Handlers::Matrix(Call const &call, Subject const &subject) const {

@@ -5,8 +5,8 @@
 
 #include <cmath>
 
-// Importance of the X terms: one column for each. The mean square of each form is 1. The Reconstruct flag has no effect
-// on data that are not compressed.
+// Importance of the X terms: one column for each. The mean square of each form is 1. The Reconstruct flag
+// is heard by Reconstruction.
 
 namespace engine {
 

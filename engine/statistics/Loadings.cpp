@@ -3,8 +3,8 @@
 
 #include <cmath>
 
-// Loadings and weights: one row for each component, one column for each term. The Reconstruct flag has no effect on
-// data that are not compressed.
+// Loadings and weights: one row for each component, one column for each term. The Reconstruct flag is heard
+// by Reconstruction.
 
 namespace engine {
 

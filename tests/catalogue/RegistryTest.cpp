@@ -29,7 +29,7 @@ ModelInfo OfType(ModelTypeE::Model type) {
 
 TEST(Registry, HoldsTheCatalogueSortedAndWithoutOverlap) {
     ProjectVectorHandler const &handler = *ProjectVectorHandler::Instance();
-    EXPECT_EQ(handler.size(), 348u);
+    EXPECT_EQ(handler.size(), 352u);
     for (auto one = handler.begin(); one != handler.end(); ++one) {
         EXPECT_TRUE(one + 1 == handler.end() || std::strcmp((*one)->GetName(), (*(one + 1))->GetName()) <= 0);
         for (auto other = one + 1; other != handler.end() && std::strcmp((*one)->GetName(), (*other)->GetName()) == 0;

@@ -188,4 +188,142 @@ TEST_F(Hierarchy, RefusesWhatIsNotThere) {
     EXPECT_EQ(m_project->GetFirstDataSet(2), 0) << "nothing is left of what failed";
 }
 
+class Transformed : public Hierarchy {
+protected:
+    // PLS of y on all other variables of a data set.
+    int AddPLS(int dataSet, ModelRequest::Scaling scaling = ModelRequest::Centred) {
+        return m_project->AddModel({.type = ModelTypeE::PLS,
+                                    .dataSet = dataSet,
+                                    .responses = {"y"},
+                                    .scaling = scaling,
+                                    .components = 2,
+                                    .crossValidationGroups = 5});
+    }
+    void ExpectSame(std::string const &text, ProjectVector::VectorTypeEnum type, int one, int other) const {
+        auto const of = [&](int model) {
+            std::string asked = text;
+            asked.replace(asked.find('#'), 1, std::to_string(model));
+            return Values(asked, type);
+        };
+        std::vector<float> const expected = of(one), found = of(other);
+        ASSERT_EQ(expected.size(), found.size()) << text;
+        EXPECT_FALSE(expected.empty()) << text;
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_NEAR(found[i], expected[i], 1e-5 * std::max(1.0f, std::abs(expected[i]))) << text << ' ' << i;
+    }
+};
+
+// A model of all wavelet coefficients is the model of what they were made of, and is shown there.
+TEST_F(Transformed, CoefficientsGoBackToVariables) {
+    m_project->AddPredictions(Read(Measured(8, 7, "n"), "new"));
+    for (auto const function : {Wavelet::Daubechies, Wavelet::Coiflet}) {
+        int const compressed =
+            m_project->AddCompression({.excluded = {"y"}, .function = function, .order = 2, .share = 1});
+        int const plain = AddPLS(1), model = AddPLS(compressed);
+        EXPECT_EQ(m_project->GetModelInfo(model)->sizeXVariables, 8) << "with padding";
+        EXPECT_EQ(m_project->GetDataSetInfo(compressed)->kind, NCDataSetInfo::WaveletCompressed);
+        for (char const *const text : {"t M#,2,0,0", "tPS M#,1,0,0", "YPred M#,2,1,0,1,1", "YPredPS M#,2,1,0,1,1"})
+            ExpectSame(text, Scores, plain, model);
+        for (char const *const text :
+             {"p M#,1,0,0", "p M#,2,0,0", "pc M#,1,0,0", "w M#,2,0,0", "w* M#,2,0,0", "pcv M#,2,0,3", "Coeff M#,2,1,0",
+              "CoeffC M#,2,1,0", "CoeffCS M#,2,1,0", "CoeffCScv M#,2,1,2", "XObs M#,0,4,0,1,1", "XObsPred M#,2,4,0,1,1",
+              "XObsRes M#,2,4,0,0,0", "Xavg M#,0,0,0"})
+            ExpectSame(text, Loadings, plain, model);
+    }
+    // Scaled coefficients are other variables, whose coefficients of regression predict the same from the source.
+    int const scaled =
+        AddPLS(m_project->AddCompression({.excluded = {"y"}, .order = 2, .share = 1}), ModelRequest::UnitVariance);
+    std::vector<float> const b = Values("Coeff M" + std::to_string(scaled) + ",2,1,0", Loadings);
+    std::vector<float> const predicted = Values("YPred M" + std::to_string(scaled) + ",2,1,0,1,1");
+    ASSERT_EQ(b.size(), 7u) << "the constant and six variables";
+    for (std::size_t row = 0; row < predicted.size(); ++row) {
+        double sum = b[0];
+        for (int k = 0; k < 6; ++k)
+            sum += static_cast<double>(b[static_cast<std::size_t>(k) + 1]) *
+                   m_project->GetDataSet(1)
+                       ->GetVariable(m_project->GetDataSet(1)->GetVariables()[static_cast<std::size_t>(k)])
+                       .Values()[row];
+        EXPECT_NEAR(sum, predicted[row], 1e-4) << row;
+    }
+}
+
+// Few coefficients have what varies; denoised data are near the data, and missing cells are read off their neighbours.
+TEST_F(Transformed, KeepsTheLargestCoefficients) {
+    std::ostringstream text;
+    text << "id,y";
+    for (int k = 0; k < 32; ++k)
+        text << ",v" << k;
+    for (int row = 0; row < 12; ++row) {
+        text << "\no" << row << ',' << row;
+        for (int k = 0; k < 32; ++k)
+            if (row == 3 && k == 10)
+                text << ',';
+            else
+                text << ',' << 5 + row * std::exp(-std::pow((k - 12) / 6.0, 2));
+    }
+    int const spectra = m_project->AddDataSet(Read(text.str() + '\n'));
+    int const few = m_project->AddCompression({.dataSet = spectra, .excluded = {"y"}, .share = 0.999});
+    EXPECT_LE(m_project->GetDataSetInfo(few)->variables, 9u);
+    EXPECT_EQ(m_project->GetDataSetInfo(m_project->AddCompression({.dataSet = spectra, .excluded = {"y"}, .keep = 5}))
+                  ->variables,
+              6u);
+    int const clear =
+        m_project->AddCompression({.dataSet = spectra, .excluded = {"y"}, .share = 0.9999, .denoise = true});
+    auto const variable = [&](int dataSet, std::size_t column) {
+        boost::shared_ptr<NCDataSet const> const set = m_project->GetDataSet(dataSet);
+        auto const values = set->GetVariable(set->GetVariables()[column]).Values();
+        return std::vector<float>(values.begin(), values.end());
+    };
+    ASSERT_EQ(m_project->GetDataSetInfo(clear)->variables, 33u);
+    // Those that are excluded stand at the end.
+    EXPECT_EQ(variable(clear, 32), variable(spectra, 0));
+    double worst = 0;
+    for (std::size_t row = 0; row < 12; ++row)
+        worst = std::max(worst, std::abs(variable(clear, 10)[row] -
+                                         (5 + static_cast<double>(row) * std::exp(-std::pow((10 - 12) / 6.0, 2)))));
+    EXPECT_LT(worst, 0.3);
+    EXPECT_GT(worst, 0) << "something was taken off";
+}
+
+// What is taken off has nothing to do with Y, new rows go through the same correction, and the vectors show it.
+TEST_F(Transformed, CorrectionTakesOffWhatHasNothingToDoWithY) {
+    m_project->AddPredictions(Read(Measured(30, 1, "o"), "same"));
+    int const corrected = m_project->AddCorrection(
+        {.responses = {"y"}, .excluded = {"f"}, .scaling = ModelRequest::Centred, .components = 2});
+    EXPECT_EQ(m_project->GetDataSetInfo(corrected)->oscComponents, 2);
+    EXPECT_EQ(m_project->AddCorrection(
+                  {.responses = {"y"}, .excluded = {"f"}, .scaling = ModelRequest::Centred, .components = 2}),
+              corrected);
+    int const plain = AddPLS(1), model = AddPLS(corrected);
+    std::string const set = " DS" + std::to_string(corrected);
+    std::vector<float> const y = Values("YVar M" + std::to_string(plain) + ",0,1,0,0,0");
+    TablePtr const before = GetProjectData(*m_project).GetXVar(plain, true, true, nullptr, -1);
+    TablePtr const after = GetProjectData(*m_project).GetXVar(model, true, true, nullptr, -1);
+    std::vector<std::vector<float>> const t{Values("OSC-t" + set + ",1"), Values("OSC-t" + set + ",2")};
+    std::vector<std::vector<float>> const p{Values("OSC-p" + set + ",1", Loadings),
+                                            Values("OSC-p" + set + ",2", Loadings)};
+    for (std::size_t component : {0, 1}) {
+        double product = 0, squares = 0;
+        for (std::size_t row = 0; row < y.size(); ++row) {
+            product += static_cast<double>(t[component].at(row)) * y[row];
+            squares += static_cast<double>(t[component][row]) * t[component][row];
+        }
+        EXPECT_NEAR(product / squares, 0, 1e-6);
+    }
+    for (int term = 1; term <= 6; ++term)
+        for (std::size_t row = 0; row < y.size(); ++row) {
+            double off = 0;
+            for (std::size_t component : {0, 1})
+                off += term == 6 ? 0 // left as it is
+                                 : static_cast<double>(t[component][row]) *
+                                       p[component].at(static_cast<std::size_t>(term) - 1);
+            EXPECT_NEAR(before->GetMatrix().Row(term)[row] - after->GetMatrix().Row(term)[row], off, 1e-5) << term;
+        }
+    std::vector<float> const fitted = Values("YPred M" + std::to_string(model) + ",2,1,0,1,1");
+    std::vector<float> const predicted = Values("YPredPS M" + std::to_string(model) + ",2,1,0,1,1");
+    for (std::size_t row = 0; row < fitted.size(); ++row)
+        EXPECT_NEAR(predicted.at(row), fitted[row], 1e-5);
+    EXPECT_TRUE(Values("OSC-t DS1,1").empty());
+}
+
 } // namespace

@@ -461,12 +461,14 @@ TEST_F(ProjectFileTest, NeverReadsDamagedContent) {
 TEST(Recipe, SavesAndLoads) {
     using engine::Recipe;
     for (Recipe const &recipe : {Recipe{engine::BatchLevelRecipe{1, {{2, 3, 1, 0, 50}, {3, 2, 0, 0, 20}}, 4}, 5, 6},
-                                 Recipe{engine::HierarchyRecipe{{{1, 14, 2}, {2, 16, 0}}, {{1, 7}}}}}) {
+                                 Recipe{engine::HierarchyRecipe{{{1, 14, 2}, {2, 16, 0}}, {{1, 7}}}},
+                                 Recipe{engine::CompressionRecipe{1, {0, 1, 2}, {3}, 2, 1, {0, 3}, true}, 2, 3}}) {
         std::string const saved = recipe.Save();
         EXPECT_EQ(Recipe::Load(saved), recipe);
         EXPECT_THROW(Recipe::Load(saved.substr(0, saved.size() - 1)), NCError);
     }
     EXPECT_THROW(Recipe::Load(Recipe{engine::HierarchyRecipe{{{1, 13, 2}}, {}}}.Save()), NCError);
+    EXPECT_THROW(Recipe::Load(Recipe{engine::CompressionRecipe{1, {0, 1, 2}, {}, 2, 1, {4}}}.Save()), NCError);
     EXPECT_THROW(Recipe::Load(Recipe{engine::BatchLevelRecipe{1, {{2, 3, 1, -1, 50}}, 4}}.Save()), NCError);
 }
 

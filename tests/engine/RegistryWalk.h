@@ -21,7 +21,7 @@ inline bool HasComponents(ProjectVector const &vector, ModelInfo const &info) {
 
 // The first of each thing that the vector takes; pairs and ranges end at the last predictive component,
 // multipliers are 1 and -1.
-// `newObservation` is the number of the first observation of the prediction set.
+// Corrections are those of data set 2. `newObservation` is the number of the first observation of the prediction set.
 inline std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *info, int newObservation) {
     bool const isNew = vector.GetNumberType() == ProjectVector::NumberObsOrVar &&
                        vector.GetType() == ProjectVector::VectorTypeObservationsLoadings &&
@@ -29,9 +29,9 @@ inline std::string ArgumentsOf(ProjectVector const &vector, ModelInfo const *inf
     bool const allKinds =
         vector.GetComponentType() == (ProjectVector::ComponentPredictive | ProjectVector::ComponentXSideOrthogonal |
                                       ProjectVector::ComponentYSideOrthogonal);
-    std::string text = info ? "M" + std::to_string(info->number)
-                       : (vector.GetDataType() & ProjectVector::DataTypeDataSet) != 0 ? "DS1"
-                                                                                      : "PS";
+    bool const isOfData = (vector.GetDataType() & ProjectVector::DataTypeDataSet) != 0;
+    bool const isOfCorrection = vector.GetComponentType() == ProjectVector::ComponentOSC;
+    std::string text = info ? "M" + std::to_string(info->number) : isOfCorrection ? "DS2" : isOfData ? "DS1" : "PS";
     text += std::string(allKinds ? ",1,1,1," : ",1,") + std::to_string(isNew ? newObservation : 1) + ",1";
     if (vector.UseUnscalingTransform())
         text += ",1,1";

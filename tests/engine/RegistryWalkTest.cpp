@@ -53,6 +53,7 @@ class Registry : public testing::TestWithParam<WalkData> {
 protected:
     Registry() : m_project(Project::Create(m_folder / "walk.dsp")) {
         m_project->AddDataSet(Read(GetParam().rows));
+        m_project->AddCorrection({.responses = {"40"}});
         m_project->SetLocalCentring(m_project->MeansOfGroups({1, "site", {"20"}}));
         AddModel(*m_project, {ModelTypeE::PCA, {}, {"40", "50"}, 2}, GetParam().predicted);
         AddModel(*m_project, {ModelTypeE::PLS, {"40"}, {"50"}, 2}, GetParam().predicted);
