@@ -118,11 +118,22 @@ private:
     std::string ComponentMeaning() const {
         if (m_vector.HasOneComponent() && m_source.model)
             return OfKind(m_arguments.component, static_cast<Vector::ComponentType>(m_vector.GetComponentType()));
+        if (m_vector.GetComponentType() == Vector::ComponentOSC)
+            return OfCorrection(m_arguments.component);
         if (!IsOfWholeModel())
             return notUsed;
         return "whole model, " + std::to_string(m_source.model->predictiveComponents) + "+" +
                std::to_string(m_source.model->xSideOrthogonalComponents) +
                " components (predictive + X-side orthogonal)";
+    }
+
+    std::string OfCorrection(int component) const {
+        auto const info = m_project.GetDataSetInfo(m_source.dataSet);
+        int const count = info ? info->oscComponents : 0;
+        std::string const all = std::to_string(count) + " components of the correction";
+        return component < 1 || component > count
+                   ? "there is no component " + std::to_string(component) + " among " + all
+                   : "component " + std::to_string(component) + " of " + all;
     }
 
     std::string OfKind(int component, Vector::ComponentType kind) const {

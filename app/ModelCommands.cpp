@@ -177,8 +177,8 @@ engine::HierarchyRequest HierarchyOf(FitRequest const &request) {
     engine::HierarchyRequest hierarchy;
     for (std::string const &text : NamesIn(request.below))
         AddHierarchyItem(hierarchy, text);
-    if (!request.below.empty() && (hierarchy.results.empty() || request.kind.level != Kind::Observations))
-        throw UsageError("--on names results of models, such as M1.t, that a pca, pls, opls or o2pls model stands on");
+    if (!request.below.empty() && (hierarchy.results.empty() || request.kind.level > Kind::Classes))
+        throw UsageError("--on names results of models, such as M1.t, that a model of observations stands on");
     for (std::string const &response : request.model.responses)
         if (std::ranges::find(hierarchy.variables, response) == hierarchy.variables.end())
             hierarchy.variables.push_back(response);

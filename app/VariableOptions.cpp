@@ -134,8 +134,8 @@ engine::VariableLags LagsIn(std::string const &text) {
 
 void AddHierarchyItem(engine::HierarchyRequest &request, std::string const &text) {
     static std::map<std::string, VariableInfo::Result> const kinds = {
-        {"t", VariableInfo::Score},        {"to", VariableInfo::OrthogonalScore}, {"YPred", VariableInfo::PredictedY},
-        {"XVarRes", VariableInfo::Residual}, {"DModX", VariableInfo::Distance},   {"T2", VariableInfo::T2}};
+        {"t", VariableInfo::Score},          {"to", VariableInfo::OrthogonalScore}, {"YPred", VariableInfo::PredictedY},
+        {"XVarRes", VariableInfo::Residual}, {"DModX", VariableInfo::Distance},     {"T2", VariableInfo::T2}};
     static std::regex const form("M([0-9]{1,6})\\.([A-Za-z0-9]+)(?:\\[([1-9][0-9]{0,5})\\])?");
     std::smatch parts;
     if (!std::regex_match(text, parts, form)) {
@@ -144,10 +144,10 @@ void AddHierarchyItem(engine::HierarchyRequest &request, std::string const &text
     }
     auto const kind = kinds.find(parts[2]);
     if (kind == kinds.end())
-        throw UsageError("\"" + text + "\" is no result of a model such as M1.t, M1.t[2] or M2.YPred; there are t, to, "
+        throw UsageError("\"" + text +
+                         "\" is no result of a model such as M1.t, M1.t[2] or M2.YPred; there are t, to, "
                          "YPred, XVarRes, DModX and T2");
-    request.results.push_back(
-        {std::stoi(parts[1]), kind->second, parts[3].matched ? std::stoi(parts[3]) : 0});
+    request.results.push_back({std::stoi(parts[1]), kind->second, parts[3].matched ? std::stoi(parts[3]) : 0});
 }
 
 std::vector<std::string> FactorsIn(std::string const &text) {

@@ -97,13 +97,17 @@ std::vector<int> LargestOf(std::vector<double> const &sizes, CompressionRequest 
     return places;
 }
 
-HierarchyRecipe::Variable FindVariable(std::string const &name, std::vector<ModelView const *> const &models) {
+// Nothing for an identifier column, which the data set has in any case.
+std::optional<HierarchyRecipe::Variable> FindVariable(std::string const &name,
+                                                      std::vector<ModelView const *> const &models) {
     for (ModelView const *const model : models) {
         DataSet const &data = model->FittedData();
         for (int column = 0; column < static_cast<int>(data.GetVariables().size()); ++column)
             if (data.Name(column) == name)
-                return {data.GetNumber(), column};
+                return HierarchyRecipe::Variable{data.GetNumber(), column};
     }
+    if (models.front()->FittedData().Identifier(name))
+        return {};
     throw NCError(ExceptionMessage::translate("None of the data sets of the models below has a variable \"{1}\".") %
                       name,
                   NCError::Error);
@@ -125,7 +129,8 @@ HierarchyRecipe Project::RecipeFor(HierarchyRequest const &request) const {
                       NCError::Error);
     std::vector<ModelView const *> const models = LowerModels({recipe});
     for (std::string const &name : request.variables)
-        recipe.variables.push_back(FindVariable(name, models));
+        if (auto const variable = FindVariable(name, models))
+            recipe.variables.push_back(*variable);
     return recipe;
 }
 
@@ -141,7 +146,7 @@ int Project::AddUpperModel(HierarchyRequest const &hierarchy, ModelRequest reque
 }
 
 int Project::AddCorrection(CorrectionRequest const &request, Progress const &progress) {
-    boost::shared_ptr<DataSet const> const source = m_state->FindData(request.dataSet);
+    boost::shared_ptr<DataSet const> const source = m_state->SourceOf(request.dataSet);
     ModelRequest model;
     model.type = ModelTypeE::PLS;
     model.dataSet = request.dataSet;
@@ -149,7 +154,6 @@ int Project::AddCorrection(CorrectionRequest const &request, Progress const &pro
     model.excluded = request.excluded;
     model.scaling = request.scaling;
     model.localCentring = false;
-    m_state->Data(request.dataSet);
     CorrectionRecipe recipe = CorrectionOf(DefinitionOf(model, m_state->File()), source, request.components);
     if (recipe.correction.Size() == 0)
         throw NCError(ExceptionMessage::translate("Nothing of the {1} X variables of data set {2} has nothing to do "
@@ -160,7 +164,7 @@ int Project::AddCorrection(CorrectionRequest const &request, Progress const &pro
 }
 
 CompressionRecipe Project::RecipeFor(CompressionRequest const &request) const {
-    DataSet const &source = m_state->Data(request.dataSet);
+    DataSet const &source = *m_state->SourceOf(request.dataSet);
     CompressionRecipe recipe;
     recipe.dataSet = request.dataSet;
     recipe.function = request.function;

@@ -216,6 +216,19 @@ public:
         return *data;
     }
 
+    // One that a recipe can be for.
+    boost::shared_ptr<DataSet const> SourceOf(int dataSet) const {
+        Data(dataSet);
+        DataSetRecord const &record = *RecordOf(dataSet);
+        if (record.kind == DataSetKind::Prediction || record.kind == DataSetKind::DerivedPrediction)
+            throw NCError(
+                ExceptionMessage::translate("Data set {1} ({2}) is a prediction set: it is put through what is "
+                                            "made of other data sets.") %
+                    dataSet % record.name,
+                NCError::Error);
+        return FindData(dataSet);
+    }
+
     PredictedRows const *Predictions(int model) const override { return PredictedOn(model).get(); }
 
     std::shared_ptr<PredictedRows const> PredictedOn(int model) const {

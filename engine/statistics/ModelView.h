@@ -130,6 +130,11 @@ public:
     std::vector<std::uint32_t> const &GetVariables() const override { return m_variables; }
     AliasAccess GetObservationAliases() const override;
     AliasAccess GetVariableAliases() const override;
+    // Of wavelet coefficients those of unscaled variables, which go back to the variables as they are.
+    int GetCoefficientKind() const override {
+        auto const *const compression = m_dataSet->MadeAs<CompressionRecipe>();
+        return compression && !compression->denoised ? PredictiveModel::Unscaled : PredictiveModel::CenteredScaled;
+    }
     DefaultCenterValues GetCenterValues() const override;
     PLSTreeProperties GetTreeProperties() const override {
         return m_fit.definition.tree ? m_fit.definition.tree->properties : PLSTreeProperties();
