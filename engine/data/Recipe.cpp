@@ -38,9 +38,12 @@ bool IsWhole(HierarchyRecipe const &recipe) {
 bool IsWhole(CorrectionRecipe const &recipe) {
     std::size_t const terms = recipe.definition.xTerms.size();
     auto const isPlain = [](Term const &term) { return !term.IsProduct() && term.lag == 0 && term.column >= 0; };
-    return recipe.offsets.size() == terms && recipe.weights.size() == terms &&
-           static_cast<std::size_t>(recipe.correction.p.rows()) == terms &&
-           static_cast<std::size_t>(recipe.correction.t.rows()) == recipe.definition.rows.size() &&
+    auto const &[w, p, wStar, t] = recipe.correction;
+    auto const isOfTerms = [&](Matrix const &vectors) {
+        return static_cast<std::size_t>(vectors.rows()) == terms && vectors.cols() == t.cols();
+    };
+    return recipe.offsets.size() == terms && recipe.weights.size() == terms && isOfTerms(w) && isOfTerms(p) &&
+           isOfTerms(wStar) && static_cast<std::size_t>(t.rows()) == recipe.definition.rows.size() &&
            std::ranges::all_of(recipe.definition.xTerms, isPlain);
 }
 
@@ -80,24 +83,26 @@ void Transfer(Archive &archive, HierarchyRecipe &recipe) {
     archive(recipe.results, recipe.variables);
 }
 
-// A member that has a saved form of its own.
-template <typename Saved>
-void TransferSaved(WritingArchive &archive, Saved &saved) {
-    std::string text = saved.Save();
-    archive(text);
+// Which has a saved form of its own.
+void TransferDefinition(WritingArchive &archive, ModelDefinition &definition) {
+    std::string saved = definition.Save();
+    archive(saved);
 }
-template <typename Saved>
-void TransferSaved(ReadingArchive &archive, Saved &saved) {
-    std::string text;
-    archive(text);
-    saved = Saved::Load(text);
+void TransferDefinition(ReadingArchive &archive, ModelDefinition &definition) {
+    std::string saved;
+    archive(saved);
+    definition = ModelDefinition::Load(saved);
+}
+
+template <typename Archive>
+void Transfer(Archive &archive, OrthogonalCorrection &correction) {
+    archive(correction.w, correction.p, correction.wStar, correction.t);
 }
 
 template <typename Archive>
 void Transfer(Archive &archive, CorrectionRecipe &recipe) {
-    archive(recipe.dataSet, recipe.offsets, recipe.weights);
-    TransferSaved(archive, recipe.definition);
-    TransferSaved(archive, recipe.correction);
+    archive(recipe.dataSet, recipe.offsets, recipe.weights, recipe.correction);
+    TransferDefinition(archive, recipe.definition);
 }
 
 template <typename Archive>

@@ -1,9 +1,7 @@
 #include "engine/models/OrthogonalCorrection.h"
 
-#include "engine/models/Archive.h"
 #include "engine/models/Extraction.h"
 #include "engine/models/LeadingLoadings.h"
-#include "platform/text/Exception.h"
 
 #include <Eigen/QR>
 
@@ -11,15 +9,7 @@
 
 namespace engine {
 
-template <typename Archive>
-void Transfer(Archive &archive, OrthogonalCorrection &correction) {
-    archive(correction.w, correction.p, correction.wStar, correction.t);
-}
-
 namespace {
-
-constexpr char const *savedName = "DSOC";
-constexpr std::uint32_t savedVersion = 1;
 
 // X with a value in each cell.
 RowMatrix Filled(Block const &x) {
@@ -99,29 +89,6 @@ CorrectedBlock CorrectOrthogonally(Block const &x, Block const &y, Index compone
         AppendColumn(t, scores);
     }
     return result;
-}
-
-std::string OrthogonalCorrection::Save() const {
-    OrthogonalCorrection copy = *this;
-    WritingArchive archive(savedName, savedVersion);
-    archive(copy);
-    return archive.Finish();
-}
-
-OrthogonalCorrection OrthogonalCorrection::Load(std::string const &saved) {
-    ReadingArchive archive(saved, savedName, savedVersion);
-    OrthogonalCorrection correction;
-    archive(correction);
-    archive.Finish();
-    auto const &[w, p, wStar, t] = correction;
-    auto const isLikeLoadings = [&p](Matrix const &weights) {
-        return weights.rows() == p.rows() && weights.cols() == p.cols();
-    };
-    if (!isLikeLoadings(w) || !isLikeLoadings(wStar) || t.cols() != p.cols())
-        throw NCError(ExceptionMessage::translate("The orthogonal correction of a data set is damaged: the counts of "
-                                                  "its components do not agree."),
-                      NCError::Error);
-    return correction;
 }
 
 } // namespace engine

@@ -2,8 +2,6 @@
 
 #include "engine/models/Block.h"
 
-#include <string>
-
 namespace engine {
 
 // Orthogonal signal correction: components of X that have nothing to do with Y, which are taken off X before anything
@@ -18,10 +16,6 @@ struct OrthogonalCorrection {
     // What is left of other rows, in the scale of X. A row's score is the one that its observed cells tell; what is
     // missing is NaN.
     RowMatrix Corrected(Block const &rows) const;
-
-    // A binary text with version and checksum. Load throws NCError for a text that Save did not write.
-    std::string Save() const;
-    static OrthogonalCorrection Load(std::string const &saved);
 
     bool operator==(OrthogonalCorrection const &) const = default;
 };

@@ -458,15 +458,29 @@ TEST_F(ProjectFileTest, NeverReadsDamagedContent) {
 }
 
 } // namespace
+// Of two X terms.
+engine::CorrectionRecipe Corrected(engine::Index loadings) {
+    engine::CorrectionRecipe recipe{1, {}, {1, 2}, {3, 4}, {}};
+    recipe.definition.kind = engine::ModelKind::Pls;
+    recipe.definition.xTerms.resize(2);
+    recipe.definition.yTerms.resize(1);
+    recipe.definition.rows = {0, 2, 5};
+    engine::Matrix const vectors = engine::Matrix::Constant(loadings, 1, 0.5);
+    recipe.correction = {vectors, vectors, vectors, engine::Matrix::Constant(3, 1, 2)};
+    return recipe;
+}
+
 TEST(Recipe, SavesAndLoads) {
     using engine::Recipe;
-    for (Recipe const &recipe : {Recipe{engine::BatchLevelRecipe{1, {{2, 3, 1, 0, 50}, {3, 2, 0, 0, 20}}, 4}, 5, 6},
-                                 Recipe{engine::HierarchyRecipe{{{1, 14, 2}, {2, 16, 0}}, {{1, 7}}}},
-                                 Recipe{engine::CompressionRecipe{1, {0, 1, 2}, {3}, 2, 1, {0, 3}, true}, 2, 3}}) {
+    for (Recipe const &recipe :
+         {Recipe{engine::BatchLevelRecipe{1, {{2, 3, 1, 0, 50}, {3, 2, 0, 0, 20}}, 4}, 5, 6},
+          Recipe{engine::HierarchyRecipe{{{1, 14, 2}, {2, 16, 0}}, {{1, 7}}}}, Recipe{Corrected(2)},
+          Recipe{engine::CompressionRecipe{1, {0, 1, 2}, {3}, 2, 1, {0, 3}, true}, 2, 3}}) {
         std::string const saved = recipe.Save();
         EXPECT_EQ(Recipe::Load(saved), recipe);
         EXPECT_THROW(Recipe::Load(saved.substr(0, saved.size() - 1)), NCError);
     }
+    EXPECT_THROW(Recipe::Load(Recipe{Corrected(3)}.Save()), NCError) << "loadings of more terms than there are";
     EXPECT_THROW(Recipe::Load(Recipe{engine::HierarchyRecipe{{{1, 13, 2}}, {}}}.Save()), NCError);
     EXPECT_THROW(Recipe::Load(Recipe{engine::CompressionRecipe{1, {0, 1, 2}, {}, 2, 1, {4}}}.Save()), NCError);
     EXPECT_THROW(Recipe::Load(Recipe{engine::BatchLevelRecipe{1, {{2, 3, 1, -1, 50}}, 4}}.Save()), NCError);
