@@ -27,10 +27,22 @@ TablePtr ReadOne(engine::Project const &project, CreateProjectData const &creato
     }
     NamedSeries const named = FindSeries(project, text, axis);
     drawn = {named.vector, named.arguments};
-    TablePtr table = creator.GetProjectData(text, axis);
+    TablePtr table = creator.GetProjectData(named.Text(), axis);
     if (!table || table->Rows() == 0 || table->Columns() == 0)
         throw GivesNothing(project, *named.vector, named.source, named.arguments, text);
     return table;
+}
+
+// Of a vector of values the two flags that tell their units come last. Where they are left out, whatever stands last is
+// read as one: so they are said here, for the units of the data.
+std::string WithUnits(ProjectVector const &vector, std::string arguments) {
+    if (!vector.UseUnscalingTransform())
+        return arguments;
+    auto const fields = std::ranges::count(arguments, ',') + 1;
+    int const before = vector.HasOneComponent() || vector.GetComponentType() == ProjectVector::ComponentNone ? 4 : 6;
+    for (auto field = fields; field < before + 2; ++field)
+        arguments += field < before ? ",0" : ",1";
+    return arguments;
 }
 
 // The vector makes something of all arguments: of a batch behind the others, or of a list of batches.
@@ -81,7 +93,11 @@ NamedSeries FindSeries(engine::Project const &project, std::string const &text, 
         throw Unknown(name, axis, source);
     if (vector->IsContribution())
         SplitContribution(*vector, arguments);
-    return {vector, source, arguments};
+    return {vector, source, WithUnits(*vector, arguments)};
+}
+
+std::string NamedSeries::Text() const {
+    return vector->GetName() + (' ' + arguments);
 }
 
 void AddSeriesOptions(CLI::App &command, SeriesRequest &request) {

@@ -17,7 +17,9 @@ class App;
 struct NamedSeries {
     ProjectVector const *vector;
     Source source;
-    std::string arguments; // "M1,1,0,0"
+    std::string arguments; // "M1,1,0,0"; the units of values are always said
+
+    std::string Text() const;
 };
 // On the axis, or on the first one that has the vector and on which the text gives data. UsageError for what is no
 // argument string, NCError for a vector or a source that is not there.

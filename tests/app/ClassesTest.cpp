@@ -51,6 +51,9 @@ TEST_F(Classes, HaveTheVectorsOfTheirKind) {
     for (char const *const text : {"YPred:kind(old:1)@M1", "YVar:kind(50% `new`)@M1", "CoeffCS:kind(old:1)@M2",
                                    "XVar:kind(old:1)@M3", "XVarRes:kind(50% `new`)@M3"})
         EXPECT_THAT(Done(std::string("build a.project --format csv --series '") + text + "'"), HasSubstr("(kind("));
+    EXPECT_EQ(Done("table a.project 'YPred M1,1,2' --format csv"),
+              Done("table a.project 'YPred M1,1,2,0,1,1' --format csv"))
+        << "units that are left out are those of the data";
     EXPECT_THAT(Done("build a.project --series VIP@M3 --format csv"), HasSubstr("\nkind(old:1),"));
 }
 
