@@ -3,6 +3,7 @@
 #include "building/CreateProjectData.h"
 #include "building/TolerantCompare_internal.h"
 #include "building/TransformationData.h"
+#include "building/Transforms_internal.h"
 #include "platform/containers/Missing.h"
 #include "platform/identity/ColumnTerm.h"
 #include "platform/identity/TableJoin_internal.h"
@@ -63,6 +64,17 @@ std::optional<ColumnPick> SelectedAmong(BoolVector const &objects) {
 } // namespace
 
 ProjectDataBuilder::ProjectDataBuilder(SelectDataSeriesData const *selection) : m_selection(selection) {}
+
+ProjectDataBuilder::~ProjectDataBuilder() = default;
+
+void ProjectDataBuilder::SetDataSeriesData(SelectDataSeriesData *selection) {
+    m_selection = selection;
+    m_controlChart.reset();
+}
+
+void ProjectDataBuilder::SetControlChartData(ControlChart const *chart) {
+    m_controlChart = chart ? std::make_unique<ControlChart>(*chart) : nullptr;
+}
 
 void ProjectDataBuilder::Read(std::list<std::string> const &texts, TableJoin &join) const {
     boost::shared_ptr<NCProject> const project = m_selection->GetProject();
@@ -145,24 +157,46 @@ ColumnIDs ProjectDataBuilder::BuildColumnIDs() const {
         CreateProjectData(*project).GetColumnIDs(texts, m_selection->GetVectorType());
     if (!columns)
         return ColumnIDs(project);
-    RefuseTransformation();
-    return *columns;
+    ColumnIDs const transformed = TransformedColumns(*m_selection, *columns);
+    return m_selection->GetControlChartData().IsControlChart() ? ControlChartColumns(*m_selection, transformed)
+                                                               : transformed;
 }
 
-void ProjectDataBuilder::RefuseTransformation() const {
-    TransformationData::TransformationType const type = m_selection->GetTransformationData().GetTransformationType();
-    if (type != TransformationData::NoTransformation)
-        throw ProjectDataBuilderError(ExceptionMessage::translate("The transformation \"{1}\" is not available.") %
-                                          TransformationData::GetLocalizedTransformationType(type),
-                                      NCError::Error);
-    if (m_selection->GetControlChartData().IsControlChart())
-        throw ProjectDataBuilderError(ExceptionMessage::translate("Control charts are not available."), NCError::Error);
+TablePtr ProjectDataBuilder::ChartOf(ProjectData const &data) const {
+    ControlChartData const &settings = m_selection->GetControlChartData();
+    if (!settings.IsControlChart() || m_selection->NumberOfSeries() == 0 || data.Rows() == 0)
+        return nullptr;
+    int const points = data.Columns() / std::max(1, settings.GetSubgroupSize());
+    if (!m_controlChart || m_controlChart->Points() != points) {
+        std::unique_ptr<ControlChart> chart =
+            MakeControlChart(*m_selection, data.GetMatrix()[std::min(2, data.Rows())]);
+        // Over other items, the limits stay.
+        if (chart && m_controlChart)
+            chart->ImportLimits(*m_controlChart);
+        m_controlChart = std::move(chart);
+    }
+    if (!m_controlChart)
+        return nullptr;
+    return m_isList ? ControlChartList(*m_selection, data, *m_controlChart)
+                    : ControlChartPlot(*m_selection, data, *m_controlChart);
 }
 
 ProjectData *ProjectDataBuilder::Transform(ProjectData *data) const {
-    RefuseTransformation();
-    Scale(*data);
-    return nullptr;
+    TablePtr transformed = Transformed(*m_selection, *data);
+    ProjectData &current = transformed ? *transformed : *data;
+    Scale(current);
+    TablePtr chart = ChartOf(current);
+    return chart ? chart.release() : transformed.release();
+}
+
+ProjectData *ProjectDataBuilder::ToHistogramProjectData(bool axis, ProjectData const *data,
+                                                        TransformationData const &) const {
+    return HistogramOf(*data, axis).release();
+}
+
+ProjectData *ProjectDataBuilder::ToDotplotProjectData(bool axis, ProjectData const *data, TransformationData const &,
+                                                      float &lo, float &hi) const {
+    return DotPlotOf(*data, axis, lo, hi).release();
 }
 
 void ProjectDataBuilder::Scale(ProjectData &data) const {

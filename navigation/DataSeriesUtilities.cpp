@@ -1,6 +1,8 @@
 #include "navigation/DataSeriesUtilities.h"
 
 #include "platform/containers/ColumnPick_internal.h"
+#include "platform/containers/Missing.h"
+#include "platform/project/GetProjectData.h"
 #include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
@@ -56,6 +58,26 @@ std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVe
     if (kept.Size() < columns->Size())
         reduced->Reduce(kept);
     return reduced;
+}
+
+double GetR2XSS(ProjectVectorData const &data, ProjectPtr const &project) {
+    ProjectVector const *const vector = data.GetProjectVector();
+    ModelInfo const *const model = data.GetModelInfo();
+    if (!vector || !model || !vector->HasOneComponent())
+        return 1.0;
+    auto const kind = static_cast<ProjectVector::ComponentType>(vector->GetComponentType());
+    if (kind == ProjectVector::ComponentOSC)
+        return 1.0;
+    int column = data.GetComponent(kind, true);
+    if (kind != ProjectVector::ComponentPredictive)
+        column += model->SizePredictiveComponents();
+    bool const isOfY = kind == ProjectVector::ComponentYSideOrthogonal;
+    if (isOfY)
+        column += model->SizeXSideOrthogonalComponents();
+    GetProjectData const read(*project);
+    TablePtr const shares = isOfY ? read.GetR2Y(model->number) : read.GetR2X(model->number);
+    float const share = shares ? shares->GetMatrix()(1, column, missingValue) : missingValue;
+    return IsMissing(share) ? 1.0 : share;
 }
 
 } // namespace DataSeriesUtilities

@@ -33,4 +33,8 @@ DATASERIES_API ColumnIDs::Positions GetSelectedPositions(BoolVector const &selec
 // A copy with the columns whose flag is set; null when none is left or there are no columns.
 DATASERIES_API std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected);
 
+// How much of the sum of squares of X the component of the specification explains, as a share (R2X); of Y (R2Y) for a
+// Y-side component. 1 for what has no single component or no model, and where the share is not known.
+DATASERIES_API double GetR2XSS(ProjectVectorData const &data, ProjectPtr const &project);
+
 } // namespace DataSeriesUtilities

@@ -2,8 +2,10 @@
 
 #include "platform/numerics/ControlChart.h"
 
+#include <memory>
+
 // The settings of the control chart of a selection. -99.0 in a number means that it is taken from the values.
-class ControlChartData {
+class DATASERIES_API ControlChartData {
 public:
     enum ControlChartType : int { None = 0, Shewhart = 1, EWMA = 2, CUSUM = 3, ShewhartAndEWMA = 4 };
     enum ShewhartType : int { Mean = 1, Range = 2, StdDev = 3 };
@@ -29,6 +31,14 @@ public:
     void SetStdDev(double stdDev) { m_stdDev = stdDev; }
     double GetLambda() const { return m_lambda; }
     void SetLambda(double lambda) { m_lambda = lambda; }
+    // Allowance and decision interval of the CUSUM, in standard deviations of a point.
+    double GetAllowance() const { return m_allowance; }
+    void SetAllowance(double allowance) { m_allowance = allowance; }
+    double GetDecisionInterval() const { return m_decisionInterval; }
+    void SetDecisionInterval(double interval) { m_decisionInterval = interval; }
+
+    // The chart of these values; null without a kind of chart, and when the values do not fill one subgroup.
+    std::unique_ptr<ControlChart> CreateControlChart(NCDataVector<float> const &values) const;
 
     bool operator==(ControlChartData const &) const = default;
 
@@ -41,4 +51,6 @@ private:
     double m_target = -99.0;
     double m_stdDev = -99.0;
     double m_lambda = -99.0;
+    double m_allowance = 0.5;
+    double m_decisionInterval = 5.0;
 };

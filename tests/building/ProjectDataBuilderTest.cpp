@@ -341,15 +341,11 @@ TEST_F(Build, ScalesRows) {
 
 TEST_F(Build, RefusesWhatIsNotThere) {
     Selection selection = Make("--a");
-    ControlChartData chart;
-    chart.SetControlChartType(ControlChartData::EWMA);
-    selection.SetControlChartData(chart);
+    TransformationData spectrum;
+    spectrum.SetTransformationType(TransformationData::PowerSpectrum);
+    selection.SetTransformationData(spectrum);
     Builder builder(&selection);
-    EXPECT_EQ(Result(builder), "Control charts are not available.");
-    TransformationData histogram;
-    histogram.SetTransformationType(TransformationData::Histogram);
-    selection.SetTransformationData(histogram);
-    EXPECT_EQ(Result(builder), "The transformation \"Histogram\" is not available.");
+    EXPECT_EQ(Result(builder), "The transformation \"Power spectrum\" is not available.");
     EXPECT_THROW(builder.BuildColumnIDs(), Builder::ProjectDataBuilderError);
     builder.SetTransformData(false);
     EXPECT_EQ(Result(builder), "1 2 3| a: 1 2 3");
