@@ -182,7 +182,7 @@ TablePtr ProjectDataBuilder::ChartOf(ProjectData const &data) const {
 }
 
 ProjectData *ProjectDataBuilder::Transform(ProjectData *data) const {
-    TablePtr transformed = Transformed(*m_selection, *data);
+    TablePtr transformed = Transformed(*m_selection, *data, m_energy);
     ProjectData &current = transformed ? *transformed : *data;
     Scale(current);
     TablePtr chart = ChartOf(current);

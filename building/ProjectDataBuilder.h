@@ -54,13 +54,16 @@ public:
     ProjectData *Build() const;
     // The columns of that table, without reading numbers and whatever is selected. A chart of single values is told by
     // its subgroups of one, except the plain one of Shewhart, though its table keeps the items.
-    // Correlations, spectra and wavelets are not available: asking for one is a ProjectDataBuilderError everywhere.
+    // NCInternalError for a spectrum over fewer than 16 items.
     ColumnIDs BuildColumnIDs() const;
     // Transformation and control chart as a new table that the caller owns, or null when there are none, or none that
     // the data allow; scaling changes the given table where there is no transformation. The plot of a chart has row 1
     // of the data as its first row, an axis or not, and shows the row behind it, if there is one; a list has the rows
     // of the chart alone. NCError for an EWMA of subgroups of more than half of the items.
     ProjectData *Transform(ProjectData *data) const;
+
+    // How much of the last wavelet structure each scale has, in percent; null when there was none.
+    NCDataVector<float> const *GetWCEnergy() const { return m_energy.get(); }
 
     // A histogram, and a dot plot with the ends of its dots, of the first row of a table, or of the second one with
     // `axis`, whatever the selection and the settings. Null when the row has no value, or is not there. The caller owns
@@ -83,6 +86,7 @@ private:
     mutable ProjectVectorData m_cachedAxis;
     mutable TablePtr m_cachedAxisData;
     mutable std::unique_ptr<ControlChart> m_controlChart;
+    mutable std::unique_ptr<NCDataVector<float>> m_energy;
     bool m_isList = false;
     bool m_transformData = true;
 };

@@ -21,25 +21,31 @@ bool HasAxis(SelectDataSeriesData const &selection, TransformationData::Transfor
            type == TransformationData::SubtractAndDivideVector;
 }
 
-ProjectDataBuilder::ProjectDataBuilderError NotAvailable(TransformationData::TransformationType type) {
-    return {ExceptionMessage::translate("The transformation \"{1}\" is not available.") %
-                TransformationData::GetLocalizedTransformationType(type),
-            NCError::Error};
+// The first series once more, for what its columns alone do not tell; null when there is none.
+TablePtr FirstSeries(SelectDataSeriesData const &selection) {
+    return selection.NumberOfSeries() > 0 ? ReadVector(selection, selection.GetSeries(1), selection.GetVectorType())
+                                          : nullptr;
 }
 
 } // namespace
 
-TablePtr Transformed(SelectDataSeriesData const &selection, ProjectData const &data) {
+TablePtr Transformed(SelectDataSeriesData const &selection, ProjectData const &data,
+                     std::unique_ptr<NCDataVector<float>> &energy) {
     TransformationData const &settings = selection.GetTransformationData();
     TransformationData::TransformationType const type = settings.GetTransformationType();
     TransformInput const input{selection, data, HasAxis(selection, type)};
     switch (type) {
     case TransformationData::AutoCorrelation:
+        return AutoCorrelationOf(input, settings);
     case TransformationData::CrossCorrelation:
+        return CrossCorrelationOf(input, settings);
     case TransformationData::PowerSpectrum:
+        return PowerSpectrumOf(input, settings);
     case TransformationData::WaveletCoefficients:
+        return WaveletCoefficientsOf(input, settings);
     case TransformationData::WaveletStructure:
-        throw NotAvailable(type);
+        energy = std::make_unique<NCDataVector<float>>();
+        return WaveletStructureOf(input, settings, *energy);
     case TransformationData::SubtractVector:
         return SubtractVector(input, settings);
     case TransformationData::SubtractAndDivideVector:
@@ -63,19 +69,22 @@ TablePtr Transformed(SelectDataSeriesData const &selection, ProjectData const &d
 
 ColumnIDs TransformedColumns(SelectDataSeriesData const &selection, ColumnIDs const &columns) {
     TransformationData const &settings = selection.GetTransformationData();
-    switch (TransformationData::TransformationType const type = settings.GetTransformationType()) {
+    switch (settings.GetTransformationType()) {
     case TransformationData::AutoCorrelation:
+        return AutoCorrelationColumns(columns, settings);
     case TransformationData::CrossCorrelation:
+        return CrossCorrelationColumns(columns, settings);
     case TransformationData::PowerSpectrum:
+        return PowerSpectrumColumns(columns, settings);
     case TransformationData::WaveletCoefficients:
-    case TransformationData::WaveletStructure:
-        throw NotAvailable(type);
+    case TransformationData::WaveletStructure: {
+        TablePtr const table = FirstSeries(selection);
+        return table ? WaveletCoefficientColumns(*table, settings) : ColumnIDs(selection.GetProject());
+    }
     case TransformationData::EWMA:
         return EWMAColumns(columns, settings);
     case TransformationData::Histogram: {
-        TablePtr const table = selection.NumberOfSeries() > 0
-                                   ? ReadVector(selection, selection.GetSeries(1), selection.GetVectorType())
-                                   : nullptr;
+        TablePtr const table = FirstSeries(selection);
         return table ? HistogramColumns(*table) : ColumnIDs(selection.GetProject());
     }
     default:

@@ -22,8 +22,10 @@ struct TransformInput {
 };
 
 // The table of the selection as its transformation makes it, null when it has none, or none that these data allow; and
-// the columns of such a table, without reading more than they need. NCError for a transformation that is not available.
-TablePtr Transformed(SelectDataSeriesData const &selection, ProjectData const &data);
+// the columns of such a table, without reading more than they need.
+// A wavelet structure also tells the energy of the scales.
+TablePtr Transformed(SelectDataSeriesData const &selection, ProjectData const &data,
+                     std::unique_ptr<NCDataVector<float>> &energy);
 ColumnIDs TransformedColumns(SelectDataSeriesData const &selection, ColumnIDs const &columns);
 
 // What all of them share.
@@ -41,6 +43,19 @@ ColumnIDs SubgroupColumns(int number, ProjectPtr const &project);
 TablePtr OverSubgroups(TransformInput const &input, RowIDs labels, NCDataMatrix<float> matrix, int size);
 // The positions of the columns of each subgroup, the last of which may be incomplete, or empty.
 std::vector<std::set<int>> SubgroupsOf(int columns, int size);
+
+// Each signal by its correlation with itself or with another vector, its spectrum, its wavelet coefficients; and the
+// first one by what the selected wavelet scales tell of it. Null where there are too few values.
+TablePtr AutoCorrelationOf(TransformInput const &input, TransformationData const &settings);
+ColumnIDs AutoCorrelationColumns(ColumnIDs const &columns, TransformationData const &settings);
+TablePtr CrossCorrelationOf(TransformInput const &input, TransformationData const &settings);
+ColumnIDs CrossCorrelationColumns(ColumnIDs const &columns, TransformationData const &settings);
+TablePtr PowerSpectrumOf(TransformInput const &input, TransformationData const &settings);
+ColumnIDs PowerSpectrumColumns(ColumnIDs const &columns, TransformationData const &settings);
+TablePtr WaveletCoefficientsOf(TransformInput const &input, TransformationData const &settings);
+ColumnIDs WaveletCoefficientColumns(ProjectData const &data, TransformationData const &settings);
+TablePtr WaveletStructureOf(TransformInput const &input, TransformationData const &settings,
+                            NCDataVector<float> &energy);
 
 // Values less a vector, and divided by another; scaled by what their component explains, or to the length of 1 of their
 // loading.

@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <numbers>
 #include <sstream>
 
 namespace {
@@ -255,6 +257,108 @@ TEST_F(Transforms, ChangesTheTable) {
         std::string const table = c.table;
         EXPECT_EQ(Names(builder.BuildColumnIDs()), c.columns ? c.columns : table.substr(0, table.find('|'))) << table;
     }
+}
+
+TEST_F(Transforms, ReplacesItemsByLagsFrequenciesAndCoefficients) {
+    Answer("GetT", figures);
+    Answer("GetTPS", {12, 10, 12, 11, 13, 9, 14, 15, 13, 16}); // the same, one later
+    Answer("GetP", {1, 2, 3}, ColumnIDs::Terms);
+    // clang-format off
+    struct {
+        T::TransformationType type;
+        char const *x;
+        std::vector<char const *> series;
+        char const *cross;
+        int lags, segment, sampling;
+        bool decibel;
+        char const *table, *columns; // null: the columns are those of the table
+    } const cases[] = {
+        {T::AutoCorrelation, "", {"t"}, "", 3, 16, 0, false,
+         " 0..3| AutoCorrelation(GetT): 1 -0.01765 0.2353 0.04118", nullptr},
+        {T::AutoCorrelation, "Num", {"t", "tPS"}, "", 0, 16, 0, false,
+         " 0..0| Lag: 0| AutoCorrelation(GetT): 1| AutoCorrelation(GetTPS): 1", nullptr},
+        {T::AutoCorrelation, "", {"t"}, "", 99, 16, 0, false,
+         " 0..10| AutoCorrelation(GetT): 1 -0.01765 0.2353 0.04118 -0.2 -0.05294 -0.2824 -0.05294 -0.2 0.02941 0",
+         nullptr},
+        {T::CrossCorrelation, "Num", {"tPS"}, "t", 1, 16, 0, false,
+         " -1..1| Lag: -1 0 1| CrossCorrelation(GetTPS): 0.2412 0.01176 0.9941", nullptr},
+        {T::CrossCorrelation, "", {"t"}, "p", 1, 16, 0, false,
+         "M1.p[Comp. 1] can not be used for cross correlation with current data.", " -1..1"},
+        {T::PowerSpectrum, "", {"t"}, "", 0, 16, 1, false,
+         "10 items| GetT: 10 12 11 13 9 14 15 13 16 12", "error"},
+        {T::WaveletCoefficients, "Num", {"t"}, "", 0, 16, 0, false,
+         "Wavelet Coefficient WC_1..WC_16| Num: 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15| Wavelet Coefficient(GetT): "
+         "31.25 17.25 -1.768 9.899 -1 -2.5 14 0 -1.414 -1.414 -3.536 1.414 2.828 0 0 0", nullptr},
+    };
+    // clang-format on
+    for (auto const &c : cases) {
+        Selection selection = Make(c.x, c.series);
+        TransformationData settings;
+        settings.SetTransformationType(c.type);
+        settings.SetNumLags(c.lags);
+        settings.SetMaxLags(100);
+        settings.SetSegmentSize(c.segment);
+        settings.SetSamplingFrequency(c.sampling);
+        settings.SetAmplitudeInDecibel(c.decibel);
+        WaveletOptions haar;
+        haar.SetWaveletOrder(1);
+        haar.SetDetrend(Wavelet::None);
+        settings.SetWaveletOptions(haar);
+        if (*c.cross)
+            settings.GetCrossVector() = Vector(c.cross, *c.cross == 'p' ? Loadings : Scores);
+        selection.SetTransformationData(settings);
+        Builder const builder(&selection);
+        EXPECT_EQ(Result(builder), c.table);
+        std::string const table = c.table;
+        if (c.columns && std::string(c.columns) == "error")
+            EXPECT_THROW(builder.BuildColumnIDs(), NCInternalError);
+        else
+            EXPECT_EQ(Names(builder.BuildColumnIDs()), c.columns ? c.columns : table.substr(0, table.find('|')));
+    }
+}
+
+TEST_F(Transforms, TellsPowerAndEnergy) {
+    Floats wave;
+    for (int i = 0; i < 40; ++i)
+        wave.push_back(static_cast<float>(3 * std::cos(2 * std::numbers::pi * i / 4)));
+    Answer("GetT", wave);
+    Selection selection = Make("Num", {"t"});
+    TransformationData settings;
+    settings.SetTransformationType(T::PowerSpectrum);
+    settings.SetSegmentSize(64);
+    settings.SetSamplingFrequency(8);
+    settings.SetScalingMode(FFT::Peaks);
+    for (bool const decibel : {false, true}) {
+        settings.SetAmplitudeInDecibel(decibel);
+        selection.SetTransformationData(settings);
+        std::unique_ptr<ProjectData> const table(Builder(&selection).Build());
+        EXPECT_EQ(Names(table->GetColumnIDs()), "Frequency (Hz) 0..4");
+        EXPECT_EQ(table->Columns(), 17);
+        EXPECT_EQ(table->GetRowName(1) + table->GetRowName(2),
+                  decibel ? "Frequency (Hz)PowerSpectrum(GetT) (dB)" : "Frequency (Hz)PowerSpectrum(GetT)");
+        EXPECT_EQ(table->GetMatrix().Row(1)[8], 2) << "of 8 Hz, a wave of 4 values";
+        EXPECT_NEAR(table->GetMatrix().Row(2)[8], decibel ? 10 * std::log10(4.5) : 4.5, 1e-4);
+    }
+    settings.SetTransformationType(T::WaveletStructure);
+    BoolVector scales(4);
+    scales(1) = true;
+    scales(4) = true;
+    settings.SetWCEnergySelection(scales);
+    selection.SetTransformationData(settings);
+    selection.SetMode(Selection::Normal);
+    Builder const builder(&selection);
+    std::unique_ptr<ProjectData> const structure(builder.Build());
+    EXPECT_EQ(structure->GetRowName(1) + structure->GetRowName(2), "Scale 1Scale 4");
+    EXPECT_EQ(structure->Columns(), 40);
+    ASSERT_TRUE(builder.GetWCEnergy());
+    double sum = 0;
+    for (float const share : builder.GetWCEnergy()->Values())
+        sum += share;
+    EXPECT_NEAR(sum, 100, 1e-4);
+    settings.SetWCEnergySelection(BoolVector());
+    selection.SetTransformationData(settings);
+    std::unique_ptr<ProjectData> const untransformed(builder.Build());
+    EXPECT_EQ(Names(untransformed->GetColumnIDs()), "40 items");
 }
 
 TEST_F(Transforms, KeepsTheLimitsOfTrainingData) {
