@@ -1,11 +1,14 @@
 #include "app/Commands.h"
+#include "app/ControlChartScript.h"
 #include "app/Decorations.h"
+#include "app/DistributionScript.h"
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
 #include "app/PlotScript.h"
 #include "app/Reason.h"
 #include "app/SeriesSpecification.h"
 #include "app/TableWriter.h"
+#include "app/TransformOptions.h"
 #include "app/VariableOptions.h"
 #include "app/VectorSearch.h"
 #include "building/CreateProjectData.h"
@@ -39,6 +42,7 @@ struct BuildRequest {
     std::vector<std::string> without;
     std::vector<std::string> batches;
     std::optional<double> multiplier;
+    TransformRequest transform;
     Format format = Format::Text;
     std::filesystem::path file;
     std::filesystem::path picture;
@@ -211,14 +215,47 @@ std::vector<DrawnSeries> RowsOf(SelectDataSeriesData const &selection) {
     return rows;
 }
 
-void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table,
-          TableDates const &dates) {
-    PlotStyle style = request.style;
-    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
-    style.dates = dates;
-    Decorate(*selection.GetProject(), RowsOf(selection), selection.GetVectorType(),
-             selection.GetExtraOptions().significance, table, style);
-    WritePicture(PlotScript(table, selection.GetVectorType(), style), request.picture, request.project);
+// The tables of a selection: as it was read, and as its transformation or chart makes it, null without one.
+struct BuiltTables {
+    TablePtr plain, transformed;
+};
+
+// A picture of what its transformation makes of a selection.
+std::string ScriptOf(BuildRequest const &request, SelectDataSeriesData const &selection,
+                     ProjectDataBuilder const &builder, BuiltTables const &tables, PlotStyle style) {
+    Axis const axis = selection.GetVectorType();
+    std::string const name = tables.plain->GetRowName(1);
+    if (ControlChart const *const chart = builder.GetControlChart())
+        return ControlChartScript(*chart, selection.GetControlChartData(), tables.transformed->GetColumnIDs(), axis,
+                                  name, style);
+    TransformationData const &settings = selection.GetTransformationData();
+    if (settings.GetTransformationType() == TransformationData::Histogram)
+        return HistogramScript(tables.plain->GetMatrix()[1], name, style);
+    if (settings.GetTransformationType() == TransformationData::Dotplot) {
+        float lo = 0, hi = 0;
+        TablePtr const dots(builder.ToDotplotProjectData(false, tables.plain.get(), settings, lo, hi));
+        return DotPlotScript(*dots, lo, hi, name, style);
+    }
+    ProjectData const &shown = tables.transformed ? *tables.transformed : *tables.plain;
+    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && shown.Rows() == 2;
+    if (!tables.transformed)
+        Decorate(*selection.GetProject(), RowsOf(selection), axis, selection.GetExtraOptions().significance, shown,
+                 style);
+    return PlotScript(shown, axis, style);
+}
+
+BuiltTables ReadTables(engine::Project const &project, BuildRequest const &request,
+                       SelectDataSeriesData const &selection, ProjectDataBuilder &builder) {
+    builder.SetIsList(request.picture.empty() || selection.GetControlChartData().IsControlChart());
+    builder.SetTransformData(false);
+    TablePtr const table(builder.Build());
+    if (!table || table->Rows() != static_cast<int>(selection.VectorsInUse().size()))
+        throw MissingSeries(project, selection, table.get());
+    BuiltTables tables{Labelled(*table, selection), nullptr};
+    tables.transformed.reset(builder.Transform(tables.plain.get()));
+    if (request.transform.IsAsked() && !tables.transformed)
+        throw NothingTransformed(selection);
+    return tables;
 }
 
 void Build(BuildRequest request) {
@@ -237,21 +274,21 @@ void Build(BuildRequest request) {
     if (!request.only.empty() || !request.without.empty())
         SelectItems(selection, NamesIn(request.only.empty() ? request.without : request.only), !request.only.empty());
 
+    SetTransform(project, request.transform, selection);
+
     ProjectDataBuilder builder(&selection);
-    builder.SetIsList(request.picture.empty());
-    TablePtr const table(builder.Build());
-    if (!table || table->Rows() != static_cast<int>(selection.VectorsInUse().size()))
-        throw MissingSeries(*project, selection, table.get());
-    TablePtr const labelled = Labelled(*table, selection);
-    // What is stretched is no date any more.
-    TableDates const dates = request.scale == SelectDataSeriesData::ScaleNone
-                                 ? TableDates(*project, RowsOf(selection), *labelled)
+    BuiltTables const tables = ReadTables(*project, request, selection, builder);
+    // What is stretched or transformed is no date any more.
+    TableDates const dates = request.scale == SelectDataSeriesData::ScaleNone && !tables.transformed
+                                 ? TableDates(*project, RowsOf(selection), *tables.plain)
                                  : TableDates();
-    if (!request.picture.empty())
-        Draw(request, selection, *labelled, dates);
+    if (!request.picture.empty()) {
+        request.style.dates = dates;
+        WritePicture(ScriptOf(request, selection, builder, tables, request.style), request.picture, request.project);
+    }
     if (request.picture.empty() || !request.file.empty()) {
         Output output(request.file, request.project);
-        WriteTable(*labelled, dates, request.format, output);
+        WriteTable(tables.transformed ? *tables.transformed : *tables.plain, dates, request.format, output);
         output.Finish();
     }
 }
@@ -285,6 +322,7 @@ void AddBuildCommand(CLI::App &program) {
                         "The batches shown; of aligned batches also Average and Std.Dev.");
     for (CLI::Option *const list : {only, command->get_option("--without"), command->get_option("--batches")})
         list->type_name("NAME,...")->allow_extra_args(false);
+    AddTransformOptions(*command, request->transform);
     AddFormatOption(*command, request->format);
     command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
     command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
@@ -300,7 +338,16 @@ void AddBuildCommand(CLI::App &program) {
         "Num counts the items.\n"
         "Without any vector the default one is shown. Two axes, or an axis and a series, are drawn against each "
         "other.\n"
+        "A control chart of predicted observations takes its limits from those of the model. Rings mark what is "
+        "outside; on\n"
+        "charts of means also runs, with the number of the rule of Western Electric.\n"
+        "A VECTOR to subtract or to divide by runs along the same items; Average:t:1 and Std.Dev.:t:1 are those of "
+        "all\n"
+        "aligned batches, found by the time of each observation. ewma averages with the settings of a chart; r2x "
+        "scales\n"
+        "by what the component explains, normalize to loadings of length 1.\n"
         "Example: dataseries build wine.project --x t:1 --y t:2 --plot scores.png\n"
+        "         dataseries build wine.project --series t:1 --chart shewhart --subgroup 4 --plot chart.png\n"
         "         dataseries build oil.project --x YVar:octane --series YPred:octane --format csv -o fit.csv");
     command->callback([request] { Build(*request); });
 }

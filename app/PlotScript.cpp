@@ -8,7 +8,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <numeric>
@@ -17,8 +16,7 @@ namespace {
 
 using Axis = ProjectVector::VectorTypeEnum;
 
-// About the size of a letter, in pixels: of axis labels, and of labels of points.
-constexpr double letterWidth = 7.5;
+// About the size of a letter of a label of points, in pixels.
 constexpr double smallLetterWidth = 6.0;
 constexpr double smallLetterHeight = 12.0;
 // More bars than these can't be told apart: such a row (a spectrum) is a curve.
@@ -71,7 +69,6 @@ private:
     std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
     std::vector<std::size_t> ItemsOfCurve(std::size_t row) const;
     void WriteLines();
-    void WriteItemTics(bool isBars);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
     // Over the points, along the axis that has a row's values, and as far as `reach` to both sides of 0.
@@ -84,7 +81,7 @@ private:
     std::string Name(std::size_t row) const {
         return m_dates.AreDates(row) ? m_dates.Name(m_table, row) : m_table.GetRowName(static_cast<int>(row) + 1);
     }
-    std::string Item(std::size_t item) const { return Shortened(m_table.GetColumnName(static_cast<int>(item) + 1)); }
+    std::string Item(std::size_t item) const { return ItemLabel(m_table.GetColumnIDs(), item); }
     std::string Style(std::size_t row) const { return " lc rgb " + SeriesColour(row); }
     // A value as it is drawn: a date as seconds since 1970.
     double At(std::size_t row, std::size_t item) const {
@@ -109,17 +106,12 @@ private:
 void Script::WriteSeries() {
     bool const isBars = m_axis != ProjectVector::VectorTypeVariablesScores && m_axis != ProjectVector::VectorTypeLag &&
                         m_axis != ProjectVector::VectorTypeAligned && m_table.Columns() <= mostBars;
-    std::string title = m_table.GetColumnIDs().GetRowTitle(1);
-    if (title.empty()) {
-        title = ItemOf(m_axis);
-        title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
-    }
-    SetLabel("x", title);
+    SetLabel("x", ItemsTitle(m_table.GetColumnIDs(), m_axis));
     if (m_rows.size() == 1)
         SetLabel("y", Name(0));
     double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
     m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
-    WriteItemTics(isBars);
+    m_text += ItemTics(m_table.GetColumnIDs(), m_style, isBars);
     if (isBars)
         WriteBars();
     else
@@ -134,25 +126,6 @@ std::string Script::WriteLimit() {
     m_text += "set yrange [0:*]\nset label " + Quoted(m_style.limitLabel) + " at graph 0.995,first " + at +
               " right front offset 0,0.5 font ',9' textcolor rgb '#c0392b'\n";
     return ", " + at + " with lines lc rgb '#c0392b' lw 1.2 dt 2 notitle";
-}
-
-// Labels of items below the axis: all of them, turned where they need it, or as many as have room side by side.
-void Script::WriteItemTics(bool isBars) {
-    std::size_t const count = static_cast<std::size_t>(m_table.Columns());
-    std::size_t widest = 1;
-    for (std::size_t item = 0; item < count; item += std::max<std::size_t>(1, count / 1000))
-        widest = std::max(widest, TextWidth(Item(item)));
-    double const room = 0.85 * m_style.width;
-    auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
-    std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
-    bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);
-    std::size_t const step = isTurned ? 1 : (count + level - 1) / level;
-    m_text += isTurned ? "set lmargin 13\nset xtics rotate by 35 right (" : "set xtics (";
-    for (std::size_t item = 0; item < count; item += step)
-        m_text += (item > 0 ? "," : "") + QuotedFormat(Item(item)) + " " + std::to_string(item + 1);
-    m_text += ")\n";
-    if (isBars)
-        m_text += "unset grid\nset grid ytics lt 1 lc rgb '#ececec' lw 1\n";
 }
 
 void Script::WriteBars() {

@@ -1,8 +1,10 @@
 #include "app/ScriptText.h"
 
 #include "app/Output.h"
+#include "app/VectorSearch.h"
 #include "platform/containers/Missing.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
@@ -12,6 +14,8 @@ namespace {
 constexpr std::array<char const *, 8> colours = {"#1f5fa8", "#d9642b", "#2e8b57", "#8e4ba8",
                                                  "#b8860b", "#c0394b", "#2aa0a0", "#5f6b73"};
 constexpr std::size_t longestLabel = 20;
+// About the width of a letter of an axis label, in pixels.
+constexpr double letterWidth = 7.5;
 
 } // namespace
 
@@ -69,5 +73,37 @@ std::string ScriptHead(PlotStyle const &style) {
                    "set key tmargin right horizontal samplen 2 textcolor rgb '#303030'\n";
     if (!style.title.empty())
         text += "set title " + Quoted(style.title) + "\n";
+    return text;
+}
+
+std::string ItemsTitle(ColumnIDs const &items, ProjectVector::VectorTypeEnum axis) {
+    std::string title = items.GetRowTitle(1);
+    if (title.empty()) {
+        title = ItemOf(axis);
+        title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
+    }
+    return title;
+}
+
+std::string ItemLabel(ColumnIDs const &items, std::size_t item) {
+    return Shortened(items.GetName(static_cast<int>(item) + 1));
+}
+
+std::string ItemTics(ColumnIDs const &items, PlotStyle const &style, bool isBars) {
+    auto const count = static_cast<std::size_t>(items.Size());
+    std::size_t widest = 1;
+    for (std::size_t item = 0; item < count; item += std::max<std::size_t>(1, count / 1000))
+        widest = std::max(widest, TextWidth(ItemLabel(items, item)));
+    double const room = 0.85 * style.width;
+    auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
+    std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
+    bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);
+    std::size_t const step = isTurned ? 1 : (count + level - 1) / level;
+    std::string text = isTurned ? "set lmargin 13\nset xtics rotate by 35 right (" : "set xtics (";
+    for (std::size_t item = 0; item < count; item += step)
+        text += (item > 0 ? "," : "") + QuotedFormat(ItemLabel(items, item)) + " " + std::to_string(item + 1);
+    text += ")\n";
+    if (isBars)
+        text += "unset grid\nset grid ytics lt 1 lc rgb '#ececec' lw 1\n";
     return text;
 }

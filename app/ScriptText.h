@@ -20,3 +20,10 @@ bool IsShown(float value);
 std::string SeriesColour(std::size_t position);
 // Terminal, borders, grid, key and title.
 std::string ScriptHead(PlotStyle const &style);
+
+// What the items along the axis are called, all of them and the one at a position from 0; and labels below the axis,
+// where they stand at 1, 2, ...: all of them, those of bars turned where they need it, or as many as have room side by
+// side.
+std::string ItemsTitle(ColumnIDs const &items, ProjectVector::VectorTypeEnum axis);
+std::string ItemLabel(ColumnIDs const &items, std::size_t item);
+std::string ItemTics(ColumnIDs const &items, PlotStyle const &style, bool isBars);
