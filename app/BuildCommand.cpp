@@ -7,6 +7,7 @@
 #include "app/PlotScript.h"
 #include "app/Reason.h"
 #include "app/SeriesSpecification.h"
+#include "app/SpectralScript.h"
 #include "app/TableWriter.h"
 #include "app/TransformOptions.h"
 #include "app/VariableOptions.h"
@@ -235,6 +236,19 @@ std::string ScriptOf(BuildRequest const &request, SelectDataSeriesData const &se
         float lo = 0, hi = 0;
         TablePtr const dots(builder.ToDotplotProjectData(false, tables.plain.get(), settings, lo, hi));
         return DotPlotScript(*dots, lo, hi, name, style);
+    }
+    switch (settings.GetTransformationType()) {
+    case TransformationData::AutoCorrelation:
+    case TransformationData::CrossCorrelation:
+        return CorrelationScript(*tables.transformed, tables.plain->Columns(), style);
+    case TransformationData::PowerSpectrum:
+        return SpectrumScript(*tables.transformed, settings.HasAmplitudeInDecibel(), style);
+    case TransformationData::WaveletCoefficients:
+        return CoefficientScript(*tables.transformed, style);
+    case TransformationData::WaveletStructure:
+        return StructureScript(*tables.transformed, *builder.GetWCEnergy(), axis, style);
+    default:
+        break;
     }
     ProjectData const &shown = tables.transformed ? *tables.transformed : *tables.plain;
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && shown.Rows() == 2;

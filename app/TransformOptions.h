@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -19,6 +20,11 @@ struct TransformRequest {
     std::optional<int> subgroup;
     std::optional<double> target, stdDev, lambda, allowance, interval;
     bool isForecast = false;
+    // Of correlations, spectra and wavelets.
+    std::optional<int> detrend, lags, segment, window, frequency, order;
+    std::optional<Wavelet::WaveletFunctionType> function;
+    bool isOverlapping = false, isLinear = false, isOfPeaks = false, isUnpadded = false;
+    std::vector<int> scales;
 
     bool IsAsked() const { return chart != ControlChartData::None || !transformation.empty(); }
 };

@@ -36,6 +36,10 @@ TEST_F(Charts, ListChartsAndTransforms) {
         {"--transform histogram", "\n9.7,2\n11.1,1\n12.5,4\n13.9,1\n15.3,2\n"},
         {"--transform dot-plot", "\na,9.5,2\nb,11.5,2\nc,11.5,1\n"},
         {"--transform subtract:VarDS:w@DS1", "\na,9\nb,7\nc,8\n"},
+        {"--transform auto-correlation --lags 1 --detrend linear", "\n0,1\n1,-0.483347"},
+        {"--transform cross-correlation:VarDS:v@DS1 --lags 1", "\n-1,-0.0176470596\n0,1\n1,-0.0176470596\n"},
+        {"--transform wavelet-coefficients --order 1 --detrend none --no-padding", "\nWC_1,15.5563488\n"},
+        {"--transform wavelet-structure --order 1 --detrend none --scales 1", "\na,7.8125\n"},
         {"--transform subtract-divide:VarDS:w@DS1,VarDS:w@DS1 --series VarDS:w@DS1", "\na,9,0\nb,1.39999998,0\n"}};
     for (auto const &row : cases)
         EXPECT_THAT(Done(std::string("build a.project --format csv --series VarDS:v@DS1 ") + row.arguments),
@@ -66,6 +70,9 @@ TEST_F(Charts, AreDrawn) {
                        {"--chart shewhart-ewma --lambda 0.3", ">EWMA UCL 15.48<", ">+2 SD"},
                        {"--transform histogram", ">normal curve, mean 12.5, SD 2.173<", ">Num<"},
                        {"--transform dot-plot", ">Count<", ">Num<"},
+                       {"--transform auto-correlation", ">95 % of noise<", ">Num<"},
+                       {"--transform wavelet-coefficients", ">Wavelet Coefficient<", "noise"},
+                       {"--transform wavelet-structure --scales 2,5", ">Scale 5: ", "Scale 1:"},
                        {"--transform ewma", "EWMA(Filtered)", "UCL"}};
     for (auto const &row : cases) {
         Done(std::string("build a.project --series VarDS:v@DS1 --plot x.svg ") + row.arguments);
@@ -96,6 +103,13 @@ TEST_F(Charts, TellWhatTheyCantShow) {
         {"--chart ewma --subgroup 0", 2, "--subgroup is no number of 1 or more"},
         {"--chart ewma --subgroup 11", 1, "The series does not fill one subgroup of 11 values."},
         {"--transform ewma --subgroup 6", 1, "The subgroup size must be smaller than half the number of observations."},
+        {"--transform ewma --detrend mean", 2, "--detrend only with a correlation, a spectrum or wavelets"},
+        {"--transform power-spectrum --lags 3", 2, "--lags only with a correlation"},
+        {"--transform auto-correlation --order 3", 2, "--order and --no-padding only with wavelets"},
+        {"--transform auto-correlation --x t", 2, "--transform auto-correlation shows series without --x and --y"},
+        {"--transform cross-correlation", 2, "names 0 vectors in place of 1"},
+        {"--transform power-spectrum", 1, "The series has fewer than 16 observations, which a spectrum needs."},
+        {"--transform wavelet-structure --scales 9", 1, "none of the scales that are asked for"},
         {"--transform round", 2, "\"round\" is no transformation"},
         {"--transform subtract", 2, "\"subtract\" names 0 vectors in place of 1"},
         {"--transform subtract:t,t", 2, "names 2 vectors in place of 1"},
