@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -47,6 +48,23 @@ TEST(FFT, CorrelatesRows) {
     std::rotate(rotated.begin(), rotated.end() - 2, rotated.end());
     FFT::CrossCorrelation(chartRow, rotated, FFT::Mean, 3, found);
     ExpectNear(found, {0.029412f, -0.329412f, 0.017647f, 0.035294f, 0.052941f, 0.705882f, -0.017647f});
+    // Rows of several blocks, against the sums themselves.
+    std::mt19937 random(3);
+    std::normal_distribution<float> normal;
+    for (auto const &[size, lags] : {std::pair(1, 2), {7, 6}, {8193, 40}, {20000, 3000}}) {
+        Row x(static_cast<std::size_t>(size)), y = x;
+        std::ranges::generate(x, [&] { return normal(random); });
+        std::ranges::generate(y, [&] { return normal(random); });
+        FFT::CrossCorrelation(x, y, FFT::None, lags, found);
+        double const norm = std::sqrt(std::inner_product(x.begin(), x.end(), x.begin(), 0.0) *
+                                      std::inner_product(y.begin(), y.end(), y.begin(), 0.0));
+        for (int const lag : {-lags, -1, 0, 1, lags}) {
+            double sum = 0;
+            for (int i = std::max(0, -lag); i < std::min(size, size - lag); ++i)
+                sum += static_cast<double>(x[static_cast<std::size_t>(i)]) * y[static_cast<std::size_t>(i + lag)];
+            EXPECT_NEAR(found[lags + 1 + lag], sum / norm, 1e-6) << size << ' ' << lag;
+        }
+    }
     // Symmetric with itself, 0 beyond the ends, missing where there is nothing to correlate.
     FFT::CrossCorrelation(chartRow, chartRow, FFT::Linear, 12, found);
     for (int lag = 0; lag <= 12; ++lag)
