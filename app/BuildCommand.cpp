@@ -44,6 +44,7 @@ struct BuildRequest {
     std::vector<std::string> batches;
     std::optional<double> multiplier;
     TransformRequest transform;
+    bool isProbability = false; // a picture against normal probabilities
     Format format = Format::Text;
     std::filesystem::path file;
     std::filesystem::path picture;
@@ -226,6 +227,8 @@ std::string ScriptOf(BuildRequest const &request, SelectDataSeriesData const &se
                      ProjectDataBuilder const &builder, BuiltTables const &tables, PlotStyle style) {
     Axis const axis = selection.GetVectorType();
     std::string const name = tables.plain->GetRowName(1);
+    if (request.isProbability)
+        return ProbabilityScript(tables.transformed ? *tables.transformed : *tables.plain, name, style);
     if (ControlChart const *const chart = builder.GetControlChart())
         return ControlChartScript(*chart, selection.GetControlChartData(), tables.transformed->GetColumnIDs(), axis,
                                   name, style);
@@ -289,6 +292,9 @@ void Build(BuildRequest request) {
         SelectItems(selection, NamesIn(request.only.empty() ? request.without : request.only), !request.only.empty());
 
     SetTransform(project, request.transform, selection);
+    if (request.isProbability && (request.picture.empty() || selection.GetMode() != SelectDataSeriesData::Normal ||
+                                  selection.NumberOfSeries() != 1))
+        throw UsageError("--probability shows one series, without --x and --y, in a picture: --plot FILE");
 
     ProjectDataBuilder builder(&selection);
     BuiltTables const tables = ReadTables(*project, request, selection, builder);
@@ -337,6 +343,8 @@ void AddBuildCommand(CLI::App &program) {
     for (CLI::Option *const list : {only, command->get_option("--without"), command->get_option("--batches")})
         list->type_name("NAME,...")->allow_extra_args(false);
     AddTransformOptions(*command, request->transform);
+    command->add_flag("--probability", request->isProbability,
+                      "The picture of a series against normal probabilities, such as of residuals");
     AddFormatOption(*command, request->format);
     command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
     command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");

@@ -82,3 +82,38 @@ std::string DotPlotScript(ProjectData const &dots, float lo, float hi, std::stri
            "]\nset yrange [0:" + Number(top) + "]\nunset grid\nplot $dots using 1:2 with points pt 7 ps " +
            Number(size) + " lc rgb " + SeriesColour(0) + " notitle\n";
 }
+
+std::string ProbabilityScript(ProjectData const &table, std::string const &name, PlotStyle const &style) {
+    std::span<float const> const values = table.GetMatrix().Row(1);
+    std::vector<std::size_t> order;
+    for (std::size_t item = 0; item < values.size(); ++item)
+        if (IsShown(values[item]))
+            order.push_back(item);
+    std::ranges::stable_sort(order, {}, [&](std::size_t item) { return values[item]; });
+    NCDataVector<float> sorted;
+    for (std::size_t const item : order)
+        sorted.push_back(values[item]);
+    double const count = static_cast<double>(order.size());
+    double const mean = sorted.GetMean(), deviation = count > 1 ? std::sqrt(sorted.GetSS() / (count - 1)) : 0;
+    if (!(deviation > 0))
+        throw Problem(ExceptionMessage::translate("A normal probability plot needs two different values at least."));
+    constexpr std::size_t named = 3; // at each end
+    std::string points, labels, tics;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        std::string const place = Number(values[order[i]]) + " " + Number((static_cast<double>(i) + 0.5) / count);
+        points += place + "\n";
+        if (i < named || i + named >= order.size())
+            labels += place + " " + Quoted(ItemLabel(table.GetColumnIDs(), order[i])) + "\n";
+    }
+    for (double const percent : {0.01, 0.1, 1.0, 5.0, 20.0, 50.0, 80.0, 95.0, 99.0, 99.9, 99.99})
+        tics += (tics.empty() ? "" : ", ") + QuotedFormat(Number(percent) + " %") + " invnorm(" +
+                Number(percent / 100) + ")";
+    return ScriptHead(style) + "set xlabel " + Quoted(name) +
+           "\nset ylabel \"Normal probability\"\nset offsets graph 0.04, graph 0.04\nset key left\n$points << EOD\n" +
+           points + "EOD\n$labels << EOD\n" + labels + "EOD\nset yrange [invnorm(" + Number(0.25 / count) +
+           "):invnorm(" + Number(1 - 0.25 / count) + ")]\nset ytics (" + tics + ")\nplot (x-(" + Number(mean) + "))/" +
+           Number(deviation) + " with lines lw 1.5 lc rgb " + SeriesColour(1) + " title " +
+           Quoted("normal, mean " + Figure(mean) + ", SD " + Figure(deviation)) +
+           ", $points using 1:(invnorm($2)) with points pt 7 ps 0.6 lc rgb " + SeriesColour(0) +
+           " notitle, $labels using 1:(invnorm($2)):3 with labels offset 0,0.7 font \",8\" tc rgb '#555555' notitle\n";
+}
