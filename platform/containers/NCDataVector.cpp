@@ -42,11 +42,11 @@ void NCDataVector<T>::Sort(NCIntegralVector<int, -99> &destination, bool ascendi
     NCIntegralVector<int, -99> order(Size());
     std::span<int> const positions = order.MutableValues();
     std::iota(positions.begin(), positions.end(), 1);
-    T const *const values = m_storage.Data() - 1;
-    auto const observed = [&](int position) { return values[position] != MissingMark; };
+    T const *const values = m_storage.Data();
+    auto const observed = [&](int position) { return values[position - 1] != MissingMark; };
     std::span<int> const present(positions.begin(),
                                  std::stable_partition(positions.begin(), positions.end(), observed));
-    auto const value = [&](int position) { return values[position]; };
+    auto const value = [&](int position) { return values[position - 1]; };
     if (ascending)
         std::ranges::stable_sort(present, std::ranges::less(), value);
     else

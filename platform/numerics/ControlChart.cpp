@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <numbers>
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -129,13 +130,17 @@ void ControlChart::Summarise(NCDataVector<float> const &values) {
                                     IsMissing);
         if (observed.empty())
             continue;
-        NCDataVector<float> const subgroup{std::span<float const>(observed)};
-        means[point] = ToStored(subgroup.GetMean());
+        auto const count = static_cast<double>(observed.size());
+        double const mean = std::accumulate(observed.begin(), observed.end(), 0.0) / count;
+        means[point] = ToStored(mean);
         if (observed.size() == 1)
             continue;
         auto const [least, most] = std::ranges::minmax(observed);
         ranges[point] = most - least;
-        spreads[point] = ToStored(std::sqrt(subgroup.GetSS() / static_cast<double>(observed.size() - 1)));
+        double squares = 0;
+        for (float const value : observed)
+            squares += (value - mean) * (value - mean);
+        spreads[point] = ToStored(std::sqrt(squares / (count - 1)));
     }
 }
 
