@@ -333,8 +333,8 @@ private:
             return aligned ? builder.CreateAlignDModXContributionDataSeries(model, Size(), m_points, true)
                            : builder.CreateDModXContributionDataSeries(model, Size(), m_group);
         case ContributionQuestion::DModY:
-            return aligned ? builder.CreateAlignDModYContributionDataSeries(model, Size(), m_points, true)
-                           : builder.CreateDModYContributionDataSeries(model, Size(), m_group);
+            return aligned ? builder.CreateAlignDModYContributionDataSeries(model, -1, m_points, true)
+                           : builder.CreateDModYContributionDataSeries(model, -1, m_group);
         default:
             return aligned ? builder.CreateAlignYPredContributionDataSeries(model, Response(), Size(),
                                                                             m_referencePoints, true, m_points, true)

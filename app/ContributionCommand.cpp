@@ -123,6 +123,8 @@ void Check(CLI::App const &command, ContributionQuestion &question) {
     question.ofBatches = ofBatches;
     if (question.kind != Score && command.count("--weight") > 0)
         throw UsageError("--weight is for --score");
+    if (question.kind == DModY && command.count("--components") > 0)
+        throw UsageError("--components is not for --dmody, which is that to the whole model");
     if (question.kind == Score)
         question.weights = NamesIn(question.weights);
 }
@@ -144,8 +146,9 @@ void AddQuestion(CLI::App &command, ContributionQuestion &question) {
         list->type_name("NAME,...")->allow_extra_args(false);
     batch->type_name("NAME[@MATURITY],...")->allow_extra_args(false);
     command
-        .add_option("--components", question.components,
-                    "Of scores those explained (1,2), else the last one of the model (all)")
+        .add_option(
+            "--components", question.components,
+            "Of scores those explained (1,2), for --dmodx and --ypred\nthe last one of the model that is asked (all)")
         ->type_name("N,...")
         ->delimiter(',')
         ->allow_extra_args(false);
