@@ -17,7 +17,7 @@ std::string Block(std::string const &name, std::string const &lines) {
 }
 
 std::string BarsPanel(Contribution const &contribution, std::size_t count) {
-    std::size_t const all = contribution.bars.size() + static_cast<std::size_t>(contribution.missing);
+    std::size_t const all = contribution.bars.size();
     std::string const cut =
         count < all ? " (" + std::to_string(count) + " largest of " + std::to_string(all) + ")" : "";
     std::string lines, tics;
