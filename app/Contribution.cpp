@@ -231,9 +231,13 @@ private:
         int const place = PlaceOf(batch);
         TablePtr const maturity =
             ReadBatch(m_project, {m_question.ofPredictions ? "YVarPS" : "YVar", m_question.model}, place);
+        std::size_t const before = points.size();
         for (std::size_t point = 0; point < m_maturity.size(); ++point)
             if (!IsMissing(maturity->GetMatrix().Row(1)[point]))
                 points.emplace_back(batch, m_maturity[point]);
+        if (points.size() == before)
+            throw Problem(ExceptionMessage::translate("Batch \"{1}\" has none of the aligned points of {2}.") % batch %
+                          m_name);
     }
 
     void AddPointsOut(std::vector<std::string> const &names) {
