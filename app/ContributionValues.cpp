@@ -108,6 +108,14 @@ ContributionValues::ContributionValues(boost::shared_ptr<engine::Project> const 
     if (m_isDistance)
         for (auto &[batch, maturity] : m_referencePoints)
             batch.clear();
+    ProjectUtilities::BatchConverter const places(*m_project, m_model, IsPredicted());
+    for (BatchPoints const &group : {m_points, m_referencePoints})
+        for (auto const &[batch, maturity] : group)
+            if (!batch.empty() && !m_places.contains(batch)) {
+                std::vector<int> place;
+                places.FromBatchToIndex({batch}, place);
+                m_places[batch] = place.at(0);
+            }
     ColumnIDs const points = ReadBatch(m_project, Question(1, "Var", false), -1)->GetColumnIDs();
     for (int point = 1; point <= points.Size(); ++point)
         m_maturity.push_back(points.GetFloatValue(point));
@@ -135,9 +143,7 @@ ContributionValues::Values ContributionValues::Rows(int term, std::string const 
 ContributionValues::Values ContributionValues::Batch(int term, std::string const &name) const {
     if (name.empty())
         return FirstRow(ReadBatch(m_project, Question(term, "Var", false), -1));
-    std::vector<int> indexes;
-    ProjectUtilities::BatchConverter(*m_project, m_model, IsPredicted()).FromBatchToIndex({name}, indexes);
-    return FirstRow(ReadBatch(m_project, Question(term, "Var", IsPredicted()), indexes.at(0)));
+    return FirstRow(ReadBatch(m_project, Question(term, "Var", IsPredicted()), m_places.at(name)));
 }
 
 std::size_t ContributionValues::NearestPoint(float maturity) const {

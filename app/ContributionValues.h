@@ -3,6 +3,7 @@
 #include "engine/Project.h"
 #include "specification/ProjectVectorData.h"
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,7 +48,6 @@ public:
 
 private:
     using Values = std::vector<float>;
-    using Batches = std::vector<std::string>;
 
     bool IsPredicted() const { return m_asked.GetProjectVector()->GetObsPredType() == ProjectVector::Predicted; }
     bool IsAligned() const { return m_asked.GetProjectVector()->IsAlignedContribution(); }
@@ -68,5 +68,6 @@ private:
     bool m_isDistance, m_isOfY;
     std::vector<int> m_rows, m_referenceRows;
     BatchPoints m_points, m_referencePoints;
-    Values m_maturity; // of the aligned points
+    std::map<std::string, int> m_places; // of the batches of both groups
+    Values m_maturity;                   // of the aligned points
 };
