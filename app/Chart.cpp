@@ -84,6 +84,8 @@ public:
         return all;
     }
 
+    ProjectVectorData SumsOfModelAsked() const { return Find(m_question.model)->sums; }
+
 private:
     struct Phase {
         std::string name;
@@ -201,4 +203,8 @@ std::vector<ChartPhase> ReadChart(boost::shared_ptr<engine::Project> const &proj
 
 ChartSums ReadSums(boost::shared_ptr<engine::Project> const &project, ChartQuestion const &question) {
     return ChartReader(project, question).Sums();
+}
+
+ProjectVectorData ChartedSums(boost::shared_ptr<engine::Project> const &project, ChartQuestion const &question) {
+    return ChartReader(project, question).SumsOfModelAsked();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/Project.h"
+#include "specification/ProjectVectorData.h"
 
 #include <string>
 #include <vector>
@@ -48,3 +49,6 @@ struct ChartSums {
 };
 // Errors as above.
 ChartSums ReadSums(boost::shared_ptr<engine::Project> const &project, ChartQuestion const &question);
+
+// What tells how far batches are outside in the model asked alone. Errors as above.
+ProjectVectorData ChartedSums(boost::shared_ptr<engine::Project> const &project, ChartQuestion const &question);

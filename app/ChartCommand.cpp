@@ -26,15 +26,6 @@ struct ChartRequest {
     PlotStyle style;
 };
 
-// With as many digits as other commands write.
-Listing::Cell Figure(double value, Format format) {
-    char buffer[32];
-    int const digits = format == Format::Text ? 6 : 9;
-    Listing::Cell cell(std::string(NumberText(static_cast<float>(value), digits, buffer)));
-    cell.isNumber = true;
-    return cell;
-}
-
 BatchCurve const *CurveOf(ChartPhase const &phase, std::string const &batch) {
     auto const found = std::ranges::find(phase.curves, batch, &BatchCurve::batch);
     return found == phase.curves.end() ? nullptr : &*found;
@@ -62,9 +53,9 @@ Listing FiguresOf(std::vector<ChartPhase> const &phases, std::vector<std::string
             float const lower = phase.lower.empty() ? missingValue : phase.lower[point];
             std::vector<Listing::Cell> row = {phase.name, point + 1};
             for (float const value : {phase.maturity[point], phase.average[point], lower, phase.upper[point]})
-                row.push_back(Figure(value, format));
+                row.push_back(Listing::Figure(value, format));
             for (BatchCurve const *const curve : curves)
-                row.push_back(Figure(curve ? curve->values[point] : missingValue, format));
+                row.push_back(Listing::Figure(curve ? curve->values[point] : missingValue, format));
             listing.Add(std::move(row));
         }
     }
@@ -102,7 +93,7 @@ Listing OutsideOf(std::vector<ChartPhase> const &phases, std::vector<std::string
         for (ChartPhase const &phase : phases) {
             BatchCurve const *const curve = CurveOf(phase, batch);
             Departure const departure = curve ? DepartureOf(phase, *curve) : Departure();
-            auto const at = [&](std::size_t point) { return Figure(phase.maturity[point], format); };
+            auto const at = [&](std::size_t point) { return Listing::Figure(phase.maturity[point], format); };
             if (departure.count > 0)
                 listing.Add({batch, phase.name, phase.maturity.size(), departure.count, at(departure.first),
                              at(departure.last), departure.run, at(departure.runFrom)});
@@ -116,9 +107,9 @@ Listing ListingOf(ChartSums const &sums, Format format) {
         headings.insert(headings.end(), sums.phases.begin(), sums.phases.end());
     Listing listing(headings);
     for (BatchSum const &batch : sums.batches) {
-        std::vector<Listing::Cell> row = {batch.batch, Figure(batch.Total(), format)};
+        std::vector<Listing::Cell> row = {batch.batch, Listing::Figure(batch.Total(), format)};
         for (std::size_t phase = 0; headings.size() > 2 && phase < sums.phases.size(); ++phase)
-            row.push_back(Figure(batch.sums[phase], format));
+            row.push_back(Listing::Figure(batch.sums[phase], format));
         listing.Add(std::move(row));
     }
     return listing;

@@ -18,15 +18,6 @@ constexpr double tolerance = 1e-5;
 // Of a bar with its name, in pixels; the batches with the smallest sums are left out where there is no room.
 constexpr double roomOfBar = 18;
 
-// 1, 2 or 5 times a power of ten, not below a number.
-double RoundStep(double least) {
-    double const power = std::pow(10, std::floor(std::log10(least)));
-    for (double const factor : {1, 2, 5})
-        if (factor * power >= least)
-            return factor * power;
-    return 10 * power;
-}
-
 // Where a maturity lies among those of the points, from 0.
 double PlaceOf(std::vector<float> const &maturity, double value) {
     auto const after = std::ranges::find_if(maturity, [value](float each) { return each >= value; });

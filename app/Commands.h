@@ -14,6 +14,7 @@ void AddCentreCommand(CLI::App &program);
 void AddTableCommand(CLI::App &program);
 void AddPlotCommand(CLI::App &program);
 void AddChartCommand(CLI::App &program);
+void AddContributionCommand(CLI::App &program);
 void AddClassesCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);

@@ -35,6 +35,13 @@ Listing::Cell::Cell(double value) : isNumber(true) {
     text = buffer;
 }
 
+Listing::Cell Listing::Figure(double value, Format format) {
+    char buffer[32];
+    Cell cell(std::string(NumberText(static_cast<float>(value), format == Format::Text ? 6 : 9, buffer)));
+    cell.isNumber = true;
+    return cell;
+}
+
 void Listing::Write(Output &output, Format format) const {
     switch (format) {
     case Format::Text:

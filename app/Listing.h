@@ -32,6 +32,9 @@ public:
 
     explicit Listing(std::vector<std::string> headings) : m_headings(std::move(headings)) {}
 
+    // A number with six significant digits as text, else nine; nothing for a missing value.
+    static Cell Figure(double value, Format format);
+
     void Add(std::vector<Cell> row) { m_rows.push_back(std::move(row)); }
     void Write(Output &output, Format format) const;
 

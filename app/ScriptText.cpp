@@ -50,6 +50,14 @@ std::string Number(double value) {
     return std::string(NumberText(static_cast<float>(value), 7, buffer));
 }
 
+double RoundStep(double least) {
+    double const power = std::pow(10, std::floor(std::log10(least)));
+    for (double const factor : {1, 2, 5})
+        if (factor * power >= least)
+            return factor * power;
+    return 10 * power;
+}
+
 bool IsShown(float value) {
     return !IsMissing(value) && std::isfinite(value);
 }

@@ -14,6 +14,8 @@ std::string QuotedFormat(std::string const &text);
 // As much of a label as a picture has room for.
 std::string Shortened(std::string const &text);
 std::string Number(double value);
+// 1, 2 or 5 times a power of ten, not below a number above 0: a step of an axis.
+double RoundStep(double least);
 // Whether a cell has a value to draw.
 bool IsShown(float value);
 // Of the series at a position from 0, for "lc rgb".

@@ -63,6 +63,7 @@ int Run(int count, char **arguments) {
     AddTableCommand(program);
     AddPlotCommand(program);
     AddChartCommand(program);
+    AddContributionCommand(program);
     AddClassesCommand(program);
     AddBuildCommand(program);
     AddDefaultsCommand(program);

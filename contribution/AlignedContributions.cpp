@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <set>
-#include <unordered_map>
 #include <unordered_set>
 
 using Selection = SelectDataSeriesData;
@@ -19,11 +18,8 @@ namespace {
 class AlignedObservations {
 public:
     AlignedObservations(NCProject const &project, int model, bool predicted)
-        : m_observations(project.GetObservations()), m_rows(project, model, predicted), m_maturity(m_rows.Maturity()) {
-        int position = 0;
-        for (ObservationInfo const &row : m_rows.Observations())
-            m_positionOf.emplace(row.GetUniqueID(), ++position);
-    }
+        : m_observations(project.GetObservations()), m_rows(project, model, predicted), m_maturity(m_rows.Maturity()),
+          m_positionOf(m_rows.Observations()) {}
 
     Point First(unsigned long observation, Point const &second) const {
         return observation == averageBatch ? Point("", second.second) : PointOf(observation);
@@ -44,15 +40,15 @@ private:
     // An observation that is no row has its batch all the same, and the maturity 0.
     Point PointOf(unsigned long observation) const {
         ObservationInfo const info = m_observations[static_cast<std::uint32_t>(observation)];
-        auto const found = m_positionOf.find(info.GetUniqueID());
-        bool const isThere = found != m_positionOf.end() && found->second <= m_maturity.Size();
-        return Point(info.GetBatchName(m_observations), isThere ? m_maturity[found->second] : 0.0f);
+        int const position = m_positionOf.Of(info.GetUniqueID());
+        bool const isThere = position >= 1 && position <= m_maturity.Size();
+        return Point(info.GetBatchName(m_observations), isThere ? m_maturity[position] : 0.0f);
     }
 
     NCObservations const &m_observations;
     ModelRows m_rows;
     NCDataVector<float> m_maturity;
-    std::unordered_map<std::uint32_t, int> m_positionOf;
+    RowPositions m_positionOf;
 };
 
 bool IsAverageBatch(Point const &point) {

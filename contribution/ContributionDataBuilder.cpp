@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 using DataSeriesUtilities::ContributionModeEnum;
 using Selection = SelectDataSeriesData;
@@ -24,34 +23,28 @@ namespace {
 
 constexpr int firstRow = 1;
 
-// The positions of rows that are in both lists, and how a score or a response reads them.
-void FillGroups(ModelRows const &rows, Group const &from, Group const &to, ProjectVectorData &data) {
-    std::unordered_set<std::uint32_t> const reference(from.begin(), from.end()), compared(to.begin(), to.end());
-    int position = 0;
-    for (ObservationInfo const &row : rows.Observations()) {
-        ++position;
-        if (reference.contains(row.GetUniqueID()))
-            data.obs1.push_back(position);
-        if (compared.contains(row.GetUniqueID()))
-            data.obs2.push_back(position);
-    }
-    if (to.empty())
-        data.obs2 = {firstRow};
-}
-
-// The positions of the group in its own order.
-std::vector<int> PositionsOf(ModelRows const &rows, Group const &group) {
-    if (group.empty())
-        return {firstRow};
-    std::unordered_map<std::uint32_t, int> positionOf;
-    int position = 0;
-    for (ObservationInfo const &row : rows.Observations())
-        positionOf.emplace(row.GetUniqueID(), ++position);
+// The positions of the group in its own order; what is not there falls out.
+std::vector<int> PositionsAmong(RowPositions const &positionOf, Group const &group) {
     std::vector<int> positions;
     for (std::uint32_t const observation : group)
-        if (auto const found = positionOf.find(observation); found != positionOf.end())
-            positions.push_back(found->second);
+        if (int const position = positionOf.Of(observation))
+            positions.push_back(position);
     return positions;
+}
+
+// In the order of the rows, each once.
+std::vector<int> RisingPositions(RowPositions const &positionOf, Group const &group) {
+    std::vector<int> positions = PositionsAmong(positionOf, group);
+    std::sort(positions.begin(), positions.end());
+    positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+    return positions;
+}
+
+// Both groups, as a score or a response reads them.
+void FillGroups(ModelRows const &rows, Group const &from, Group const &to, ProjectVectorData &data) {
+    RowPositions const positionOf(rows.Observations());
+    data.obs1 = RisingPositions(positionOf, from);
+    data.obs2 = to.empty() ? std::vector<int>{firstRow} : RisingPositions(positionOf, to);
 }
 
 // In which a T2 is shown, but for counting rows.
@@ -132,7 +125,7 @@ void Builder::SetScoreContributionWeight(ProjectVectorData &data) const {
 void Builder::SetDistance(Selection &selection, ProjectVectorData &data, Group const &group, Weight weight,
                           int component) const {
     ModelRows const rows(*m_project, data.GetModelInfo()->number, m_prediction);
-    data.obs1 = PositionsOf(rows, group);
+    data.obs1 = group.empty() ? std::vector<int>{firstRow} : PositionsAmong(RowPositions(rows.Observations()), group);
     data.SetWeightType(weight);
     data.SetWeightComp({component});
     selection.AddSeries(data, true);

@@ -10,7 +10,6 @@
 #include <optional>
 #include <set>
 #include <string_view>
-#include <unordered_map>
 
 using Selection = SelectDataSeriesData;
 using Builder = ContributionDataBuilder;
@@ -64,16 +63,12 @@ Weight LowerWeight(ModelInfo const &upper, ModelInfo const &lower, Weight weight
 // The lower positions of the observations at those positions of the upper model; what is not there falls out.
 std::vector<int> Followed(std::vector<int> const &positions, ObservationInfos const &upper,
                           ObservationInfos const &lower) {
-    std::unordered_map<std::uint32_t, int> positionOf;
-    int position = 0;
-    for (ObservationInfo const &row : lower)
-        positionOf.emplace(row.GetUniqueID(), ++position);
+    RowPositions const positionOf(lower);
     std::vector<int> followed;
     for (int const row : positions)
         if (row >= 1 && row <= static_cast<int>(upper.size()))
-            if (auto const found = positionOf.find(upper[static_cast<std::size_t>(row - 1)].GetUniqueID());
-                found != positionOf.end())
-                followed.push_back(found->second);
+            if (int const position = positionOf.Of(upper[static_cast<std::size_t>(row - 1)].GetUniqueID()))
+                followed.push_back(position);
     return followed;
 }
 

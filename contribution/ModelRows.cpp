@@ -3,7 +3,18 @@
 #include "platform/project/NCProject.h"
 #include "platform/text/Exception.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace {
+
+// Without a way out of the loop, so that it is made of vector instructions.
+bool AreRising(ObservationInfos const &rows) {
+    int falls = 0;
+    for (std::size_t row = 1; row < rows.size(); ++row)
+        falls += rows[row - 1].GetUniqueID() >= rows[row].GetUniqueID();
+    return falls == 0;
+}
 
 NCError ModelMissing(int model) {
     return NCError(ExceptionMessage::translate("There is no model {1}.") % model, NCError::Error);
@@ -31,6 +42,28 @@ NCDataVector<float> ModelRows::Maturity() const {
 
 BatchRuns ModelRows::Batches() const {
     return BatchUtilities::GetBatchRuns(m_project.GetObservations(), Observations());
+}
+
+RowPositions::RowPositions(ObservationInfos const &rows) : m_rows(rows) {
+    if (AreRising(rows))
+        return;
+    m_rising.resize(rows.size());
+    std::iota(m_rising.begin(), m_rising.end(), 1);
+    auto const observation = [&rows](int position) {
+        return rows[static_cast<std::size_t>(position - 1)].GetUniqueID();
+    };
+    std::ranges::stable_sort(m_rising, {}, observation);
+}
+
+int RowPositions::Of(std::uint32_t observation) const {
+    auto const at = [this](int position) { return m_rows[static_cast<std::size_t>(position - 1)].GetUniqueID(); };
+    if (!m_rising.empty()) {
+        auto const found = std::ranges::lower_bound(m_rising, observation, {}, at);
+        return found != m_rising.end() && at(*found) == observation ? *found : 0;
+    }
+    auto const found = std::ranges::lower_bound(m_rows, observation, {}, &ObservationInfo::GetUniqueID);
+    bool const isThere = found != m_rows.end() && found->GetUniqueID() == observation;
+    return isThere ? static_cast<int>(found - m_rows.begin()) + 1 : 0;
 }
 
 boost::shared_ptr<ModelInfo const> InfoOfModel(NCProject const &project, int model) {

@@ -22,5 +22,18 @@ private:
     boost::shared_ptr<NCPredictions const> m_predictions; // empty for the workset
 };
 
+// The 1-based positions of observations among rows, which must live longer. Rows rise by their numbers as a rule:
+// nothing is built then, and a question costs a binary search.
+class RowPositions {
+public:
+    explicit RowPositions(ObservationInfos const &rows);
+    // The first one of the observation; 0 when it is not there.
+    int Of(std::uint32_t observation) const;
+
+private:
+    ObservationInfos const &m_rows;
+    std::vector<int> m_rising; // positions by their observations; empty when the rows rise
+};
+
 // NCError for a number that no model has.
 boost::shared_ptr<ModelInfo const> InfoOfModel(NCProject const &project, int model);

@@ -1,4 +1,4 @@
-#include "tests/app/Program.h"
+#include "tests/app/Fermentation.h"
 
 #include <gmock/gmock.h>
 
@@ -145,24 +145,6 @@ TEST_F(SmallChart, TellsOfBatchesAndPhases) {
             << row.text;
 }
 
-// The simulated fermentation: what is wrong with a batch is seen, and when it was put in.
-class Fermentation : public Program {
-protected:
-    Fermentation() {
-        table = Shell("python3 " SOURCE_DIR "/examples/fermentation.py .").out;
-        Done("import tank.project good.csv --batch batch --phase phase");
-        Done("fit tank.project --type batch --maturity time --phase-models --treatment shifted --align maturity "
-             "--components 2");
-        Done("predict tank.project new.csv");
-    }
-
-    std::vector<std::vector<std::string>> Figures(std::string const &vector) const {
-        return Fields(Done("chart tank.project --model 1 --predicted --format csv --vector " + vector));
-    }
-
-    std::string table;
-};
-
 // One phase of a chart: for each batch, which points are outside of the limits that the chart tells.
 struct Panel {
     std::vector<double> maturity;
@@ -193,7 +175,14 @@ struct Panel {
     }
 };
 
-TEST_F(Fermentation, ShowsEachFaultWhenItWasPutIn) {
+class FermentationChart : public Fermentation {
+protected:
+    std::vector<std::vector<std::string>> Figures(std::string const &vector) const {
+        return Fields(Done("chart tank.project --model 1 --predicted --format csv --vector " + vector));
+    }
+};
+
+TEST_F(FermentationChart, ShowsEachFaultWhenItWasPutIn) {
     std::map<std::string, std::pair<std::string, double>> faults; // phase and hour
     std::istringstream lines(table.substr(table.find('\n') + 1));
     for (std::string line; std::getline(lines, line);) {
@@ -224,7 +213,7 @@ TEST_F(Fermentation, ShowsEachFaultWhenItWasPutIn) {
     EXPECT_EQ(Panel(Figures("DModX"), "production").Departure("contaminated"), 0);
 }
 
-TEST_F(Fermentation, KeepsGoodBatchesWithinTheLimits) {
+TEST_F(FermentationChart, KeepsGoodBatchesWithinTheLimits) {
     for (char const *const vector : {"t:1", "t:2", "DModX", "T2Range", "YPred", "XVar:biomass", "XVar:substrate",
                                      "XVar:product", "XVar:oxygen", "XVar:temperature", "XVar:feed", "XVar:ph"}) {
         auto const figures = Figures(vector);
