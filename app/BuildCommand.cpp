@@ -42,6 +42,7 @@ struct BuildRequest {
     Format format = Format::Text;
     std::filesystem::path file;
     std::filesystem::path picture;
+    std::string color;
     PlotStyle style;
 };
 
@@ -211,13 +212,15 @@ std::vector<DrawnSeries> RowsOf(SelectDataSeriesData const &selection) {
     return rows;
 }
 
-void Draw(BuildRequest const &request, SelectDataSeriesData const &selection, ProjectData const &table,
-          TableDates const &dates) {
+void Draw(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
+          SelectDataSeriesData const &selection, ProjectData const &table, TableDates const &dates) {
     PlotStyle style = request.style;
     style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
     style.dates = dates;
-    Decorate(*selection.GetProject(), RowsOf(selection), selection.GetVectorType(),
-             selection.GetExtraOptions().significance, table, style);
+    style.colouring =
+        ReadColouring(project, request.color, RowsOf(selection), selection.GetVectorType(), table.GetColumnIDs());
+    Decorate(*project, RowsOf(selection), selection.GetVectorType(), selection.GetExtraOptions().significance, table,
+             style);
     WritePicture(PlotScript(table, selection.GetVectorType(), style), request.picture, request.project);
 }
 
@@ -248,7 +251,7 @@ void Build(BuildRequest request) {
                                  ? TableDates(*project, RowsOf(selection), *labelled)
                                  : TableDates();
     if (!request.picture.empty())
-        Draw(request, selection, *labelled, dates);
+        Draw(project, request, selection, *labelled, dates);
     if (request.picture.empty() || !request.file.empty()) {
         Output output(request.file, request.project);
         WriteTable(*labelled, dates, request.format, output);
@@ -287,7 +290,8 @@ void AddBuildCommand(CLI::App &program) {
         list->type_name("NAME,...")->allow_extra_args(false);
     AddFormatOption(*command, request->format);
     command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
-    command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    CLI::Option *const picture = command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    AddColourOption(*command, request->color)->needs(picture);
     AddPictureOptions(*command, request->style);
     command->footer(
         "A VECTOR is a name, what it is about, and its source: t, t:2, YPred:octane, XVar:1100nm@M2, "

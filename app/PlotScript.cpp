@@ -74,6 +74,12 @@ private:
     void WriteItemTics(bool isBars);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
+    // A point of an item, "x y".
+    struct Point {
+        std::size_t item;
+        std::string place;
+    };
+    std::string WriteColoured(std::vector<Point> const &points, char const *size);
     // Over the points, along the axis that has a row's values, and as far as `reach` to both sides of 0.
     void SetRange(char const *name, std::size_t row, double reach, double &low, double &high);
     bool IsPoint(std::size_t item) const { return IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]); }
@@ -236,6 +242,8 @@ void Script::WriteLines() {
         }
     if (low <= high)
         SetTimes("y", low, high);
+    bool const isColoured = m_style.colouring.has_value();
+    std::vector<Point> points;
     std::string plots, bands;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
@@ -245,21 +253,67 @@ void Script::WriteLines() {
         for (std::size_t const item : items) {
             bool const isShown = IsShown(m_rows[row][item]);
             if (isShown)
-                m_text += std::to_string(item + 1) + " " + Place(row, item) + "\n";
+                points.push_back({item, std::to_string(item + 1) + " " + Place(row, item)});
+            if (isShown)
+                m_text += points.back().place + "\n";
             else if (hasPoint)
                 m_text += "\n"; // an empty line breaks the curve
             hasPoint = isShown;
         }
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
-                 (showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4" : "lines lw 1.2") + Style(row) + Key(row);
+                 (isColoured    ? "lines lw 0.8"
+                  : showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4"
+                                : "lines lw 1.2") +
+                 (isColoured && m_rows.size() == 1 ? " lc rgb '#c4c4c4'" : Style(row)) + Key(row);
         if (HasErrors(row))
             bands += WriteErrors(row, items, 0) +
                      " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
                      " notitle, ";
     }
+    if (isColoured)
+        plots += WriteColoured(points, showsPoints ? "0.7" : "0.35");
     plots += WriteLimit();
     m_text += "plot " + bands + plots + "\n";
+}
+
+// Key or colour bar, and the points of each class; answers the parts of the plot command, each with a comma in front.
+// What has no class or value lies behind the others, in grey.
+std::string Script::WriteColoured(std::vector<Point> const &points, char const *size) {
+    Colouring const &colouring = *m_style.colouring;
+    bool const isByValue = colouring.classes.empty();
+    std::vector<std::string> blocks(1 + colouring.Groups());
+    for (auto const &[item, place] : points) {
+        std::optional<std::size_t> const group = colouring.GroupOf(item);
+        blocks[group ? 1 + *group : 0] +=
+            place + (group && isByValue ? " " + Number(colouring.values[item]) : "") + "\n";
+    }
+    m_text += "unset rmargin\n";
+    if (isByValue)
+        m_text += "set palette defined (0 '#440154', 1 '#3b528b', 2 '#21918c', 3 '#5ec962', 4 '#e3c51c')\n"
+                  "set colorbox vertical noborder\nset cblabel " +
+                  Quoted(colouring.title) + "\n";
+    else
+        m_text += "set key outside right top vertical Left reverse samplen 1 title " +
+                  Quoted(Shortened(colouring.title)) + " left\n";
+    std::string plots, missing;
+    for (std::size_t group = 0; group < blocks.size(); ++group) {
+        if (blocks[group].empty())
+            continue;
+        std::string const block = "$c" + std::to_string(group);
+        m_text += block + " << EOD\n" + blocks[group] + "EOD\n";
+        std::string const points = std::string(" with points ps ") + size + " ";
+        if (group == 0) {
+            std::string const mark = points + "pt 7 lc rgb '#c4c4c4'";
+            plots += ", " + block + " using 1:2" + mark + " notitle";
+            missing = ", keyentry" + mark + " title \"missing\"";
+        } else if (isByValue)
+            plots += ", " + block + " using 1:2:3" + points + "pt 7 lc palette notitle";
+        else
+            plots += ", " + block + " using 1:2" + points + ClassMark(group - 1) + " title " +
+                     Quoted(Shortened(colouring.classes[group - 1]));
+    }
+    return plots + missing;
 }
 
 void Script::SetRange(char const *name, std::size_t row, double reach, double &low, double &high) {
@@ -294,9 +348,9 @@ void Script::WriteScatter() {
     } else if (m_style.hasDiagonal) {
         guides = ", x with lines lc rgb '#808080' lw 1 notitle";
     }
-    m_text += "$s << EOD\n";
     // Of points on the same pixel one is enough.
     std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height));
+    std::vector<Point> points;
     for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
         if (!IsPoint(item))
             continue;
@@ -306,11 +360,19 @@ void Script::WriteScatter() {
         auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
         std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
         if (!taken[pixel])
-            m_text += Place(0, x) + " " + Place(1, y) + "\n";
+            points.push_back({item, Place(0, x) + " " + Place(1, y)});
         taken[pixel] = true;
     }
-    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
-              Style(0) + " notitle" + guides + "\n";
+    char const *const size = m_table.Columns() > 2000 ? "0.3" : "0.8";
+    if (m_style.colouring) {
+        std::string const plots = WriteColoured(points, size);
+        m_text += "plot " + plots.substr(2) + guides + "\n"; // without the comma in front
+        return;
+    }
+    m_text += "$s << EOD\n";
+    for (Point const &point : points)
+        m_text += point.place + "\n";
+    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + size + Style(0) + " notitle" + guides + "\n";
 }
 
 // Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.

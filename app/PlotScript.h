@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Colouring.h"
 #include "app/TableDates.h"
 #include "catalogue/ProjectVector.h"
 
@@ -24,7 +25,8 @@ struct PlotStyle {
     // For each series, or none of them: half lengths of intervals about its values, below 0 where there is none; empty
     // for a series without. Bars bear error bars, curves a band.
     std::vector<std::vector<double>> errors;
-    TableDates dates; // cells that are drawn as dates
+    TableDates dates;                   // cells that are drawn as dates
+    std::optional<Colouring> colouring; // of the items of lines and points
     int width = 900;
     int height = 600;
 };

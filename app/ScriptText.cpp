@@ -11,6 +11,11 @@ namespace {
 
 constexpr std::array<char const *, 8> colours = {"#1f5fa8", "#d9642b", "#2e8b57", "#8e4ba8",
                                                  "#b8860b", "#c0394b", "#2aa0a0", "#5f6b73"};
+constexpr std::array<char const *, 12> classColours = {"#0072b2", "#d55e00", "#009e73", "#cc79a7",
+                                                       "#e69f00", "#56b4e9", "#332288", "#882255",
+                                                       "#999933", "#000000", "#661100", "#44aa99"};
+// Disk, triangle, square, diamond, triangle on its tip, pentagon; then the same hollow.
+constexpr std::array<int, 12> shapes = {7, 9, 5, 13, 11, 15, 6, 8, 4, 12, 10, 14};
 constexpr std::size_t longestLabel = 20;
 
 } // namespace
@@ -52,6 +57,11 @@ bool IsShown(float value) {
 
 std::string SeriesColour(std::size_t position) {
     return std::string("'") + colours[position % colours.size()] + "'";
+}
+
+std::string ClassMark(std::size_t position) {
+    return "pt " + std::to_string(shapes[position % shapes.size()]) + " lc rgb '" +
+           classColours[position % classColours.size()] + "'";
 }
 
 std::string ScriptHead(PlotStyle const &style) {

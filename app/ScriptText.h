@@ -18,5 +18,8 @@ std::string Number(double value);
 bool IsShown(float value);
 // Of the series at a position from 0, for "lc rgb".
 std::string SeriesColour(std::size_t position);
+// Of the class at a position from 0, told apart by people of any colour vision: "pt 7 lc rgb '#0072b2'" (Okabe & Ito
+// 2008; Tol 2021).
+std::string ClassMark(std::size_t position);
 // Terminal, borders, grid, key and title.
 std::string ScriptHead(PlotStyle const &style);
