@@ -59,9 +59,12 @@ std::string SeriesColour(std::size_t position) {
     return std::string("'") + colours[position % colours.size()] + "'";
 }
 
+std::string ClassColour(std::size_t position) {
+    return std::string("'") + classColours[position % classColours.size()] + "'";
+}
+
 std::string ClassMark(std::size_t position) {
-    return "pt " + std::to_string(shapes[position % shapes.size()]) + " lc rgb '" +
-           classColours[position % classColours.size()] + "'";
+    return "pt " + std::to_string(shapes[position % shapes.size()]) + " lc rgb " + ClassColour(position);
 }
 
 std::string ScriptHead(PlotStyle const &style) {
