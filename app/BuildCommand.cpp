@@ -213,15 +213,17 @@ std::vector<DrawnSeries> RowsOf(SelectDataSeriesData const &selection) {
 }
 
 void Draw(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
-          SelectDataSeriesData const &selection, ProjectData const &table, TableDates const &dates) {
+          SelectDataSeriesData const &selection, ProjectData const &built, TableDates const &dates) {
+    std::vector<DrawnSeries> const rows = RowsOf(selection);
+    Axis const axis = selection.GetVectorType();
     PlotStyle style = request.style;
-    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && table.Rows() == 2;
+    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && built.Rows() == 2;
+    TablePtr const ordered = style.isScatter ? nullptr : InDrawnOrder(*project, rows, axis, built);
+    ProjectData const &table = ordered ? *ordered : built;
     style.dates = dates;
-    style.colouring =
-        ReadColouring(project, request.color, RowsOf(selection), selection.GetVectorType(), table.GetColumnIDs());
-    Decorate(*project, RowsOf(selection), selection.GetVectorType(), selection.GetExtraOptions().significance, table,
-             style);
-    WritePicture(PlotScript(table, selection.GetVectorType(), style), request.picture, request.project);
+    style.colouring = ReadColouring(project, request.color, rows, axis, table.GetColumnIDs());
+    Decorate(*project, rows, axis, selection.GetExtraOptions().significance, table, style);
+    WritePicture(PlotScript(table, axis, style), request.picture, request.project);
 }
 
 void Build(BuildRequest request) {

@@ -71,6 +71,7 @@ private:
     std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
     std::vector<std::size_t> ItemsOfCurve(std::size_t row) const;
     void WriteLines();
+    void MarkLeast(std::size_t row);
     void WriteItemTics(bool isBars);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
@@ -113,9 +114,9 @@ private:
 };
 
 void Script::WriteSeries() {
-    bool const isBars = m_axis != ProjectVector::VectorTypeVariablesScores && m_axis != ProjectVector::VectorTypeLag &&
+    bool const isBars = m_style.form == SeriesForm::ByAxis && m_axis != ProjectVector::VectorTypeVariablesScores &&
                         m_axis != ProjectVector::VectorTypeAligned && m_table.Columns() <= mostBars;
-    std::string title = m_table.GetColumnIDs().GetRowTitle(1);
+    std::string title = m_style.itemTitle.empty() ? m_table.GetColumnIDs().GetRowTitle(1) : m_style.itemTitle;
     if (title.empty()) {
         title = ItemOf(m_axis);
         title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
@@ -124,7 +125,8 @@ void Script::WriteSeries() {
     if (m_rows.size() == 1)
         SetLabel("y", Name(0));
     double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
-    m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
+    double const end = m_table.Columns() + (m_style.form == SeriesForm::Steps ? 1 : side);
+    m_text += "set xrange [" + Number(1 - side) + ":" + Number(end) + "]\n";
     WriteItemTics(isBars);
     if (isBars)
         WriteBars();
@@ -148,7 +150,7 @@ void Script::WriteItemTics(bool isBars) {
     std::size_t widest = 1;
     for (std::size_t item = 0; item < count; item += std::max<std::size_t>(1, count / 1000))
         widest = std::max(widest, TextWidth(Item(item)));
-    double const room = 0.85 * m_style.width;
+    double const room = (m_style.colouring ? 0.65 : 0.85) * m_style.width;
     auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
     std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
     bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);
@@ -260,12 +262,17 @@ void Script::WriteLines() {
                 m_text += "\n"; // an empty line breaks the curve
             hasPoint = isShown;
         }
+        if (m_style.form == SeriesForm::Steps && hasPoint)
+            m_text += std::to_string(items.back() + 2) + " " + Place(row, items.back()) + "\n";
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
-                 (isColoured    ? "lines lw 0.8"
-                  : showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4"
-                                : "lines lw 1.2") +
+                 (m_style.form == SeriesForm::Steps ? "steps lw 1.6"
+                  : isColoured                      ? "lines lw 0.8"
+                  : showsPoints                     ? "linespoints pt 7 ps 0.35 lw 1.4"
+                                                    : "lines lw 1.2") +
                  (isColoured && m_rows.size() == 1 ? " lc rgb '#c4c4c4'" : Style(row)) + Key(row);
+        if (m_style.form == SeriesForm::Valley)
+            MarkLeast(row);
         if (HasErrors(row))
             bands += WriteErrors(row, items, 0) +
                      " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
@@ -275,6 +282,20 @@ void Script::WriteLines() {
         plots += WriteColoured(points, showsPoints ? "0.7" : "0.35");
     plots += WriteLimit();
     m_text += "plot " + bands + plots + "\n";
+}
+
+// A disk at the least value of a curve, labelled by its item.
+void Script::MarkLeast(std::size_t row) {
+    std::optional<std::size_t> least;
+    for (std::size_t item = 0; item < m_rows[row].size(); ++item)
+        if (IsShown(m_rows[row][item]) && (!least || m_rows[row][item] < m_rows[row][*least]))
+            least = item;
+    if (!least)
+        return;
+    bool const isLeft = 2 * *least < m_rows[row].size();
+    m_text += "set label " + Quoted("least at " + Item(*least)) + " at " + std::to_string(*least + 1) + "," +
+              Place(row, *least) + (isLeft ? " left offset 0,-0.9" : " right offset 0,-0.9") +
+              " front font ',9' textcolor rgb '#303030' point pt 7 ps 0.9 lc rgb '#c0392b'\n";
 }
 
 // Key or colour bar, and the points of each class; answers the parts of the plot command, each with a comma in front.
@@ -348,8 +369,10 @@ void Script::WriteScatter() {
     } else if (m_style.hasDiagonal) {
         guides = ", x with lines lc rgb '#808080' lw 1 notitle";
     }
-    // Of points on the same pixel one is enough.
-    std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height));
+    // Of points on the same pixel one of each colour is enough.
+    std::size_t const groups = m_style.colouring ? 1 + m_style.colouring->Groups() : 1;
+    std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height) *
+                            groups);
     std::vector<Point> points;
     for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
         if (!IsPoint(item))
@@ -358,7 +381,9 @@ void Script::WriteScatter() {
         double const y = At(1, item);
         auto const column = static_cast<std::size_t>((x - x0) / (x1 - x0) * (m_style.width - 1));
         auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
-        std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
+        std::optional<std::size_t> const group = m_style.colouring ? m_style.colouring->GroupOf(item) : std::nullopt;
+        std::size_t const pixel =
+            (line * static_cast<std::size_t>(m_style.width) + column) * groups + (group ? 1 + *group : 0);
         if (!taken[pixel])
             points.push_back({item, Place(0, x) + " " + Place(1, y)});
         taken[pixel] = true;
