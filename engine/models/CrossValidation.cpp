@@ -212,7 +212,11 @@ CrossValidation CrossValidator::Result(Index components) const {
     auto const rows = static_cast<Index>(m_roundOfRow.size());
     result.excluded = ZeroScores(rows, FirstComponents(m_model.Found(), components));
     for (auto const &round : m_rounds) {
-        result.rounds.push_back(FirstComponents(round.model, components));
+        auto const view = [&round](Block const &block) { return BlockView(block, round.rows.in); };
+        // Rounds of a model without components have not begun.
+        bool const hasBegun = round.model.ssX.cols() > 0;
+        result.rounds.push_back(hasBegun ? FirstComponents(round.model, components)
+                                         : NoComponents(view(m_workset.x), view(m_workset.y)));
         auto const &model = result.rounds.back();
         auto scores = NoScores(round.t.rows());
         scores.t = round.t.leftCols(model.Predictive());
