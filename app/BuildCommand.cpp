@@ -48,6 +48,7 @@ struct BuildRequest {
     Format format = Format::Text;
     std::filesystem::path file;
     std::filesystem::path picture;
+    std::string color;
     PlotStyle style;
 };
 
@@ -223,9 +224,11 @@ struct BuiltTables {
 };
 
 // A picture of what its transformation makes of a selection.
-std::string ScriptOf(BuildRequest const &request, SelectDataSeriesData const &selection,
-                     ProjectDataBuilder const &builder, BuiltTables const &tables, PlotStyle style) {
+std::string ScriptOf(boost::shared_ptr<engine::Project> const &project, BuildRequest const &request,
+                     SelectDataSeriesData const &selection, ProjectDataBuilder const &builder,
+                     BuiltTables const &tables) {
     Axis const axis = selection.GetVectorType();
+    PlotStyle style = request.style;
     std::string const name = tables.plain->GetRowName(1);
     if (request.isProbability)
         return ProbabilityScript(tables.transformed ? *tables.transformed : *tables.plain, name, style);
@@ -253,12 +256,16 @@ std::string ScriptOf(BuildRequest const &request, SelectDataSeriesData const &se
     default:
         break;
     }
-    ProjectData const &shown = tables.transformed ? *tables.transformed : *tables.plain;
-    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && shown.Rows() == 2;
-    if (!tables.transformed)
-        Decorate(*selection.GetProject(), RowsOf(selection), axis, selection.GetExtraOptions().significance, shown,
-                 style);
-    return PlotScript(shown, axis, style);
+    std::vector<DrawnSeries> const rows = RowsOf(selection);
+    ProjectData const &built = tables.transformed ? *tables.transformed : *tables.plain;
+    style.isScatter = ModeOf(request) != SelectDataSeriesData::Normal && built.Rows() == 2;
+    if (tables.transformed)
+        return PlotScript(built, axis, style);
+    TablePtr const ordered = style.isScatter ? nullptr : InDrawnOrder(*project, rows, axis, built);
+    ProjectData const &table = ordered ? *ordered : built;
+    style.colouring = ReadColouring(project, request.color, rows, axis, table.GetColumnIDs());
+    Decorate(*project, rows, axis, selection.GetExtraOptions().significance, table, style);
+    return PlotScript(table, axis, style);
 }
 
 BuiltTables ReadTables(engine::Project const &project, BuildRequest const &request,
@@ -296,6 +303,9 @@ void Build(BuildRequest request) {
                                   selection.NumberOfSeries() != 1))
         throw UsageError("--probability shows one series, without --x and --y, in a picture: --plot FILE");
 
+    if (!request.color.empty() && (request.transform.IsAsked() || request.isProbability))
+        throw UsageError("--color is for pictures without --chart, --transform and --probability");
+
     ProjectDataBuilder builder(&selection);
     BuiltTables const tables = ReadTables(*project, request, selection, builder);
     // What is stretched or transformed is no date any more.
@@ -304,7 +314,7 @@ void Build(BuildRequest request) {
                                  : TableDates();
     if (!request.picture.empty()) {
         request.style.dates = dates;
-        WritePicture(ScriptOf(request, selection, builder, tables, request.style), request.picture, request.project);
+        WritePicture(ScriptOf(project, request, selection, builder, tables), request.picture, request.project);
     }
     if (request.picture.empty() || !request.file.empty()) {
         Output output(request.file, request.project);
@@ -347,7 +357,8 @@ void AddBuildCommand(CLI::App &program) {
                       "The picture of a series against normal probabilities, such as of residuals");
     AddFormatOption(*command, request->format);
     command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
-    command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    CLI::Option *const picture = command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    AddColourOption(*command, request->color)->needs(picture);
     AddPictureOptions(*command, request->style);
     command->footer(
         "A VECTOR is a name, what it is about, and its source: t, t:2, YPred:octane, XVar:1100nm@M2, "

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <optional>
 
 namespace {
 
@@ -166,7 +165,7 @@ private:
             list += "," + std::to_string(batch);
         TablePtr const curves = Read(phase.values, listOfBatches, list);
         for (int batch = 1; batch <= curves->Rows(); ++batch)
-            read.curves.push_back({batches.GetName(batch), Row(curves, batch)});
+            read.curves.push_back({batches.GetName(batch), Row(curves, batch), {}});
         return read;
     }
 

@@ -3,6 +3,7 @@
 #include "engine/Project.h"
 #include "specification/ProjectVectorData.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ struct ChartQuestion {
 struct BatchCurve {
     std::string batch;
     std::vector<float> values;
+    std::optional<std::size_t> group = {}; // by which it is coloured, from 0
 };
 
 // What one model has: all of its vectors have a value for each aligned point, -99 for a missing one.

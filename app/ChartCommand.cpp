@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace {
 
@@ -21,6 +22,7 @@ struct ChartRequest {
     bool outside = false;
     bool sums = false;
     std::filesystem::path file;
+    std::string color; // empty: all alike
     bool isPicture = false;
     Format format = Format::Text; // of what is no picture
     PlotStyle style;
@@ -129,9 +131,29 @@ void WriteSums(ChartRequest const &request, boost::shared_ptr<engine::Project> c
         Write(request, ListingOf(sums, request.format));
 }
 
-void WriteChart(ChartRequest const &request, boost::shared_ptr<engine::Project> const &project) {
-    std::vector<ChartPhase> const phases = ReadChart(project, request.question);
+// A batch is in the class of its first observation.
+Colouring Colour(engine::Project const &project, std::string const &heading, std::vector<std::string> const &batches,
+                 std::vector<ChartPhase> &phases) {
+    NCObservations const &list = project.GetObservations();
+    std::map<std::string, std::uint32_t> firstOf;
+    for (std::uint32_t observation = 1; observation <= list.Size(); ++observation)
+        firstOf.emplace(list.GetText(observation, list.GetBatchID()), observation);
+    std::vector<std::uint32_t> observations;
+    for (std::string const &batch : batches)
+        observations.push_back(firstOf[batch]);
+    Colouring colouring = ColouringByIdentifier(project, heading, observations);
+    for (ChartPhase &phase : phases)
+        for (BatchCurve &curve : phase.curves)
+            curve.group =
+                colouring.GroupOf(static_cast<std::size_t>(std::ranges::find(batches, curve.batch) - batches.begin()));
+    return colouring;
+}
+
+void WriteChart(ChartRequest request, boost::shared_ptr<engine::Project> const &project) {
+    std::vector<ChartPhase> phases = ReadChart(project, request.question);
     std::vector<std::string> const all = BatchesOf(phases);
+    if (!request.color.empty() && request.color != "none")
+        request.style.colouring = Colour(*project, request.color, all, phases);
     std::vector<std::string> const chosen = NamesIn(request.batches);
     for (std::string const &batch : chosen)
         if (std::ranges::count(all, batch) == 0)
@@ -174,8 +196,12 @@ void AddChartCommand(CLI::App &program) {
         ->type_name("NUMBER");
     CLI::Option *const outside =
         command->add_flag("--outside", request->outside, "List where batches are outside, in place of all figures");
+    CLI::Option *const color = command->add_option(
+        "--color", request->color, "Colour batches by an identifier column, the text of their first row");
+    color->type_name("COLUMN")->excludes(batches)->excludes(outside);
     command->add_flag("--sums", request->sums, "How far each batch is outside, summed over the points")
         ->excludes(batches)
+        ->excludes(color)
         ->excludes(outside);
     command->add_option("-o,--output", request->file,
                         "The picture: a file named .svg or .png; with --format, a file of any name");

@@ -67,7 +67,7 @@ public:
         WriteTics();
         if (m_phases.size() > 1)
             WritePhaseNames();
-        WriteCurves();
+        m_style.colouring ? WriteClasses() : WriteCurves();
         WriteChosen();
         WriteMarks();
         WriteLimits();
@@ -153,6 +153,18 @@ private:
         std::string const block = "$d" + std::to_string(m_blocks++);
         m_text += block + " << EOD\n" + points + "EOD\n";
         m_plots += ", " + block + " using 1:2 with " + style + (name.empty() ? " notitle" : " title " + Quoted(name));
+    }
+
+    // The curves of each class, after those without.
+    void WriteClasses() {
+        std::vector<std::string> const &classes = m_style.colouring->classes;
+        std::vector<std::string> points(1 + classes.size());
+        for (std::size_t number = 0; number < m_phases.size(); ++number)
+            for (BatchCurve const &curve : m_phases[number].curves)
+                points[curve.group ? 1 + *curve.group : 0] += Points(number, curve.values);
+        Add(points[0], "lines lc rgb '#c4c4c4' lw 0.8", "no " + m_style.colouring->title);
+        for (std::size_t each = 0; each < classes.size(); ++each)
+            Add(points[1 + each], "lines lc rgb " + ClassColour(each) + " lw 1", Shortened(classes[each]));
     }
 
     void WriteCurves() {

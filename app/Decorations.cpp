@@ -10,12 +10,18 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <numeric>
 #include <optional>
 #include <string_view>
 
 namespace {
 
 constexpr double significance = 0.05;
+
+// "M1".
+std::string SourceOf(DrawnSeries const &series) {
+    return series.arguments.substr(0, series.arguments.find(','));
+}
 
 // A series of a model, and what its arguments say. No model for any other series.
 struct ModelSeries {
@@ -39,6 +45,12 @@ struct ModelSeries {
     int Component() const { return drawn.vector->HasOneComponent() ? arguments.component : -1; }
 };
 
+// About 0; 0 for fewer than two values.
+double DeviationOf(NCDataVector<float> const &row) {
+    auto const observed = std::ranges::count_if(row, [](float value) { return !IsMissing(value); });
+    return observed > 1 ? std::sqrt(row.GetSS() / static_cast<double>(observed - 1)) : 0;
+}
+
 // The standard deviation of a workset's scores on the component of a series; 0 when there is none.
 double ScoreDeviation(NCProject const &project, ModelSeries const &series) {
     IntList const components{series.Component()};
@@ -46,18 +58,12 @@ double ScoreDeviation(NCProject const &project, ModelSeries const &series) {
     bool const orthogonal = series.drawn.vector->GetComponentType() == ProjectVector::ComponentXSideOrthogonal;
     TablePtr const scores = orthogonal ? statistics.GetTo(series.model->number, &components, -1)
                                        : statistics.GetT(series.model->number, &components, -1);
-    if (!scores)
-        return 0;
-    NCDataVector<float> const row = scores->GetMatrix()[1];
-    int observed = 0;
-    for (float const value : row)
-        observed += IsMissing(value) ? 0 : 1;
-    return observed > 1 ? std::sqrt(row.GetSS() / (observed - 1)) : 0;
+    return scores ? DeviationOf(scores->GetMatrix()[1]) : 0;
 }
 
 // What T2 of a new observation exceeds with a probability of 5 % (Tracy et al. 1992); nothing for too few rows.
-std::optional<double> T2Limit(ModelInfo const &model, int components) {
-    double const n = model.sizeObservations;
+std::optional<double> T2Limit(int observations, int components) {
+    double const n = observations;
     double const a = components;
     if (a < 1 || n <= a)
         return {};
@@ -68,9 +74,21 @@ void AddEllipse(NCProject const &project, ModelSeries const &x, ModelSeries cons
     bool const ofX = !x.StartsWith("u") && !y.StartsWith("u");
     if (!x.IsScore() || !y.IsScore() || !ofX || x.model->number != y.model->number)
         return;
-    if (std::optional<double> const limit = T2Limit(*x.model, 2)) {
+    if (std::optional<double> const limit = T2Limit(x.model->sizeObservations, 2)) {
         style.ellipseX = std::sqrt(*limit) * ScoreDeviation(project, x);
         style.ellipseY = std::sqrt(*limit) * ScoreDeviation(project, y);
+    }
+}
+
+// The same of two scores of the correction of a data set, which the table has of all its observations.
+void AddEllipseOfCorrection(std::vector<DrawnSeries> const &drawn, ProjectData const &table, PlotStyle &style) {
+    auto const isScore = [](DrawnSeries const &each) {
+        return each.vector && std::string_view(each.vector->GetName()) == "OSC-t";
+    };
+    std::optional<double> const limit = T2Limit(table.Columns(), 2);
+    if (limit && isScore(drawn[0]) && isScore(drawn[1]) && SourceOf(drawn[0]) == SourceOf(drawn[1])) {
+        style.ellipseX = std::sqrt(*limit) * DeviationOf(table.GetMatrix()[1]);
+        style.ellipseY = std::sqrt(*limit) * DeviationOf(table.GetMatrix()[2]);
     }
 }
 
@@ -89,7 +107,8 @@ void AddLimit(NCProject const &project, ModelSeries const &series, float asked, 
         if (!IsMissing(limit))
             SetLimit(style, "D-Crit", limit);
     } else if (series.StartsWith("T2Range")) {
-        if (auto const limit = T2Limit(*series.model, ComponentsInRange(*series.model, series.arguments)))
+        if (auto const limit =
+                T2Limit(series.model->sizeObservations, ComponentsInRange(*series.model, series.arguments)))
             SetLimit(style, "T2-Crit", *limit);
     }
 }
@@ -98,6 +117,8 @@ void AddLimit(NCProject const &project, ModelSeries const &series, float asked, 
 std::string ErrorsOf(std::string const &name) {
     static constexpr std::array<std::string_view, 14> names = {"p",  "w",  "w*", "c",  "q",   "po",      "wo",
                                                                "co", "qo", "pc", "pq", "w*c", "CoeffCS", "VIP"};
+    if (name == "CoeffCSLag")
+        return "CoeffCScvSELag";
     return std::ranges::find(names, name) != names.end() ? name + "cvSE" : std::string();
 }
 
@@ -121,7 +142,49 @@ std::vector<double> IntervalsOf(NCProject const &project, ModelSeries const &ser
     return intervals;
 }
 
+bool IsCutFunction(DrawnSeries const &series) {
+    return series.vector && std::string_view(series.vector->GetName()).starts_with("PLSTree");
+}
+
+void SetForm(std::vector<DrawnSeries> const &series, PlotStyle &style) {
+    if (!series.empty() && std::ranges::all_of(series, IsCutFunction)) {
+        style.form = SeriesForm::Valley;
+        style.itemTitle =
+            "Observations by rising t[1] of " + series.front().arguments.substr(0, series.front().arguments.find(','));
+    } else if (std::ranges::any_of(series, [](DrawnSeries const &each) {
+                   return each.vector && each.vector->IsImpulseResponseVector();
+               })) {
+        style.form = SeriesForm::Steps;
+        style.itemTitle = "Observations since the change";
+    }
+}
+
 } // namespace
+
+TablePtr InDrawnOrder(NCProject const &project, std::vector<DrawnSeries> const &series,
+                      ProjectVector::VectorTypeEnum axis, ProjectData const &table) {
+    if (series.empty() || !std::ranges::all_of(series, IsCutFunction))
+        return nullptr;
+    TablePtr const scores = ProjectDataUtilities::CreateProjectData(project).GetProjectData(
+        "t " + SourceOf(series.front()) + ",1,0,0", axis);
+    TablePtr const ordering = scores ? scores->UseOnly(table.GetColumnIDs()) : nullptr;
+    if (!ordering || !(ordering->GetColumnIDs() == table.GetColumnIDs()))
+        return nullptr;
+    std::vector<int> order(static_cast<std::size_t>(table.Columns()));
+    std::iota(order.begin(), order.end(), 1);
+    std::ranges::stable_sort(order, {}, [&](int column) { return ordering->GetMatrix()(1, column); });
+    ColumnIDs columns = table.GetColumnIDs();
+    columns.Reduce(ColumnIDs::Positions(order));
+    NCDataMatrix<float> values;
+    for (int row = 1; row <= table.Rows(); ++row) {
+        NCDataVector<float> const before = table.GetMatrix()[row];
+        std::vector<float> sorted;
+        for (int const column : order)
+            sorted.push_back(before[column]);
+        values.InsertRow(row, sorted);
+    }
+    return std::make_unique<ProjectData>(table.GetRowIDs(), std::move(columns), std::move(values));
+}
 
 int ComponentsInRange(ModelInfo const &model, ProjectVector::Arguments const &arguments) {
     int const all = model.predictiveComponents + model.xSideOrthogonalComponents;
@@ -134,6 +197,7 @@ int ComponentsInRange(ModelInfo const &model, ProjectVector::Arguments const &ar
 
 void Decorate(NCProject const &project, std::vector<DrawnSeries> const &drawn, ProjectVector::VectorTypeEnum axis,
               float significanceAsked, ProjectData const &table, PlotStyle &style) {
+    SetForm(drawn, style);
     std::vector<ModelSeries> series;
     for (DrawnSeries const &each : drawn)
         series.emplace_back(project, each);
@@ -143,6 +207,7 @@ void Decorate(NCProject const &project, std::vector<DrawnSeries> const &drawn, P
         ModelSeries const &x = series[0];
         ModelSeries const &y = series[1];
         AddEllipse(project, x, y, style);
+        AddEllipseOfCorrection(drawn, table, style);
         style.hasDiagonal =
             (x.StartsWith("YVar") && y.StartsWith("YPred")) || (x.StartsWith("YPred") && y.StartsWith("YVar"));
     } else {

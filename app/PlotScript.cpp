@@ -69,8 +69,15 @@ private:
     std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
     std::vector<std::size_t> ItemsOfCurve(std::size_t row) const;
     void WriteLines();
+    void MarkLeast(std::size_t row);
     void WriteScatter();
     void WritePointLabels(double x0, double x1, double y0, double y1);
+    // A point of an item, "x y".
+    struct Point {
+        std::size_t item;
+        std::string place;
+    };
+    std::string WriteColoured(std::vector<Point> const &points, char const *size);
     // Over the points, along the axis that has a row's values, and as far as `reach` to both sides of 0.
     void SetRange(char const *name, std::size_t row, double reach, double &low, double &high);
     bool IsPoint(std::size_t item) const { return IsShown(m_rows[0][item]) && IsShown(m_rows[1][item]); }
@@ -104,13 +111,14 @@ private:
 };
 
 void Script::WriteSeries() {
-    bool const isBars = m_axis != ProjectVector::VectorTypeVariablesScores && m_axis != ProjectVector::VectorTypeLag &&
+    bool const isBars = m_style.form == SeriesForm::ByAxis && m_axis != ProjectVector::VectorTypeVariablesScores &&
                         m_axis != ProjectVector::VectorTypeAligned && m_table.Columns() <= mostBars;
-    SetLabel("x", ItemsTitle(m_table.GetColumnIDs(), m_axis));
+    SetLabel("x", m_style.itemTitle.empty() ? ItemsTitle(m_table.GetColumnIDs(), m_axis) : m_style.itemTitle);
     if (m_rows.size() == 1)
         SetLabel("y", Name(0));
     double const side = isBars ? 0.6 : 0.02 * m_table.Columns();
-    m_text += "set xrange [" + Number(1 - side) + ":" + Number(m_table.Columns() + side) + "]\n";
+    double const end = m_table.Columns() + (m_style.form == SeriesForm::Steps ? 1 : side);
+    m_text += "set xrange [" + Number(1 - side) + ":" + Number(end) + "]\n";
     m_text += ItemTics(m_table.GetColumnIDs(), m_style, isBars);
     if (isBars)
         WriteBars();
@@ -209,6 +217,8 @@ void Script::WriteLines() {
         }
     if (low <= high)
         SetTimes("y", low, high);
+    bool const isColoured = m_style.colouring.has_value();
+    std::vector<Point> points;
     std::string plots, bands;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
@@ -218,21 +228,86 @@ void Script::WriteLines() {
         for (std::size_t const item : items) {
             bool const isShown = IsShown(m_rows[row][item]);
             if (isShown)
-                m_text += std::to_string(item + 1) + " " + Place(row, item) + "\n";
+                points.push_back({item, std::to_string(item + 1) + " " + Place(row, item)});
+            if (isShown)
+                m_text += points.back().place + "\n";
             else if (hasPoint)
                 m_text += "\n"; // an empty line breaks the curve
             hasPoint = isShown;
         }
+        if (m_style.form == SeriesForm::Steps && hasPoint)
+            m_text += std::to_string(items.back() + 2) + " " + Place(row, items.back()) + "\n";
         m_text += "EOD\n";
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with " +
-                 (showsPoints ? "linespoints pt 7 ps 0.35 lw 1.4" : "lines lw 1.2") + Style(row) + Key(row);
+                 (m_style.form == SeriesForm::Steps ? "steps lw 1.6"
+                  : isColoured                      ? "lines lw 0.8"
+                  : showsPoints                     ? "linespoints pt 7 ps 0.35 lw 1.4"
+                                                    : "lines lw 1.2") +
+                 (isColoured && m_rows.size() == 1 ? " lc rgb '#c4c4c4'" : Style(row)) + Key(row);
+        if (m_style.form == SeriesForm::Valley)
+            MarkLeast(row);
         if (HasErrors(row))
             bands += WriteErrors(row, items, 0) +
                      " using 1:($2-$3):($2+$3) with filledcurves fs transparent solid 0.25 noborder" + Style(row) +
                      " notitle, ";
     }
+    if (isColoured)
+        plots += WriteColoured(points, showsPoints ? "0.7" : "0.35");
     plots += WriteLimit();
     m_text += "plot " + bands + plots + "\n";
+}
+
+// A disk at the least value of a curve, labelled by its item.
+void Script::MarkLeast(std::size_t row) {
+    std::optional<std::size_t> least;
+    for (std::size_t item = 0; item < m_rows[row].size(); ++item)
+        if (IsShown(m_rows[row][item]) && (!least || m_rows[row][item] < m_rows[row][*least]))
+            least = item;
+    if (!least)
+        return;
+    bool const isLeft = 2 * *least < m_rows[row].size();
+    m_text += "set label " + Quoted("least at " + Item(*least)) + " at " + std::to_string(*least + 1) + "," +
+              Place(row, *least) + (isLeft ? " left offset 0,-0.9" : " right offset 0,-0.9") +
+              " front font ',9' textcolor rgb '#303030' point pt 7 ps 0.9 lc rgb '#c0392b'\n";
+}
+
+// Key or colour bar, and the points of each class; answers the parts of the plot command, each with a comma in front.
+// What has no class or value lies behind the others, in grey.
+std::string Script::WriteColoured(std::vector<Point> const &points, char const *size) {
+    Colouring const &colouring = *m_style.colouring;
+    bool const isByValue = colouring.classes.empty();
+    std::vector<std::string> blocks(1 + colouring.Groups());
+    for (auto const &[item, place] : points) {
+        std::optional<std::size_t> const group = colouring.GroupOf(item);
+        blocks[group ? 1 + *group : 0] +=
+            place + (group && isByValue ? " " + Number(colouring.values[item]) : "") + "\n";
+    }
+    m_text += "unset rmargin\n";
+    if (isByValue)
+        m_text += "set palette defined (0 '#440154', 1 '#3b528b', 2 '#21918c', 3 '#5ec962', 4 '#e3c51c')\n"
+                  "set colorbox vertical noborder\nset cblabel " +
+                  Quoted(colouring.title) + "\n";
+    else
+        m_text += "set key outside right top vertical Left reverse samplen 1 title " +
+                  Quoted(Shortened(colouring.title)) + " left\n";
+    std::string plots, missing;
+    for (std::size_t group = 0; group < blocks.size(); ++group) {
+        if (blocks[group].empty())
+            continue;
+        std::string const block = "$c" + std::to_string(group);
+        m_text += block + " << EOD\n" + blocks[group] + "EOD\n";
+        std::string const points = std::string(" with points ps ") + size + " ";
+        if (group == 0) {
+            std::string const mark = points + "pt 7 lc rgb '#c4c4c4'";
+            plots += ", " + block + " using 1:2" + mark + " notitle";
+            missing = ", keyentry" + mark + " title \"missing\"";
+        } else if (isByValue)
+            plots += ", " + block + " using 1:2:3" + points + "pt 7 lc palette notitle";
+        else
+            plots += ", " + block + " using 1:2" + points + ClassMark(group - 1) + " title " +
+                     Quoted(Shortened(colouring.classes[group - 1]));
+    }
+    return plots + missing;
 }
 
 void Script::SetRange(char const *name, std::size_t row, double reach, double &low, double &high) {
@@ -267,9 +342,11 @@ void Script::WriteScatter() {
     } else if (m_style.hasDiagonal) {
         guides = ", x with lines lc rgb '#808080' lw 1 notitle";
     }
-    m_text += "$s << EOD\n";
-    // Of points on the same pixel one is enough.
-    std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height));
+    // Of points on the same pixel one of each colour is enough.
+    std::size_t const groups = m_style.colouring ? 1 + m_style.colouring->Groups() : 1;
+    std::vector<bool> taken(static_cast<std::size_t>(m_style.width) * static_cast<std::size_t>(m_style.height) *
+                            groups);
+    std::vector<Point> points;
     for (std::size_t item = 0; item < m_rows[0].size(); ++item) {
         if (!IsPoint(item))
             continue;
@@ -277,13 +354,23 @@ void Script::WriteScatter() {
         double const y = At(1, item);
         auto const column = static_cast<std::size_t>((x - x0) / (x1 - x0) * (m_style.width - 1));
         auto const line = static_cast<std::size_t>((y - y0) / (y1 - y0) * (m_style.height - 1));
-        std::size_t const pixel = line * static_cast<std::size_t>(m_style.width) + column;
+        std::optional<std::size_t> const group = m_style.colouring ? m_style.colouring->GroupOf(item) : std::nullopt;
+        std::size_t const pixel =
+            (line * static_cast<std::size_t>(m_style.width) + column) * groups + (group ? 1 + *group : 0);
         if (!taken[pixel])
-            m_text += Place(0, x) + " " + Place(1, y) + "\n";
+            points.push_back({item, Place(0, x) + " " + Place(1, y)});
         taken[pixel] = true;
     }
-    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + (m_table.Columns() > 2000 ? "0.3" : "0.8") +
-              Style(0) + " notitle" + guides + "\n";
+    char const *const size = m_table.Columns() > 2000 ? "0.3" : "0.8";
+    if (m_style.colouring) {
+        std::string const plots = WriteColoured(points, size);
+        m_text += "plot " + plots.substr(2) + guides + "\n"; // without the comma in front
+        return;
+    }
+    m_text += "$s << EOD\n";
+    for (Point const &point : points)
+        m_text += point.place + "\n";
+    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + size + Style(0) + " notitle" + guides + "\n";
 }
 
 // Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.

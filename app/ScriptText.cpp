@@ -13,6 +13,11 @@ namespace {
 
 constexpr std::array<char const *, 8> colours = {"#1f5fa8", "#d9642b", "#2e8b57", "#8e4ba8",
                                                  "#b8860b", "#c0394b", "#2aa0a0", "#5f6b73"};
+constexpr std::array<char const *, 12> classColours = {"#0072b2", "#d55e00", "#009e73", "#cc79a7",
+                                                       "#e69f00", "#56b4e9", "#332288", "#882255",
+                                                       "#999933", "#000000", "#661100", "#44aa99"};
+// Disk, triangle, square, diamond, triangle on its tip, pentagon; then the same hollow.
+constexpr std::array<int, 12> shapes = {7, 9, 5, 13, 11, 15, 6, 8, 4, 12, 10, 14};
 constexpr std::size_t longestLabel = 20;
 // About the width of a letter of an axis label, in pixels.
 constexpr double letterWidth = 7.5;
@@ -66,6 +71,14 @@ std::string SeriesColour(std::size_t position) {
     return std::string("'") + colours[position % colours.size()] + "'";
 }
 
+std::string ClassColour(std::size_t position) {
+    return std::string("'") + classColours[position % classColours.size()] + "'";
+}
+
+std::string ClassMark(std::size_t position) {
+    return "pt " + std::to_string(shapes[position % shapes.size()]) + " lc rgb " + ClassColour(position);
+}
+
 std::string ScriptHead(PlotStyle const &style) {
     std::string const size = std::to_string(style.width) + "," + std::to_string(style.height);
     std::string text = "set encoding utf8\n";
@@ -102,7 +115,7 @@ std::string ItemTics(ColumnIDs const &items, PlotStyle const &style, bool isBars
     std::size_t widest = 1;
     for (std::size_t item = 0; item < count; item += std::max<std::size_t>(1, count / 1000))
         widest = std::max(widest, TextWidth(ItemLabel(items, item)));
-    double const room = 0.85 * style.width;
+    double const room = (style.colouring ? 0.65 : 0.85) * style.width;
     auto const fitting = [&](double each) { return std::max<std::size_t>(2, static_cast<std::size_t>(room / each)); };
     std::size_t const level = fitting(letterWidth * static_cast<double>(widest + 3));
     bool const isTurned = isBars && count > level && count <= fitting(2.2 * letterWidth);

@@ -20,6 +20,10 @@ double RoundStep(double least);
 bool IsShown(float value);
 // Of the series at a position from 0, for "lc rgb".
 std::string SeriesColour(std::size_t position);
+// Of the class at a position from 0, told apart by people of any colour vision (Okabe & Ito 2008; Tol 2021): the
+// colour, and for points the shape too, "pt 7 lc rgb '#0072b2'".
+std::string ClassColour(std::size_t position);
+std::string ClassMark(std::size_t position);
 // Terminal, borders, grid, key and title.
 std::string ScriptHead(PlotStyle const &style);
 

@@ -43,13 +43,6 @@ std::optional<int> PositionOf(ColumnTerms const &terms, NCVariables const &varia
     return {};
 }
 
-std::optional<std::uint32_t> ItemOfName(VarObs const &list, std::string const &name) {
-    for (std::uint32_t item = 1; item <= list.Size(); ++item)
-        if (list.GetText(item, 1) == name)
-            return item;
-    return {};
-}
-
 // Fills in what a vector is about, as the kind of its number says.
 class ArgumentReader {
 public:
@@ -122,7 +115,8 @@ private:
     bool SetNumber(std::string const &name) {
         std::optional<std::uint32_t> number;
         if (m_vector.GetNumberType() == ProjectVector::NumberIdentifier)
-            number = AliasOf(name);
+            number = IsOverObservations() ? IdentifierNamed(m_project.GetObservations(), name)
+                                          : IdentifierNamed(m_project.GetVariables(), name);
         else if (m_vector.GetNumberType() == ProjectVector::NumberObsOrVar)
             number = IsOverObservations() ? ItemOfName(m_project.GetVariables(), name)
                                           : ItemOfName(m_project.GetObservations(), name);
@@ -144,15 +138,6 @@ private:
         return position ? std::optional(static_cast<std::uint32_t>(*position)) : std::nullopt;
     }
 
-    std::optional<std::uint32_t> AliasOf(std::string const &name) const {
-        VarObs const &list =
-            IsOverObservations() ? static_cast<VarObs const &>(m_project.GetObservations()) : m_project.GetVariables();
-        for (int alias = 1; alias <= list.SizeAliases(); ++alias)
-            if (list.GetAlias(alias)->name == name)
-                return static_cast<std::uint32_t>(alias);
-        return {};
-    }
-
     engine::Project const &m_project;
     VectorText const &m_text;
     Source const &m_source;
@@ -170,6 +155,20 @@ Source ChooseSource(engine::Project const &project, VectorText const &text, std:
 }
 
 } // namespace
+
+std::optional<std::uint32_t> ItemOfName(VarObs const &list, std::string const &name) {
+    for (std::uint32_t item = 1; item <= list.Size(); ++item)
+        if (list.GetText(item, 1) == name)
+            return item;
+    return {};
+}
+
+std::optional<std::uint32_t> IdentifierNamed(VarObs const &list, std::string const &heading) {
+    for (int alias = 1; alias <= list.SizeAliases(); ++alias)
+        if (list.GetAlias(alias)->name == heading)
+            return static_cast<std::uint32_t>(alias);
+    return {};
+}
 
 VectorText ReadVectorText(std::string const &text) {
     VectorText read{text, text, {}, {}};

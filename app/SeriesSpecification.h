@@ -37,6 +37,10 @@ ProjectVectorData Specify(boost::shared_ptr<engine::Project> const &project, Vec
 ProjectVectorData DefaultSpecification(ProjectVector const &vector, Source const &source,
                                        ProjectUtilities::DefaultSelection const &defaults);
 
-// The number of a variable or observation by its primary identifier. NCError when there is none.
+// The number of a variable or observation by its primary identifier, and that of an identifier column by its heading.
+std::optional<std::uint32_t> ItemOfName(VarObs const &list, std::string const &name);
+std::optional<std::uint32_t> IdentifierNamed(VarObs const &list, std::string const &heading);
+
+// The same of the items of a project. NCError when there is none.
 std::uint32_t VariableNumber(engine::Project const &project, std::string const &name);
 std::uint32_t ObservationNumber(engine::Project const &project, std::string const &name);

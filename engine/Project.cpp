@@ -231,8 +231,9 @@ int Project::Fitted(ModelRequest const &request, int phaseGroup, Progress const 
     ModelDefinition definition = DefinitionOf(request, m_state->File());
     if (definition.evolution)
         definition.evolution->phaseGroup = phaseGroup;
-    return m_state->StoreModel(request.dataSet,
-                               Fit(definition, m_state->BuildWorkset(request.dataSet, definition), progress));
+    // The workset, which is large, is gone before the model is written.
+    FittedModel model = Fit(definition, m_state->BuildWorkset(request.dataSet, definition), progress);
+    return m_state->StoreModel(request.dataSet, std::move(model));
 }
 
 FitQuality Project::QualityOf(int model) const {

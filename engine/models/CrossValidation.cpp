@@ -70,14 +70,23 @@ CrossValidator::CrossValidator(Workset const &workset, std::vector<int> roundOfR
                                Q2Form form)
     : m_workset(workset), m_hasY(workset.y.Size() > 0), m_model(model), m_form(form),
       m_roundOfRow(std::move(roundOfRow)) {
-    for (auto const &[in, out] : SplitRows(m_roundOfRow))
-        m_rounds.push_back({BlockView(workset.x, out), BlockView(workset.y, out), out,
-                            Extraction::Start(BlockView(workset.x, in), BlockView(workset.y, in), &model.Found()),
-                            Matrix(out.size(), 0), Matrix()});
+    for (RoundRows &rows : SplitRows(m_roundOfRow)) {
+        Matrix const none(rows.out.size(), 0);
+        m_rounds.push_back({std::move(rows), nullptr, {}, none, {}});
+    }
     m_press = m_hasY ? model.Found().ssY.leftCols(1) : model.Found().ssX.leftCols(1);
 }
 
-void CrossValidator::Extend(Progress const &progress) {
+void CrossValidator::ExtendRound(Round &round, Index to) {
+    if (!round.extraction) {
+        auto const view = [&round](Block const &block) { return BlockView(block, round.rows.in); };
+        round.extraction = Extraction::Start(view(m_workset.x), view(m_workset.y), &m_model.Found());
+    }
+    round.extraction->Extract(to - round.extraction->Found().Predictive());
+    round.model = round.extraction->Found();
+}
+
+void CrossValidator::Extend(Rounds rounds, Progress const &progress) {
     auto const from = m_press.cols();
     auto const to = m_model.Found().Predictive();
     if (from > to)
@@ -88,13 +97,16 @@ void CrossValidator::Extend(Progress const &progress) {
         m_rounds.size(),
         [&](std::size_t g) {
             auto &round = m_rounds[g];
-            round.extraction->Extract(to - round.extraction->Found().Predictive());
-            ExtendScores(round.extraction->Found(), round.outX, round.t);
+            ExtendRound(round, to);
+            if (rounds == Rounds::End)
+                round.extraction.reset();
+            BlockView const outX(m_workset.x, round.rows.out);
+            ExtendScores(round.model, outX, round.t);
             round.press.setZero(m_press.rows(), to + 1);
             if (m_hasY)
-                AddPress(round, from);
+                AddPress(round, BlockView(m_workset.y, round.rows.out), from);
             else
-                AddPcaPress(round, from);
+                AddPcaPress(round, outX, from);
         },
         progress);
     for (auto const &round : m_rounds)
@@ -113,18 +125,18 @@ Vector CrossValidator::DeflatedPress(Index before) const {
     auto const next = Extraction::Start(left.x, left.y, nullptr);
     next->Extract(1);
     CrossValidator validator(left, m_roundOfRow, *next, Q2Form::Rounds);
-    validator.Extend(Progress());
+    validator.Extend(Rounds::End, Progress());
     return validator.m_press.rightCols(1);
 }
 
-void CrossValidator::AddPress(Round &round, Index from) {
-    auto const &model = round.extraction->Found();
-    for (Index i = 0; i < round.outY.Rows(); ++i) {
-        Vector error = round.outY.Row(i);
+void CrossValidator::AddPress(Round &round, BlockView const &outY, Index from) {
+    auto const &model = round.model;
+    for (Index i = 0; i < outY.Rows(); ++i) {
+        Vector error = outY.Row(i);
         for (Index a = 1; a < round.press.cols(); ++a) {
             if (a <= model.Predictive())
                 error -= round.t(i, a - 1) * model.c.col(a - 1);
-            for (auto const m : round.outY.MissingIn(i))
+            for (auto const m : outY.MissingIn(i))
                 error[m] = 0;
             if (a >= from)
                 round.press.col(a) += error.cwiseAbs2();
@@ -166,17 +178,17 @@ Matrix Inflations(Matrix const &q) {
 
 } // namespace
 
-void CrossValidator::AddPcaPress(Round &round, Index from) {
-    auto const &p = round.extraction->Found().p;
+void CrossValidator::AddPcaPress(Round &round, BlockView const &outX, Index from) {
+    auto const &p = round.model.p;
     Matrix const completeQ = OrthonormalLoadings(p, {});
     Matrix const completeInflations = Inflations(completeQ);
-    for (Index i = 0; i < round.outX.Rows(); ++i) {
-        auto const missing = round.outX.MissingIn(i);
+    for (Index i = 0; i < outX.Rows(); ++i) {
+        auto const missing = outX.MissingIn(i);
         Matrix const ownQ = missing.empty() ? Matrix() : OrthonormalLoadings(p, missing);
         Matrix const ownInflations = missing.empty() ? Matrix() : Inflations(ownQ);
         auto const &q = missing.empty() ? completeQ : ownQ;
         auto const &inflations = missing.empty() ? completeInflations : ownInflations;
-        Vector const x = round.outX.Row(i);
+        Vector const x = outX.Row(i);
         Vector residual = x;
         Vector errors = x;
         for (Index a = 1; a < round.press.cols(); ++a) {
@@ -200,12 +212,16 @@ CrossValidation CrossValidator::Result(Index components) const {
     auto const rows = static_cast<Index>(m_roundOfRow.size());
     result.excluded = ZeroScores(rows, FirstComponents(m_model.Found(), components));
     for (auto const &round : m_rounds) {
-        result.rounds.push_back(FirstComponents(round.extraction->Found(), components));
+        auto const view = [&round](Block const &block) { return BlockView(block, round.rows.in); };
+        // Rounds of a model without components have not begun.
+        bool const hasBegun = round.model.ssX.cols() > 0;
+        result.rounds.push_back(hasBegun ? FirstComponents(round.model, components)
+                                         : NoComponents(view(m_workset.x), view(m_workset.y)));
         auto const &model = result.rounds.back();
         auto scores = NoScores(round.t.rows());
         scores.t = round.t.leftCols(model.Predictive());
-        PredictYScores(model, round.outY, scores);
-        PutScores(scores, round.out, result.excluded);
+        PredictYScores(model, BlockView(m_workset.y, round.rows.out), scores);
+        PutScores(scores, round.rows.out, result.excluded);
     }
     return result;
 }

@@ -33,8 +33,10 @@ public:
     // The workset and the model must outlive it. `roundOfRow` is not empty.
     CrossValidator(Workset const &workset, std::vector<int> roundOfRow, Extraction const &model, Q2Form form);
 
-    // Brings all rounds to the number of components of the model.
-    void Extend(Progress const &progress);
+    enum class Rounds { Grow, End };
+    // Brings all rounds to the number of components of the model. Rounds that end keep nothing of the rows that they
+    // fit, and cannot be extended again.
+    void Extend(Rounds rounds, Progress const &progress);
 
     // Of the model's last component.
     ComparedErrors LastErrors() const;
@@ -44,15 +46,16 @@ public:
 
 private:
     struct Round {
-        BlockView outX, outY;
-        std::vector<Index> out;
-        std::unique_ptr<Extraction> extraction;
+        RoundRows rows;
+        std::unique_ptr<Extraction> extraction; // none before the first component, and behind the last
+        Components model;
         Matrix t;     // of the rows left out
         Matrix press; // its part of the sums
     };
 
-    static void AddPress(Round &round, Index from);
-    static void AddPcaPress(Round &round, Index from);
+    void ExtendRound(Round &round, Index to);
+    static void AddPress(Round &round, BlockView const &outY, Index from);
+    static void AddPcaPress(Round &round, BlockView const &outX, Index from);
     Vector DeflatedPress(Index before) const;
 
     Workset const &m_workset;

@@ -29,7 +29,7 @@ Index GrowWhileSignificant(Extraction &model, CrossValidator &validator, Index l
         model.Extract(1);
         if (model.Found().Predictive() < a)
             break;
-        validator.Extend(Progress());
+        validator.Extend(CrossValidator::Rounds::Grow, Progress());
         if (LastIsSignificant(model.Found(), validator.LastErrors()))
             significant = a;
         progress.Report(static_cast<double>(a) / static_cast<double>(limit));
@@ -61,7 +61,7 @@ FittedModel FitInOrder(ModelDefinition const &definition, Workset const &workset
         extraction->Extract(open ? ComponentsWithoutRounds(workset) : Index(definition.components));
         components = extraction->Found().Predictive();
         if (validator)
-            validator->Extend(progress);
+            validator->Extend(CrossValidator::Rounds::End, progress);
     }
 
     FittedModel model;

@@ -141,7 +141,7 @@ private:
 };
 
 DerivedTable Made(BatchLevelRecipe const &recipe, std::vector<RowSource> const &sources,
-                     std::vector<std::string> const &batches, DataSetList const &conditions) {
+                  std::vector<std::string> const &batches, DataSetList const &conditions) {
     Maker maker(batches);
     for (std::size_t i = 0; i < sources.size(); ++i)
         maker.Add(recipe.sources[i], sources[i]);
@@ -171,7 +171,7 @@ BatchLevelRecipe RecipeOf(std::vector<ModelView const *> const &models, bool ofV
 }
 
 DerivedTable LevelOfWorksets(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
-                                DataSetList const &conditions) {
+                             DataSetList const &conditions) {
     std::vector<RowSource> sources;
     std::unordered_set<std::string> used;
     for (ModelView const *const model : models) {
@@ -186,7 +186,7 @@ DerivedTable LevelOfWorksets(BatchLevelRecipe const &recipe, std::vector<ModelVi
 }
 
 DerivedTable LevelOfPredictions(BatchLevelRecipe const &recipe, std::vector<ModelView const *> const &models,
-                                   DataSetList const &conditions, boost::shared_ptr<DataSet const> const &predictions) {
+                                DataSetList const &conditions, boost::shared_ptr<DataSet const> const &predictions) {
     std::vector<std::unique_ptr<PredictedRows>> predicted;
     std::vector<RowSource> sources;
     for (ModelView const *const model : models) {

@@ -6,8 +6,8 @@ namespace engine {
 
 // Statistics of models of wavelet coefficients at the variables that the coefficients were made of: with orthonormal
 // wavelets Psi and a value v for each coefficient, Psi v (Trygg & Wold 1998). Where an operation asks for it: by its
-// flag Reconstruct, which by itself is on exactly when all X terms are coefficients as they are. Contributions stay those
-// of coefficients: they are products of two values for each.
+// flag Reconstruct, which by itself is on exactly when all X terms are coefficients as they are. Contributions stay
+// those of coefficients: they are products of two values for each.
 class Reconstruction {
 public:
     // Nothing where none is asked for, or there is nothing to reconstruct.

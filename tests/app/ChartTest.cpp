@@ -79,6 +79,7 @@ TEST_F(SmallChart, DrawsPhasesSideBySide) {
                        {"--model 2 --vector XVar:a --multiplier 0.5", ">outside<", ">limits of 3 SD<"},
                        {"--model 2 --vector XVar:a --title 'a \"b\"'", ">a \"b\"<", ">outside<"},
                        {"--model 4 --vector to:1", ">to:1<", ">down<"},
+                       {"--model 2 --vector XVar:a --color row", ">11<", ">batches<"},
                        {"--model 2 --vector XVar:a --sums --multiplier 1", ">XVar:a outside its limits<", ">average<"},
                        {"--model 2 --vector XVar:a --sums --multiplier 9", ">B3<", ">average<"}};
     for (auto const &row : cases) {
@@ -104,6 +105,9 @@ TEST_F(SmallChart, TellsWhatItCantShow) {
         {"--model 2 --vector T2Range:2-3", 1, "There is no component \"2\""},
         {"--model 2 --vector t --batches B1,B9", 1, "There is no batch \"B9\" in model 2."},
         {"--model 2 --vector t --predicted", 1, "There is no prediction set; \"dataseries predict\" makes one."},
+        {"--model 2 --vector t --color c -o x.svg", 1,
+         "There is no identifier column \"c\" to colour by. There are: row"},
+        {"--model 2 --vector t --color row --sums", 2, "excludes"},
         {"--model 2 --vector t --multiplier many", 2, "--multiplier"},
         {"--model 2 --vector t --multiplier 0", 2, "--multiplier is no number above 0"},
         {"--model 2 --vector t --multiplier nan", 2, "--multiplier is no number above 0"},

@@ -433,6 +433,9 @@ TEST_F(Program, FitsOrthogonalModelsAndSummarises) {
             HasSubstr("Constant, so that there is nothing of them to explain: k.\nQ2 is that on deflated matrices."));
     EXPECT_EQ(Fields(listed.out).size(), 2u);
     EXPECT_THAT(Done("fit k.project --type pca --components 1 --exclude k"), testing::Not(HasSubstr("Constant")));
+    for (char const *const components : {"", " --components 1"})
+        EXPECT_THAT(Done("fit k.project --type pca --exclude a,b --cv-groups 2" + std::string(components)),
+                    HasSubstr("components    0"));
 }
 
 TEST_F(Program, CentresByGroupsAndMultipliesVariables) {
