@@ -133,10 +133,10 @@ ColumnIDs SubgroupColumns(int number, ProjectPtr const &project) {
     return ColumnIDs(std::move(labels), translate("Subgroups"), project, ColumnIDs::Strings, 0);
 }
 
-std::vector<std::set<int>> SubgroupsOf(int columns, int size) {
-    std::vector<std::set<int>> groups(1);
+std::vector<std::vector<int>> SubgroupsOf(int columns, int size) {
+    std::vector<std::vector<int>> groups(1);
     for (int column = 1; column <= columns; ++column) {
-        groups.back().insert(groups.back().end(), column);
+        groups.back().push_back(column);
         if (column % size == 0)
             groups.emplace_back();
     }

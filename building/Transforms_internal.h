@@ -4,7 +4,6 @@
 #include "platform/identity/ProjectData.h"
 #include "platform/numerics/ControlChart.h"
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -42,7 +41,7 @@ ColumnIDs SubgroupColumns(int number, ProjectPtr const &project);
 // if it has one, and with their original columns.
 TablePtr OverSubgroups(TransformInput const &input, RowIDs labels, NCDataMatrix<float> matrix, int size);
 // The positions of the columns of each subgroup, the last of which may be incomplete, or empty.
-std::vector<std::set<int>> SubgroupsOf(int columns, int size);
+std::vector<std::vector<int>> SubgroupsOf(int columns, int size);
 
 // Each signal by its correlation with itself or with another vector, its spectrum, its wavelet coefficients; and the
 // first one by what the selected wavelet scales tell of it. Null where there are too few values.

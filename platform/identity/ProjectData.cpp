@@ -135,9 +135,9 @@ std::string ProjectData::GetRowFormat(int row) const {
     return found == m_formats.end() ? std::string() : found->second;
 }
 
-void ProjectData::AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::set<int>> const &groups) {
+void ProjectData::AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::vector<int>> groups) {
     m_original = ids;
-    m_groups = groups;
+    m_groups = std::move(groups);
 }
 
 std::ostream &operator<<(std::ostream &stream, ProjectData const &data) {

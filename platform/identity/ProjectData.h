@@ -7,7 +7,6 @@
 #include <iosfwd>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -60,10 +59,10 @@ public:
     std::string GetRowFormat(int row) const;
 
     // Where each column stands for several of an earlier table (a bin of a histogram): that table's columns, and for
-    // each column here the 1-based positions there.
-    void AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::set<int>> const &groups);
+    // each column here the 1-based positions there, rising.
+    void AddOriginalColumnIDs(ColumnIDs const &ids, std::vector<std::vector<int>> groups);
     ColumnIDs const &GetOriginalColumnIDs() const { return m_original; }
-    std::vector<std::set<int>> const &GetOriginalGroups() const { return m_groups; }
+    std::vector<std::vector<int>> const &GetOriginalGroups() const { return m_groups; }
 
     // Binary form, without the project. Reading throws VqStreamError when the stream is damaged, and then leaves the
     // table as it was.
@@ -84,5 +83,5 @@ private:
     std::vector<int> m_classes;
     std::map<int, std::string> m_formats; // of rows of numbers, by row
     ColumnIDs m_original;
-    std::vector<std::set<int>> m_groups;
+    std::vector<std::vector<int>> m_groups;
 };

@@ -36,7 +36,7 @@ struct Bins {
 void FrequencyHistogram::CreateHistogram(NCDataVector<float> const &row, HistogramInfo &info) {
     Bins const bins(row);
     info = {NCDataVector<float>(bins.count, 0.0f), NCDataVector<float>(bins.count),
-            std::vector<std::set<int>>(static_cast<std::size_t>(bins.count))};
+            std::vector<std::vector<int>>(static_cast<std::size_t>(bins.count))};
     std::span<float> const heights = info.heights.MutableValues(), positions = info.positions.MutableValues();
     for (std::size_t bin = 0; bin < positions.size(); ++bin)
         positions[bin] = ToStored(bins.Start() + (static_cast<double>(bin) + 0.5) * bins.width);
@@ -48,7 +48,7 @@ void FrequencyHistogram::CreateHistogram(NCDataVector<float> const &row, Histogr
         auto const bin =
             static_cast<std::size_t>(std::min(static_cast<int>((value - bins.Start()) / bins.width), bins.count - 1));
         ++heights[bin];
-        info.columns[bin].insert(info.columns[bin].end(), column);
+        info.columns[bin].push_back(column);
     }
 }
 

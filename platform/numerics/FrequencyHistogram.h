@@ -3,7 +3,6 @@
 #include "platform/containers/NCDataVector.h"
 #include "platform/export.h"
 
-#include <set>
 #include <vector>
 
 // Histograms of rows. Missing values are left out.
@@ -11,7 +10,7 @@ struct DATASERIES_API FrequencyHistogram {
     struct HistogramInfo {
         NCDataVector<float> heights;        // counts
         NCDataVector<float> positions;      // the middle of each bin
-        std::vector<std::set<int>> columns; // in each bin, 1-based
+        std::vector<std::vector<int>> columns; // in each bin, 1-based and rising
     };
 
     // Bins of equal width from the least value to the greatest, about as many as the count has binary digits and three

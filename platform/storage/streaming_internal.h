@@ -12,7 +12,6 @@
 #include <istream>
 #include <map>
 #include <ostream>
-#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -141,11 +140,6 @@ private:
         std::uint32_t size = 0;
         for (Get(size); size > 0; --size)
             Get(list.emplace_back());
-    }
-    void Get(std::set<int> &set) {
-        std::vector<int> items;
-        Get(items);
-        set = std::set<int>(items.begin(), items.end());
     }
     template <typename Value>
     void Get(std::map<int, Value> &map) {

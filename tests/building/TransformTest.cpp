@@ -44,7 +44,7 @@ std::string Text(ProjectData const &table) {
         for (float const value : table.GetMatrix().Row(row))
             text << ' ' << value;
     }
-    for (std::set<int> const &group : table.GetOriginalGroups()) {
+    for (std::vector<int> const &group : table.GetOriginalGroups()) {
         text << (&group == table.GetOriginalGroups().data() ? "| of" : ",");
         for (int const column : group)
             text << ' ' << column;

@@ -150,7 +150,7 @@ TEST(FrequencyHistogram, CountsAndStacks) {
     struct {
         NCDataVector<float> values;
         Floats positions, heights;
-        std::set<int> first; // columns in the first bin
+        std::vector<int> first; // columns in the first bin
         Floats places, stack;
         float lo, hi;
     } const cases[] = {{row,
@@ -171,7 +171,7 @@ TEST(FrequencyHistogram, CountsAndStacks) {
         FrequencyHistogram::CreateHistogram(c.values, info);
         EXPECT_THAT(info.positions, Pointwise(FloatNear(1e-5f), c.positions));
         EXPECT_THAT(info.heights, testing::ElementsAreArray(c.heights));
-        EXPECT_EQ(info.columns.empty() ? std::set<int>() : info.columns.front(), c.first);
+        EXPECT_EQ(info.columns.empty() ? std::vector<int>() : info.columns.front(), c.first);
         NCDataVector<float> places, stack;
         float lo = 0, hi = 0;
         FrequencyHistogram::CreateDotPlotHistogram(c.values, places, stack, lo, hi);

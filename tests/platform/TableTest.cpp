@@ -70,7 +70,7 @@ TEST(ProjectData, JoinsOnCommonColumnsAndPicksThem) {
         for (int column = 1; column <= data.Columns(); ++column) {
             int const place = static_cast<int>(data.GetColumnIDs().GetColumnID(column)) - 3;
             EXPECT_EQ(data.GetColumnClass(column), 10 * place);
-            EXPECT_EQ(data.GetOriginalGroups()[static_cast<std::size_t>(column - 1)], std::set<int>{place});
+            EXPECT_EQ(data.GetOriginalGroups()[static_cast<std::size_t>(column - 1)], std::vector<int>{place});
         }
     }
     ProjectData twice(start);
