@@ -8,8 +8,8 @@
 // Histograms of rows. Missing values are left out.
 struct DATASERIES_API FrequencyHistogram {
     struct HistogramInfo {
-        NCDataVector<float> heights;        // counts
-        NCDataVector<float> positions;      // the middle of each bin
+        NCDataVector<float> heights;           // counts
+        NCDataVector<float> positions;         // the middle of each bin
         std::vector<std::vector<int>> columns; // in each bin, 1-based and rising
     };
 
