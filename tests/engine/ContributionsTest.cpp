@@ -353,4 +353,34 @@ TEST_F(AlignedContributions, CombineSquaredDistances) {
 }
 
 } // namespace
+
+// Figures of another program: of each person against the average, to one score up to its sign, and to T2.
+TEST(ContributionsOfPeople, AgreeWithOthers) {
+    std::filesystem::path const reference = std::filesystem::path(REFERENCE_DIR) / "people";
+    if (!std::filesystem::exists(reference))
+        GTEST_SKIP() << "no reference data here";
+    TemporaryFolder const folder;
+    auto const project = Project::Create(folder / "people.dsp");
+    project->AddDataSet(engine::ReadTable(reference / "people.csv"));
+    project->AddModel({.components = 2});
+    GetProjectData const statistics(*project);
+    for (bool const ofT2 : {false, true}) {
+        engine::ImportedTable const figures = engine::ReadTable(
+            reference / (ofT2 ? "pca_A2_T2_contributions.csv" : "pca_score1_contributions_x_times_p.csv"));
+        double sign = 0;
+        for (std::size_t person = 0; person < figures.ObservationCount(); ++person) {
+            IntList const one{static_cast<int>(person) + 1};
+            std::vector<double> const found = FirstRow(
+                ofT2 ? statistics.GetContributionScoresMultiWeight(1, {}, one, {Weight::P, Weight::P}, {1, 2},
+                                                                   TriState::No)
+                     : statistics.GetContributionScoresSingleWeight(1, {}, one, Weight::P, 1, 1, TriState::No));
+            ASSERT_EQ(found.size(), figures.columns.size());
+            if (sign == 0)
+                sign = found[0] * figures.columns[0][person] < 0 && !ofT2 ? -1 : 1;
+            for (std::size_t variable = 0; variable < found.size(); ++variable)
+                EXPECT_NEAR(found[variable], sign * figures.columns[variable][person], 2e-6) << person << variable;
+        }
+    }
+}
+
 } // namespace small
