@@ -391,8 +391,11 @@ private:
         if (bars.empty())
             throw Problem(
                 ExceptionMessage::translate("All contributions are missing: there is nothing to follow down."));
-        if (m_question.via.empty())
-            return {bars.front()};
+        if (m_question.via.empty()) {
+            auto const found =
+                std::ranges::find_if(bars, [this](ContributionBar const &bar) { return LeadsDown(bar); });
+            return {found == bars.end() ? bars.front() : *found};
+        }
         std::vector<ContributionBar> followed;
         for (std::string const &name : NamesIn(m_question.via)) {
             auto const found = std::ranges::find(bars, name, &ContributionBar::variable);
@@ -406,13 +409,22 @@ private:
         return followed;
     }
 
-    Builder::SelectionPtr Down(SelectDataSeriesData &upper, std::vector<ContributionBar> const &followed) const {
+    ColumnTerm TermOf(ContributionBar const &bar) const {
         auto const model = m_project->GetModel(m_question.model);
-        ColumnTerms const &all =
-            m_question.kind == ContributionQuestion::DModY ? model->GetYColumnTerms() : model->GetXColumnTerms();
+        bool const isOfY = m_question.kind == ContributionQuestion::DModY;
+        return (isOfY ? model->GetYColumnTerms() : model->GetXColumnTerms())[bar.term];
+    }
+
+    // A model of results of models may have variables as they are, which lead nowhere.
+    bool LeadsDown(ContributionBar const &bar) const {
+        int const kind = m_project->GetVariables()[TermOf(bar).GetMotherVariable(1)].kind;
+        return m_info->isBatchLevel || kind == VariableInfo::Score || kind == VariableInfo::OrthogonalScore;
+    }
+
+    Builder::SelectionPtr Down(SelectDataSeriesData &upper, std::vector<ContributionBar> const &followed) const {
         ColumnTerms terms;
         for (ContributionBar const &bar : followed)
-            terms.AppendTerm(all[bar.term]);
+            terms.AppendTerm(TermOf(bar));
         return m_info->isBatchLevel ? DownToBatches(upper, terms) : DownToBase(upper, terms, followed);
     }
 

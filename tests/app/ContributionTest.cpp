@@ -87,6 +87,14 @@ TEST_F(SmallContribution, FollowsScoresToTheModelBelow) {
                   Bars("--model 1 --group x8 --score --components 2 " + reference))
             << kind;
     }
+    // Unless told, the strongest one that is a score, whatever comes first.
+    int variablesFirst = 0;
+    for (char const *const row : {"x1", "x4", "x5", "x8"}) {
+        std::string const arguments = std::string("--model 3 --score --group ") + row;
+        variablesFirst += Bars(arguments)[1][0] == "b";
+        EXPECT_THAT(Done("contribution a.project --down " + arguments), HasSubstr("; down from M3 by M1.t[")) << row;
+    }
+    EXPECT_GT(variablesFirst, 0);
 }
 
 TEST_F(SmallContribution, TellsWhatItCantExplain) {
