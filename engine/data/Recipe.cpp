@@ -38,12 +38,12 @@ bool IsWhole(HierarchyRecipe const &recipe) {
 bool IsWhole(CorrectionRecipe const &recipe) {
     std::size_t const terms = recipe.definition.xTerms.size();
     auto const isPlain = [](Term const &term) { return !term.IsProduct() && term.lag == 0 && term.column >= 0; };
-    auto const &[w, p, wStar, t] = recipe.correction;
+    OrthogonalCorrection const &made = recipe.correction;
     auto const isOfTerms = [&](Matrix const &vectors) {
-        return static_cast<std::size_t>(vectors.rows()) == terms && vectors.cols() == t.cols();
+        return static_cast<std::size_t>(vectors.rows()) == terms && vectors.cols() == made.t.cols();
     };
-    return recipe.offsets.size() == terms && recipe.weights.size() == terms && isOfTerms(w) && isOfTerms(p) &&
-           isOfTerms(wStar) && static_cast<std::size_t>(t.rows()) == recipe.definition.rows.size() &&
+    return recipe.offsets.size() == terms && recipe.weights.size() == terms && isOfTerms(made.w) && isOfTerms(made.p) &&
+           isOfTerms(made.wStar) && static_cast<std::size_t>(made.t.rows()) == recipe.definition.rows.size() &&
            std::ranges::all_of(recipe.definition.xTerms, isPlain);
 }
 

@@ -21,14 +21,14 @@ std::vector<int> RunRules(std::span<float const> points, double centre, double d
         return completed;
     for (std::ptrdiff_t point = 0; point < std::ssize(points); ++point)
         for (int rule = 4; rule >= 1; --rule) {
-            auto const [beyond, of, deviations] = rules[rule - 1];
+            Rule const &asked = rules[rule - 1];
             for (double const side : {1.0, -1.0}) {
                 auto const isBeyond = [&](float value) {
-                    return !IsMissing(value) && side * (value - centre) > deviations * deviation;
+                    return !IsMissing(value) && side * (value - centre) > asked.deviations * deviation;
                 };
                 auto const end = points.begin() + point + 1;
-                auto const begin = end - std::min(of, point + 1);
-                if (isBeyond(*(end - 1)) && std::count_if(begin, end, isBeyond) >= beyond)
+                auto const begin = end - std::min(asked.of, point + 1);
+                if (isBeyond(*(end - 1)) && std::count_if(begin, end, isBeyond) >= asked.beyond)
                     completed[static_cast<std::size_t>(point)] = rule;
             }
         }
