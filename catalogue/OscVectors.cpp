@@ -19,8 +19,10 @@ public:
     }
     ColumnIDs CreateColumnIDs(ProjectPtr project, char const *source, int, unsigned long) const final {
         int const dataSet = GetDataSetNumber(project, source);
-        boost::shared_ptr<NCDataSet const> const set = dataSet == -1 ? nullptr : project->GetDataSet(dataSet);
-        return set ? (GetProjectData(*project).*columns)(dataSet, set->GetOSCModel()) : ColumnIDs(project);
+        if (dataSet == -1)
+            return ColumnIDs(project);
+        boost::shared_ptr<NCDataSet const> const set = project->GetDataSet(dataSet);
+        return (GetProjectData(*project).*columns)(dataSet, set ? set->GetOSCModel() : nullptr);
     }
 
 protected:
