@@ -3,6 +3,7 @@
 #include "app/Failure.h"
 #include "app/Series.h"
 #include "app/SeriesSpecification.h"
+#include "app/Summary.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "platform/containers/Missing.h"
 #include "utilities/DefaultSelection.h"
@@ -15,31 +16,25 @@
 namespace {
 
 constexpr auto overObservations = ProjectVector::VectorTypeVariablesScores;
-constexpr std::uint32_t mostNamed = 12; // names in a message
 
 using ValueOf = std::unordered_map<std::uint32_t, float>; // of observations by number
 
-// As many names as a message has room for.
-std::string Listed(VarObs const &list, std::uint32_t count, auto const &nameOf) {
-    std::string names;
-    for (std::uint32_t i = 1; i <= std::min(count, mostNamed); ++i)
-        names += (i > 1 ? ", " : "") + nameOf(list, i);
-    return count > mostNamed ? names + " and " + std::to_string(count - mostNamed) + " more" : names;
-}
-
 std::string IdentifiersOf(NCProject const &project) {
     VarObs const &list = project.GetObservations();
-    return Listed(list, static_cast<std::uint32_t>(list.SizeAliases()),
-                  [](VarObs const &all, std::uint32_t i) { return all.GetAlias(static_cast<int>(i))->name; });
+    std::vector<std::string> names;
+    for (int alias = 1; alias <= list.SizeAliases(); ++alias)
+        names.push_back(list.GetAlias(alias)->name);
+    return Listed(names);
 }
 
 NCError UnknownColour(NCProject const &project, std::string const &asked) {
     VarObs const &variables = project.GetVariables();
-    return Problem(
-        ExceptionMessage::translate("There is no identifier column, variable or statistic \"{1}\" to colour "
-                                    "observations by. Identifier columns: {2}; variables: {3}.") %
-        asked % IdentifiersOf(project) %
-        Listed(variables, variables.Size(), [](VarObs const &all, std::uint32_t i) { return all.GetText(i, 1); }));
+    std::vector<std::string> names;
+    for (std::uint32_t variable = 1; variable <= variables.Size(); ++variable)
+        names.push_back(variables.GetText(variable, 1));
+    return Problem(ExceptionMessage::translate("There is no identifier column, variable or statistic \"{1}\" to colour "
+                                               "observations by. Identifier columns: {2}; variables: {3}.") %
+                   asked % IdentifiersOf(project) % Listed(names));
 }
 
 // The model that a series comes from; null for a series of data.

@@ -2,7 +2,7 @@
 
 #include "engine/statistics/Answer.h"
 #include "platform/containers/Missing.h"
-#include "platform/numerics/Wavelet.h"
+#include "platform/identity/PlaceOfItem_internal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -133,7 +133,10 @@ std::optional<Reconstruction::Asked> Reconstruction::AskedBy(Call const &call) {
 
 Reconstruction::Reconstruction(ModelView const &model, DataSet const &source, CompressionRecipe const &recipe,
                                Form form, std::vector<Argument> arguments)
-    : m_model(model), m_source(source), m_recipe(recipe), m_form(form), m_arguments(std::move(arguments)) {}
+    : m_model(model), m_source(source), m_recipe(recipe),
+      m_filter(
+          Wavelet::GetDecompositionFilter(static_cast<Wavelet::WaveletFunctionType>(recipe.function), recipe.order)),
+      m_form(form), m_arguments(std::move(arguments)) {}
 
 std::optional<Reconstruction> Reconstruction::Of(Call const &call, Subject const &subject) {
     std::optional<Asked> const asked = AskedBy(call);
@@ -160,17 +163,27 @@ std::optional<Reconstruction> Reconstruction::Of(Call const &call, Subject const
     return Reconstruction(*model, subject.Data(recipe->dataSet), *recipe, asked->form, std::move(arguments));
 }
 
-int Reconstruction::CoefficientAt(ColumnIDs const &columns, int column) const {
-    int const place = m_model.GetXColumnTerms().Find(columns.GetColumnTerm(column)) - 1;
+std::vector<int> Reconstruction::CoefficientsIn(ColumnIDs const &columns) const {
+    PlaceOfItem const placeOf(m_model.GetXColumnTerms());
     std::vector<Term> const &terms = m_model.Fit().definition.xTerms;
-    return place >= 0 && IsCoefficient(terms[static_cast<std::size_t>(place)], m_recipe) ? place : -1;
+    std::vector<int> places;
+    for (int column = 1; column <= columns.Size(); ++column) {
+        int const place = placeOf(columns.GetColumnTerm(column)) - 1;
+        bool const isCoefficient = place >= 0 && IsCoefficient(terms[static_cast<std::size_t>(place)], m_recipe);
+        places.push_back(isCoefficient ? place : -1);
+    }
+    return places;
 }
 
 ColumnIDs Reconstruction::Columns(ColumnIDs const &columns) const {
+    return Columns(columns, CoefficientsIn(columns));
+}
+
+ColumnIDs Reconstruction::Columns(ColumnIDs const &columns, std::vector<int> const &coefficients) const {
     ColumnTerms terms;
     bool isThere = false;
     for (int column = 1; column <= columns.Size(); ++column) {
-        bool const isCoefficient = CoefficientAt(columns, column) >= 0;
+        bool const isCoefficient = coefficients[static_cast<std::size_t>(column - 1)] >= 0;
         if (!isCoefficient)
             terms.AppendTerm(columns.GetColumnTerm(column));
         for (int const variable : isCoefficient && !isThere ? m_recipe.columns : std::vector<int>())
@@ -183,14 +196,12 @@ ColumnIDs Reconstruction::Columns(ColumnIDs const &columns) const {
 // A value for each X term; what is no coefficient is not looked at.
 std::vector<double> Reconstruction::Back(std::vector<double> const &values) const {
     std::vector<Term> const &terms = m_model.Fit().definition.xTerms;
-    Wavelet::Filter const filter =
-        Wavelet::GetDecompositionFilter(static_cast<Wavelet::WaveletFunctionType>(m_recipe.function), m_recipe.order);
     auto const variables = m_recipe.columns.size();
     std::vector<float> coefficients(
         static_cast<std::size_t>(Wavelet::TransformedLength(static_cast<int>(variables), true)));
     std::vector<double> result(variables);
     auto const add = [&](auto combine) {
-        std::vector<double> const row = Wavelet::InverseTransform(coefficients, filter);
+        std::vector<double> const row = Wavelet::InverseTransform(coefficients, m_filter);
         for (std::size_t k = 0; k < variables; ++k)
             result[k] += combine(row[k]);
     };
@@ -220,11 +231,8 @@ TablePtr Reconstruction::Table(TablePtr table) const {
     if (!table)
         return table;
     ColumnIDs const &columns = table->GetColumnIDs();
-    std::vector<int> places;
-    for (int column = 1; column <= columns.Size(); ++column)
-        places.push_back(CoefficientAt(columns, column));
-    ColumnIDs const reconstructed = Columns(columns);
-    Answer answer(reconstructed, static_cast<std::size_t>(table->Rows()));
+    std::vector<int> const places = CoefficientsIn(columns);
+    Answer answer(Columns(columns, places), static_cast<std::size_t>(table->Rows()));
     for (int row = 1; row <= table->Rows(); ++row) {
         std::span<float const> const values = table->GetMatrix().Row(row);
         std::vector<double> coefficients(m_model.Fit().definition.xTerms.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/statistics/Handlers.h"
+#include "platform/numerics/Wavelet.h"
 
 namespace engine {
 
@@ -39,12 +40,14 @@ private:
                    std::vector<Argument> arguments);
 
     std::vector<double> Back(std::vector<double> const &values) const;
-    // Of a column, from 1: the place of its coefficient among the X terms, from 0; -1 for any other.
-    int CoefficientAt(ColumnIDs const &columns, int column) const;
+    // Of each column the place of its coefficient among the X terms, from 0; -1 for any other.
+    std::vector<int> CoefficientsIn(ColumnIDs const &columns) const;
+    ColumnIDs Columns(ColumnIDs const &columns, std::vector<int> const &coefficients) const;
 
     ModelView const &m_model;
     DataSet const &m_source;
     CompressionRecipe const &m_recipe;
+    Wavelet::Filter m_filter;
     Form m_form;
     std::vector<Argument> m_arguments;
 };

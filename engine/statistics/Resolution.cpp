@@ -8,10 +8,16 @@ namespace {
 
 // The place of a term among all of them, from 0; it gets one.
 Index PlaceIn(ColumnTerms &terms, ColumnTerm const &term) {
-    if (terms.Find(term) < 0)
-        terms.AppendTerm(term);
-    return terms.Find(term) - 1;
+    if (int const place = terms.Find(term); place > 0)
+        return place - 1;
+    terms.AppendTerm(term);
+    return terms.Size() - 1;
 }
+
+struct LowerModel {
+    Resolution resolution;
+    std::vector<Index> places; // of its terms among all of the upper model
+};
 
 // The score that a term is, where it is one as the model below gives it; null for any other.
 HierarchyRecipe::Result const *ScoreBehind(Term const &term, HierarchyRecipe const *recipe) {
@@ -35,12 +41,13 @@ Vector DirectionOf(HierarchyRecipe::Result const &score, ModelView const &model)
 
 Resolution Resolved(ModelView const &model, Subject const &subject) {
     auto const *const recipe = model.FittedData().MadeAs<HierarchyRecipe>();
-    std::map<int, Resolution> lower;
+    std::map<int, LowerModel> lower;
     Resolution result;
     for (int const number : recipe ? recipe->Models() : std::vector<int>()) {
-        Resolution const &below = lower.emplace(number, Resolved(*subject.Model(number), subject)).first->second;
-        for (ColumnTerm const &term : below.terms)
-            PlaceIn(result.terms, term);
+        LowerModel &below = lower[number];
+        below.resolution = Resolved(*subject.Model(number), subject);
+        for (ColumnTerm const &term : below.resolution.terms)
+            below.places.push_back(PlaceIn(result.terms, term));
     }
     std::vector<Term> const &terms = model.Fit().definition.xTerms;
     auto const count = static_cast<Index>(terms.size());
@@ -56,10 +63,10 @@ Resolution Resolved(ModelView const &model, Subject const &subject) {
             continue;
         }
         HierarchyRecipe::Result const &score = *ScoreBehind(terms[k], recipe);
-        Resolution const &below = lower.at(score.model);
-        Vector const values = below.shares * DirectionOf(score, *subject.Model(score.model));
+        LowerModel const &below = lower.at(score.model);
+        Vector const values = below.resolution.shares * DirectionOf(score, *subject.Model(score.model));
         for (Index i = 0; i < values.size(); ++i)
-            result.shares(PlaceIn(result.terms, below.terms[static_cast<int>(i) + 1]), column) +=
+            result.shares(below.places[static_cast<std::size_t>(i)], column) +=
                 values[i] * model.Fit().xScales[k].weight;
     }
     return result;
