@@ -245,6 +245,24 @@ TEST_F(Transformed, CoefficientsGoBackToVariables) {
                        .Values()[row];
         EXPECT_NEAR(sum, predicted[row], 1e-4) << row;
     }
+    // Loadings and weights lead from scores to the variables and back, in their own units.
+    std::string const of = " M" + std::to_string(scaled);
+    std::vector<float> const mean = Values("Xavg" + of, Loadings), seen = Values("XObs" + of + ",0,4,0,1,1", Loadings),
+                             modelled = Values("XObsPred" + of + ",2,4,0,1,1", Loadings);
+    std::vector<double> sums(mean.begin(), mean.end());
+    for (std::string const component : {"1", "2"}) {
+        std::vector<float> const p = Values("p" + of + "," + component + ",0,0", Loadings),
+                                 w = Values("w*" + of + "," + component + ",0,0", Loadings);
+        double const t = Values("t" + of + "," + component + ",0,0").at(3);
+        double score = 0;
+        for (std::size_t k = 0; k < sums.size(); ++k) {
+            sums[k] += t * p.at(k);
+            score += static_cast<double>(w.at(k)) * (seen.at(k) - mean[k]);
+        }
+        EXPECT_NEAR(score, t, 1e-4) << component;
+    }
+    for (std::size_t k = 0; k < sums.size(); ++k)
+        EXPECT_NEAR(modelled.at(k), sums[k], 1e-4) << k;
 }
 
 // Few coefficients have what varies; denoised data are near the data, and missing cells are read off their neighbours.
@@ -324,6 +342,23 @@ TEST_F(Transformed, CorrectionTakesOffWhatHasNothingToDoWithY) {
     for (std::size_t row = 0; row < fitted.size(); ++row)
         EXPECT_NEAR(predicted.at(row), fitted[row], 1e-5);
     EXPECT_TRUE(Values("OSC-t DS1,1").empty());
+}
+
+// A correction is made of filled cells, which are not missing in what is left; those of new rows stay missing.
+TEST_F(Transformed, CorrectionFillsTheCellsThatItIsMadeOf) {
+    std::string rows = Measured(12, 3, "o");
+    std::size_t const cell = rows.find(',', rows.find("\no4,") + 1) + 1;
+    rows.erase(cell, rows.find(',', cell) - cell);
+    int const incomplete = m_project->AddDataSet(Read(rows));
+    m_project->AddPredictions(Read(rows, "new"));
+    int const corrected = m_project->AddCorrection({.dataSet = incomplete, .responses = {"y"}});
+    auto const a = [&](int dataSet) {
+        boost::shared_ptr<NCDataSet const> const set = m_project->GetDataSet(dataSet);
+        return set->GetVariable(set->GetVariables()[0])[5];
+    };
+    EXPECT_EQ(a(incomplete), missingValue);
+    EXPECT_NEAR(a(corrected), 20, 4);
+    EXPECT_EQ(a(corrected + 1), missingValue) << "the prediction set, corrected";
 }
 
 } // namespace
