@@ -219,6 +219,7 @@ public:
         if (!FindVector())
             return true; // the reader tells why
         LowerRange(losses);
+        LowerPredictive(losses);
         if (!m_named)
             return true;
         auto const keys = NumberedKeys(*m_data.GetProjectVector());
@@ -262,6 +263,21 @@ private:
                 m_section.WriteKey(key, last);
                 losses.push_back(Lowered(number, last));
             }
+    }
+
+    // A score or loading of a predictive component, whose number may be that of an orthogonal one elsewhere.
+    void LowerPredictive(Losses &losses) {
+        ProjectVector const &vector = *m_data.GetProjectVector();
+        ModelInfo const *const model = m_data.GetModelInfo();
+        int component = 0;
+        if (!model || vector.GetComponentType() != ProjectVector::ComponentPredictive ||
+            vector.PredictiveComponentDefaultsToLast() || !m_section.ReadKey("PredictiveComp", component))
+            return;
+        int const last = model->SizePredictiveComponents();
+        if (last > 0 && component > last) {
+            m_section.WriteKey("PredictiveComp", last);
+            losses.push_back(Lowered(component, last));
+        }
     }
 
     std::string Lowered(int component, int last) const {
