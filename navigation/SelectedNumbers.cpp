@@ -1,5 +1,6 @@
 #include "navigation/SelectedNumbers.h"
 
+#include "navigation/Numbers_internal.h"
 #include "platform/project/NCProject.h"
 #include "utilities/DefaultSelection.h"
 
@@ -13,11 +14,6 @@ using Vector = ProjectVector;
 ColumnTerm TermAt(ColumnTerms const &terms, std::uint32_t number) {
     bool const known = number >= 1 && number <= static_cast<std::uint32_t>(terms.Size());
     return known ? terms[static_cast<int>(number)] : ColumnTerm();
-}
-
-std::uint32_t YNumberOf(ProjectVectorData const &data, ProjectUtilities::DefaultSelection const *defaults) {
-    return data.GetProjectVector()->GetNumberType() == Vector::NumberXAndYVariable ? data.GetNumberID2(defaults, true)
-                                                                                   : data.GetNumber(defaults);
 }
 
 // Once specifications have differed, no term brings them together again.

@@ -66,6 +66,12 @@ void ValidateTransformationType(SelectDataSeriesData const *selection, Transform
         transformation.SetTransformationType(TransformationData::NoTransformation);
 }
 
+bool CanUseTimeVector(SelectDataSeriesData const *selection) {
+    ProjectVector::VectorTypeEnum const type = selection->GetVectorType();
+    return !selection->GetTransformationData().IsTransformItems() && type != ProjectVector::VectorTypeComponent &&
+           type != ProjectVector::VectorTypeLag && type != ProjectVector::VectorTypeBatch;
+}
+
 bool CanHistogramTransform(SelectDataSeriesData const *selection) {
     if (selection->GetTransformationData().GetTransformationType() != TransformationData::NoTransformation)
         return true;

@@ -23,4 +23,7 @@ DATASERIES_API void ValidateTransformationType(SelectDataSeriesData const *selec
 // A histogram may be chosen: there already is a transformation, or at most one series, and counting rows alone as axes.
 DATASERIES_API bool CanHistogramTransform(SelectDataSeriesData const *selection);
 
+// A time may be the X axis: the items are no components, lags or batches, and the transformation keeps them.
+DATASERIES_API bool CanUseTimeVector(SelectDataSeriesData const *selection);
+
 } // namespace DataSeriesUtilities
