@@ -4,9 +4,11 @@
 #include "platform/containers/BoolVector.h"
 #include "platform/export.h"
 #include "platform/forward.h"
+#include "platform/identity/BatchUtilities.h"
 #include "platform/identity/ColumnIDs.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 class ProjectVectorData;
@@ -39,6 +41,23 @@ DATASERIES_API ArgumentType GetVectorArgumentType(SelectDataSeriesData const *se
 
 // The data behind the first vector in use that has any; empty when there is none.
 DATASERIES_API boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData const *selection);
+
+// A counting row or an identifier. Null is one.
+DATASERIES_API bool IsNumVectorLike(ProjectVector const *vector);
+// The name without the mark of predicted rows: "t" of "tPS", "DModX+" of "DModXPS+", "Date/Time" of "Date/Time-PS".
+DATASERIES_API std::string GetNameWithoutPS(char const *name);
+// T2 over a range of components.
+DATASERIES_API bool IsT2RangeDataSeries(ProjectVectorData const &data);
+// How much of the variation is explained or predicted, whatever it is counted over: R2X, Q2VYcum, ...; and a selection
+// whose series are that alone, of which there must be one.
+DATASERIES_API bool IsR2Q2Data(ProjectVectorData const &data);
+DATASERIES_API bool IsOnlyR2Q2Series(SelectDataSeriesData const *selection);
+// A specification is a contribution.
+DATASERIES_API bool IsContribution(SelectDataSeriesData const *selection);
+// The largest and the smallest multiplier of a standard deviation in the specifications whose vectors have them;
+// ProjectVectorData::NoMultiplier when none is set.
+DATASERIES_API double GetMaxMultiplierValue(SelectDataSeriesData const *selection);
+DATASERIES_API double GetMinMultiplierValue(SelectDataSeriesData const *selection);
 
 // A distance to the model, in X or Y; and in Y alone.
 DATASERIES_API bool IsDistanceToModel(ProjectVectorData const &data);
@@ -76,6 +95,14 @@ DATASERIES_API bool HasDateTimeVariables(NCDataContainerBase const &data);
 DATASERIES_API ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected);
 // A copy with the columns whose flag is set; null when none is left or there are no columns.
 DATASERIES_API std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVector const &selected);
+
+// The batches of that data, in order; none without data or batches.
+DATASERIES_API BatchInfoVector GetBatchInfoVector(SelectDataSeriesData const *selection);
+// The data sets whose observations are behind the rows of a model, through batch levels down, rising.
+DATASERIES_API std::vector<int> GetBaseDatasets(NCProject const &project, int model);
+// The critical distance to the model for the first specification that is a distance in X, at the significance of the
+// selection; -99.0 without one, and where there is none.
+DATASERIES_API float GetDCrit(SelectDataSeriesData const *selection);
 
 // How much of the sum of squares of X the component of the specification explains, as a share (R2X); of Y (R2Y) for a
 // Y-side component. 1 for what has no single component or no model, and where the share is not known.

@@ -1,5 +1,6 @@
 #include "navigation/DataSources.h"
 
+#include "navigation/DataSeriesUtilities.h"
 #include "selection/SelectDataSeriesData.h"
 
 #include <algorithm>
@@ -81,8 +82,7 @@ bool DataSourceType::IterateDataSeries(SelectDataSeriesData const *selection, Da
     auto const shares = [&type](ProjectVectorData const *data) { return type(*data); };
     return std::all_of(vectors.begin(), series,
                        [&](ProjectVectorData const *data) {
-                           Vector const *const vector = data->GetProjectVector();
-                           return !vector || vector->IsNumVectorLike() || shares(data);
+                           return IsNumVectorLike(data->GetProjectVector()) || shares(data);
                        }) &&
            std::all_of(series, vectors.end(), shares);
 }

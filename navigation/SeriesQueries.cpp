@@ -30,6 +30,15 @@ std::vector<ProjectVectorData const *> ShownBy(SelectDataSeriesData const &selec
     return vectors;
 }
 
+std::vector<double> MultipliersOf(SelectDataSeriesData const &selection) {
+    std::vector<double> multipliers;
+    for (ProjectVectorData const *const data : ShownBy(selection))
+        if (data->GetProjectVector()->HasMultiplier())
+            multipliers.insert(multipliers.end(), {data->multiplier1, data->multiplier2});
+    std::erase(multipliers, ProjectVectorData::NoMultiplier);
+    return multipliers;
+}
+
 template <std::size_t size>
 bool IsNamed(ProjectVectorData const &data, std::string_view const (&names)[size]) {
     return data.GetProjectVector() && std::ranges::count(names, data.GetProjectVector()->GetName()) > 0;
@@ -89,7 +98,7 @@ void ObsPredTypeChecker::Add(ProjectVector::ObsOrPredType type) {
 }
 
 void ObsPredTypeChecker::operator()(ProjectVectorData const &data) {
-    if (data.GetProjectVector() && !data.GetProjectVector()->IsNumVectorLike())
+    if (!IsNumVectorLike(data.GetProjectVector()))
         Add(data.GetProjectVector()->GetObsPredType());
 }
 
@@ -97,6 +106,49 @@ ProjectVector::ObsOrPredType ObsPredTypeChecker::Type() const {
     if (observed == 0)
         return predicted == 0 ? Vector::ObsAndPred : Vector::Predicted;
     return predicted == 0 ? Vector::Observed : Vector::ObsAndPred;
+}
+
+bool IsNumVectorLike(ProjectVector const *vector) {
+    return !vector || vector->IsNumVectorLike();
+}
+
+std::string GetNameWithoutPS(char const *name) {
+    std::string text = name;
+    std::size_t const mark = text.rfind("PS");
+    if (mark == std::string::npos)
+        return text;
+    bool const hasHyphen = mark > 0 && text[mark - 1] == '-';
+    return hasHyphen ? text.erase(mark - 1, 3) : text.erase(mark, 2);
+}
+
+bool IsT2RangeDataSeries(ProjectVectorData const &data) {
+    return data.GetProjectVector() && data.GetProjectVector()->IsT2RangeVector();
+}
+
+bool IsR2Q2Data(ProjectVectorData const &data) {
+    std::string_view const name = data.GetProjectVector() ? data.GetProjectVector()->GetName() : "";
+    return name.starts_with("R2") || name.starts_with("Q2");
+}
+
+bool IsOnlyR2Q2Series(SelectDataSeriesData const *selection) {
+    auto const series = ShownBy(*selection, false);
+    return !series.empty() &&
+           std::ranges::all_of(series, [](ProjectVectorData const *data) { return IsR2Q2Data(*data); });
+}
+
+bool IsContribution(SelectDataSeriesData const *selection) {
+    return std::ranges::any_of(
+        ShownBy(*selection), [](ProjectVectorData const *data) { return data->GetProjectVector()->IsContribution(); });
+}
+
+double GetMaxMultiplierValue(SelectDataSeriesData const *selection) {
+    std::vector<double> const multipliers = MultipliersOf(*selection);
+    return multipliers.empty() ? ProjectVectorData::NoMultiplier : std::ranges::max(multipliers);
+}
+
+double GetMinMultiplierValue(SelectDataSeriesData const *selection) {
+    std::vector<double> const multipliers = MultipliersOf(*selection);
+    return multipliers.empty() ? ProjectVectorData::NoMultiplier : std::ranges::min(multipliers);
 }
 
 bool IsDistanceToModel(ProjectVectorData const &data) {

@@ -1,3 +1,4 @@
+#include "navigation/DataSeriesUtilities.h"
 #include "navigation/DataSources.h"
 #include "navigation/SelectedNumbers.h"
 #include "selection/SelectDataSeriesData.h"
@@ -56,10 +57,7 @@ SelectDataSeriesData::DataSeriesGlobalType SelectDataSeriesData::IsProjectIndepe
     if (m_globalType != GlobalTypeUndecided)
         return m_globalType;
     Vectors const vectors = VectorsInUse();
-    bool const hasContribution = std::ranges::any_of(vectors, [](ProjectVectorData const *data) {
-        return data->GetProjectVector() && data->GetProjectVector()->IsContribution();
-    });
-    if (!HaveOneSource(vectors) || hasContribution)
+    if (!HaveOneSource(vectors) || DataSeriesUtilities::IsContribution(this))
         return GlobalTypeProject;
     CurrentSelectedNumbers const numbers = NumbersOf(vectors, m_defaults.get());
     if (!Agree(numbers))

@@ -1,5 +1,6 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "navigation/DataSeriesUtilities.h"
+#include "navigation/DefaultAxes.h"
 #include "navigation/Transformations.h"
 #include "navigation/VectorForms.h"
 #include "platform/containers/Missing.h"
@@ -176,6 +177,75 @@ TEST_F(SeriesQueries, TellBatchesAndTimes) {
     point.maturity = 0.5f;
     world.project->variables.SetInfo(point);
     EXPECT_TRUE(IsBatchLevelData(&selection));
+}
+
+TEST_F(SeriesQueries, TellVectors) {
+    for (auto const &[name, expected] : std::initializer_list<std::pair<char const *, char const *>>{
+             {"tPS", "t"}, {"DModXPS+", "DModX+"}, {"Date/Time-PS", "Date/Time"}, {"tPScvSE", "tcvSE"}, {"p", "p"}})
+        EXPECT_EQ(GetNameWithoutPS(name), expected);
+
+    VectorProbe const limits{{.name = "Q2cum", .flags = "m"}};
+    m_data['m'] = m_data['M'] = world.Data(limits, "M1");
+    m_data['m'].multiplier1 = 3.0;
+    m_data['m'].multiplier2 = -2.0;
+    // The largest and the smallest multiplier; whether explained variation alone is shown, and a contribution.
+    for (auto const &[text, largest, smallest, isR2, isContribution] :
+         std::initializer_list<std::tuple<char const *, double, double, bool, bool>>{{"--", -99, -99, false, false},
+                                                                                     {"--M", -99, -99, true, false},
+                                                                                     {"p-mMn", 3, -2, true, false},
+                                                                                     {"m-p", 3, -2, false, false},
+                                                                                     {"c-m", 3, -2, true, true}}) {
+        Selection const selection = Make(text);
+        EXPECT_EQ(GetMaxMultiplierValue(&selection), largest) << text;
+        EXPECT_EQ(GetMinMultiplierValue(&selection), smallest) << text;
+        EXPECT_EQ(IsOnlyR2Q2Series(&selection), isR2) << text;
+        EXPECT_EQ(IsContribution(&selection), isContribution) << text;
+    }
+    // What can be scaled by its component, and normalised.
+    for (auto const &[text, byShare, byLength] : std::initializer_list<std::tuple<char const *, bool, bool>>{
+             {"--pv", true, true}, {"--o", true, false}, {"--x", false, false}, {"n-v", false, false}}) {
+        Selection const selection = Make(text);
+        EXPECT_EQ(CanApplyR2XTransformation(&selection), byShare) << text;
+        EXPECT_EQ(CanApplyNormlizeTransformation(&selection), byLength) << text;
+    }
+    world.project->Info(3).dataSets = {17, 4, 18};
+    EXPECT_EQ(GetBaseDatasets(*world.project, 3), (std::vector{4, 7, 8}));
+}
+
+TEST_F(SeriesQueries, GetDefaultAxes) {
+    world.project->variables.SetInfo(VariableInfo(4));
+    world.project->variables.SetDefaultTimeVariable(4); // of model 1 and data set 1
+    world.project->Info(1).hasDateTime = true;
+    struct {
+        char series;
+        char const *scores, *loadings; // the vector, its source and its number
+    } const cases[] = {{'p', "Date/Time M1 4", "Num M1 -1"},
+                       {'o', "Num M2 -1", "Num M2 -1"},
+                       {'v', "VarDS DS1 4", "VarID DS1 3"},
+                       {'w', "VarPS PS 4", "Num  -1"},
+                       {'q', "Date/Time-PS M1 4", "Num M1 -1"}};
+    Selection selection = Make("nn");
+    auto const axis = [&] {
+        ProjectVectorData const &data = selection.GetXAxis();
+        return std::string(data.GetProjectVector()->GetName()) + ' ' + data.GetDataSourceName() + ' ' +
+               std::to_string(static_cast<int>(data.GetNumberID()));
+    };
+    world.project->AddData(0, {5, 6}, {4, 5});
+    world.project->AddData(1, {1}, {3, 4}).variableAliases = {1, 3};
+    for (auto const &row : cases) {
+        SetDefaultScoreNumAxis(&selection, m_data[row.series]);
+        EXPECT_EQ(axis(), row.scores);
+        SetDefaultLoadingNumAxis(&selection, m_data[row.series]);
+        EXPECT_EQ(axis(), row.loadings);
+    }
+
+    selection = Make("xyXkz");
+    SetXVariable(&selection, 1, 3);
+    SetSelectedYVariable(&selection, 1, 2);
+    std::string numbers;
+    for (ProjectVectorData const *const data : selection.VectorsInUse())
+        numbers += std::to_string(data->GetNumberID()) + std::to_string(data->GetNumberID2(nullptr, false)) + ' ';
+    EXPECT_EQ(numbers, "31 21 31 11 32 ");
 }
 
 } // namespace
