@@ -160,12 +160,18 @@ constexpr struct {
              {"qor", "qor"},   {"w", "w"},         {"wcvSE", "w"},   {"w*", "w*"},     {"w*cvSE", "w*"},
              {"w*c", "w*c"},   {"w*ccvSE", "w*c"}, {"wo", "wo"},     {"wocvSE", "wo"}};
 
+// Null for one that has none.
+char const *BaseOf(ProjectVector const &vector) {
+    auto const found =
+        std::ranges::find_if(bases, [&](auto const &row) { return std::strcmp(row.name, vector.GetName()) == 0; });
+    return found == std::end(bases) ? nullptr : found->base;
+}
+
 double InverseLength(SelectDataSeriesData const &selection, ProjectVectorData const &data) {
-    auto const found = std::ranges::find_if(
-        bases, [&](auto const &row) { return std::strcmp(row.name, data.GetProjectVector()->GetName()) == 0; });
-    if (found == std::end(bases))
+    char const *const name = BaseOf(*data.GetProjectVector());
+    if (!name)
         return 1.0;
-    ProjectVectorData const base = WithVector(data, found->base, ProjectVector::VectorTypeObservationsLoadings);
+    ProjectVectorData const base = WithVector(data, name, ProjectVector::VectorTypeObservationsLoadings);
     TablePtr const table = ReadVector(selection, base, base.GetProjectVector()->GetType());
     if (!table)
         return 1.0;
@@ -210,6 +216,10 @@ TablePtr ScaledByR2X(TransformInput const &input) {
 
 TablePtr Normalized(TransformInput const &input) {
     return Multiplied(input, &InverseLength);
+}
+
+bool CanNormalize(ProjectVector const &vector) {
+    return BaseOf(vector) != nullptr;
 }
 
 } // namespace ProjectDataUtilities

@@ -64,6 +64,8 @@ TablePtr SubtractVector(TransformInput const &input, TransformationData const &s
 TablePtr SubtractAndDivideVector(TransformInput const &input, TransformationData const &settings);
 TablePtr ScaledByR2X(TransformInput const &input);
 TablePtr Normalized(TransformInput const &input);
+// A vector that this changes.
+bool CanNormalize(ProjectVector const &vector);
 
 // How the first signal is distributed.
 TablePtr HistogramOf(ProjectData const &data, bool hasAxis);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 namespace DataSeriesUtilities {
 
@@ -79,6 +80,37 @@ std::unique_ptr<ColumnIDs> GetSelectedColumnIDs(ColumnIDs const *columns, BoolVe
     if (kept.Size() < columns->Size())
         reduced->Reduce(kept);
     return reduced;
+}
+
+BatchInfoVector GetBatchInfoVector(SelectDataSeriesData const *selection) {
+    auto const source = GetDataSource(selection);
+    return source ? source->GetBatchInfo() : BatchInfoVector();
+}
+
+std::vector<int> GetBaseDatasets(NCProject const &project, int model) {
+    std::set<int> bases;
+    auto const info = project.GetModelInfo(model);
+    for (int dataSet : info ? info->dataSets : std::vector<int>()) {
+        for (auto below = project.GetDataSetInfo(dataSet); below && below->sourceDataSet > 0;
+             below = project.GetDataSetInfo(dataSet))
+            dataSet = below->sourceDataSet;
+        bases.insert(dataSet);
+    }
+    return {bases.begin(), bases.end()};
+}
+
+float GetDCrit(SelectDataSeriesData const *selection) {
+    boost::shared_ptr<NCProject> const project = selection->GetProject();
+    for (ProjectVectorData const *const data : selection->VectorsInUse()) {
+        if (!project || !data->GetModelInfo() || !IsDistanceToModel(*data) || IsDistanceToModelY(*data))
+            continue;
+        auto const model =
+            boost::dynamic_pointer_cast<ProjectionModel const>(project->GetModel(data->GetModelInfo()->number));
+        return model ? model->GetDModXCrit(data->GetComponent(true), selection->GetExtraOptions().significance,
+                                           TriState::Undefined)
+                     : missingValue;
+    }
+    return missingValue;
 }
 
 double GetR2XSS(ProjectVectorData const &data, ProjectPtr const &project) {

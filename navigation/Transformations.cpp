@@ -1,6 +1,7 @@
 #include "navigation/Transformations.h"
 
 #include "building/Transforms_internal.h"
+#include "navigation/DataSeriesUtilities.h"
 #include "selection/SelectDataSeriesData.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ bool IsNum(ProjectVectorData const &data) {
 // What a transformation is of: all but counting rows and identifiers.
 std::ptrdiff_t SignalsOf(SelectDataSeriesData const &selection) {
     return std::ranges::count_if(selection.VectorsInUse(), [](ProjectVectorData const *data) {
-        return data->GetProjectVector() && !data->GetProjectVector()->IsNumVectorLike();
+        return !IsNumVectorLike(data->GetProjectVector());
     });
 }
 
@@ -64,6 +65,26 @@ bool CanBuild(SelectDataSeriesData const &selection, TransformationData const &s
 void ValidateTransformationType(SelectDataSeriesData const *selection, TransformationData &transformation) {
     if (!CanBuild(*selection, transformation))
         transformation.SetTransformationType(TransformationData::NoTransformation);
+}
+
+bool CanApplyR2XTransformation(SelectDataSeriesData const *selection) {
+    return std::ranges::any_of(selection->VectorsInUse(), [](ProjectVectorData const *data) {
+        return data->GetModelInfo() && !IsNumVectorLike(data->GetProjectVector()) &&
+               data->GetProjectVector()->HasOneComponent();
+    });
+}
+
+bool CanApplyNormlizeTransformation(SelectDataSeriesData const *selection) {
+    return std::ranges::any_of(selection->VectorsInUse(), [](ProjectVectorData const *data) {
+        return data->GetModelInfo() && data->GetProjectVector() &&
+               ProjectDataUtilities::CanNormalize(*data->GetProjectVector());
+    });
+}
+
+bool CanUseTimeVector(SelectDataSeriesData const *selection) {
+    ProjectVector::VectorTypeEnum const type = selection->GetVectorType();
+    return !selection->GetTransformationData().IsTransformItems() && type != ProjectVector::VectorTypeComponent &&
+           type != ProjectVector::VectorTypeLag && type != ProjectVector::VectorTypeBatch;
 }
 
 bool CanHistogramTransform(SelectDataSeriesData const *selection) {

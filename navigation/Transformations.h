@@ -23,4 +23,12 @@ DATASERIES_API void ValidateTransformationType(SelectDataSeriesData const *selec
 // A histogram may be chosen: there already is a transformation, or at most one series, and counting rows alone as axes.
 DATASERIES_API bool CanHistogramTransform(SelectDataSeriesData const *selection);
 
+// There is something to scale: a vector of a model that has a component which explains a share; and one whose loading
+// can be given the length of 1.
+DATASERIES_API bool CanApplyR2XTransformation(SelectDataSeriesData const *selection);
+DATASERIES_API bool CanApplyNormlizeTransformation(SelectDataSeriesData const *selection);
+
+// A time may be the X axis: the items are no components, lags or batches, and the transformation keeps them.
+DATASERIES_API bool CanUseTimeVector(SelectDataSeriesData const *selection);
+
 } // namespace DataSeriesUtilities

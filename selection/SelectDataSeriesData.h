@@ -201,6 +201,14 @@ public:
     // Exactly one whole batch, or one whole phase of it, is selected.
     bool HasSingleBatchAndPhase(std::string &batch, std::string &phase) const;
 
+    // Whether the selection could be stored and opened on another project: what was set, or else what its vectors tell.
+    // Not with several sources or several items of one kind, with a contribution, or with a part of the items that is
+    // one batch or phase; after its items have become the project's defaults, when it has any of its own.
+    DataSeriesGlobalType IsProjectIndependent() const;
+    // Makes its items the project's defaults, where it has any of its own, and leaves all numbers to the defaults.
+    // False, and no change, with several sources or several items of one kind.
+    bool MakeProjectIndependent();
+
     // What all vectors have in common; -1 when they differ.
     int GetSeriesModel() const;
     int GetCurrentModel() const;

@@ -8,6 +8,8 @@
 
 // What the vectors of a selection have in common.
 
+using DataSeriesUtilities::ObsPredTypeChecker;
+
 namespace {
 
 // A record that shows nothing of its own: without a vector, or a counting row.
@@ -19,28 +21,10 @@ std::string_view NameOf(ProjectVectorData const &data) {
     return data.GetProjectVector() ? data.GetProjectVector()->GetName() : "";
 }
 
-// Counts of vectors that show observed, and predicted, items.
-struct ObsPredCount {
-    int observed = 0;
-    int predicted = 0;
-
-    void Add(ProjectVector::ObsOrPredType type) {
-        observed += (type & ProjectVector::Observed) != 0 ? 1 : 0;
-        predicted += (type & ProjectVector::Predicted) != 0 ? 1 : 0;
-    }
-
-    ProjectVector::ObsOrPredType Type() const {
-        if (observed == 0)
-            return predicted == 0 ? ProjectVector::ObsAndPred : ProjectVector::Predicted;
-        return predicted == 0 ? ProjectVector::Observed : ProjectVector::ObsAndPred;
-    }
-};
-
-ObsPredCount CountOf(std::vector<ProjectVectorData const *> const &vectors) {
-    ObsPredCount count;
+ObsPredTypeChecker CountOf(std::vector<ProjectVectorData const *> const &vectors) {
+    ObsPredTypeChecker count;
     for (ProjectVectorData const *data : vectors)
-        if (data->GetProjectVector() && !data->GetProjectVector()->IsNumVectorLike())
-            count.Add(data->GetProjectVector()->GetObsPredType());
+        count(*data);
     return count;
 }
 
@@ -117,7 +101,7 @@ ProjectVector::ObsOrPredType SelectDataSeriesData::GetObsPredType() const {
 }
 
 ProjectVector::ObsOrPredType SelectDataSeriesData::GetSeriesObsPredType() const {
-    ObsPredCount count;
+    ObsPredTypeChecker count;
     for (ProjectVectorData const &series : m_series) {
         ProjectVector const *const vector = series.GetProjectVector();
         if (vector && !vector->IsNumVector() && std::strcmp(vector->GetName(), "Time/Maturity") != 0)
@@ -128,7 +112,7 @@ ProjectVector::ObsOrPredType SelectDataSeriesData::GetSeriesObsPredType() const 
 
 bool SelectDataSeriesData::HasPredictedVectors() const {
     std::vector<ProjectVectorData const *> const vectors = VectorsInUse();
-    ObsPredCount const count = CountOf(vectors);
+    ObsPredTypeChecker const count = CountOf(vectors);
     return (count.predicted > 0 && count.observed == 0) ||
            std::any_of(vectors.begin(), vectors.end(), [](ProjectVectorData const *data) {
                return data->GetProjectVector() &&

@@ -213,6 +213,16 @@ TEST_F(BatchSelection, LeavesSeriesOfBatchesAlone) {
     EXPECT_EQ(names, Names({"A", "C"}));
 }
 
+TEST_F(BatchSelection, BelongsToItsProjectWithOneBatch) {
+    for (auto const &[phased, flags, type] :
+         std::initializer_list<std::tuple<bool, char const *, Selection::DataSeriesGlobalType>>{
+             {true, "1111111", Selection::GlobalTypeIndependent},
+             {true, "1100000", Selection::GlobalTypeProject},
+             {true, "0110000", Selection::GlobalTypeIndependent},
+             {false, "1110000", Selection::GlobalTypeProject}})
+        EXPECT_EQ(Selected(phased, flags).IsProjectIndependent(), type) << flags;
+}
+
 TEST_F(BatchSelection, SurvivesItsProject) {
     Selection selection = Selected(true, "1110000");
     selection.SetProject(nullptr, false);
