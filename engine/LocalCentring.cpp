@@ -146,7 +146,8 @@ LocalCentring GroupMeans(ProjectFile const &file, GroupMeansRequest const &reque
     PackedTexts const names = file.VariableIdentifiers(record.number).front().texts;
     std::vector<int> const columns = ChosenColumns(file, record, names, request.variables);
     for (auto const &[variable, transformation] : request.transformations)
-        if (std::ranges::none_of(columns, [&](int at) { return names[static_cast<std::size_t>(at)] == variable; }))
+        if (std::ranges::none_of(columns,
+                                 [&, &name = variable](int at) { return names[static_cast<std::size_t>(at)] == name; }))
             throw NCError(ExceptionMessage::translate("The variable \"{1}\" to be transformed is not among those that "
                                                       "are centred.") %
                               variable,

@@ -155,4 +155,23 @@ void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last) {
         --last;
 }
 
+ColumnIDs CreateBatchStrColumnIDs(ColumnIDs const &ids, std::list<int> const *columns) {
+    ColumnIDs chosen = ids;
+    if (columns)
+        chosen.Reduce(ColumnIDs::Positions(std::vector<int>(columns->begin(), columns->end())));
+    ProjectPtr const project = ids.GetProject();
+    NCStringVector names;
+    if (chosen.GetSource() == ColumnIDs::AlignedPoints && chosen.Size() > 0)
+        names = chosen.GetBatches().GetBatchNames();
+    if (chosen.GetSource() == ColumnIDs::Observations && project) {
+        std::unordered_set<std::string> known{""}; // no batch
+        for (int column = 1; column <= chosen.Size(); ++column) {
+            std::string name = ObservationInfo(chosen.GetColumnID(column)).GetBatchName(project->GetObservations());
+            if (known.insert(name).second)
+                names.push_back(std::move(name));
+        }
+    }
+    return ColumnIDs(std::move(names), "Batch", project, ColumnIDs::Batches, ids.GetOwner());
+}
+
 } // namespace ProjectUtilities

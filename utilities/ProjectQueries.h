@@ -4,6 +4,7 @@
 #include "platform/identity/ColumnIDs.h"
 #include "platform/identity/VarObs.h"
 
+#include <list>
 #include <string>
 
 // Questions about the models and variables of a project.
@@ -39,5 +40,9 @@ DATASERIES_API bool HasNonSpecialVariables(ColumnIDs const *columns);
 // Narrows a range of columns to begin and end with variables that are not special; `last` -1 is the last column. At the
 // end a term of the model's Y is special too.
 DATASERIES_API void SkipSpecialVariables(ColumnIDs const *columns, int &first, int &last);
+
+// The batches behind columns of observations or aligned points, or behind those at the listed 1-based positions, each
+// once, as columns that are the names of batches. Aligned points stand for all batches that their columns know.
+DATASERIES_API ColumnIDs CreateBatchStrColumnIDs(ColumnIDs const &ids, std::list<int> const *columns);
 
 } // namespace ProjectUtilities

@@ -1,18 +1,10 @@
 #include "engine/data/Recipe.h"
-#include "engine/models/Archive.h"
 #include "engine/models/FittedModel.h"
 #include "platform/text/Exception.h"
 #include "tests/fuzz/Fuzz.h"
+#include "tests/fuzz/Sealed.h"
 
 namespace {
-
-// With the checksum that belongs to it.
-std::string Sealed(char const *name, unsigned version, std::string const &members) {
-    engine::WritingArchive archive(name, version);
-    for (char const byte : members)
-        archive(byte);
-    return archive.Finish();
-}
 
 // What can be loaded is saved in a form that loads and is saved the same.
 template <typename Stored>

@@ -3,6 +3,8 @@
 #include "platform/storage/InputStreamDirectory.h"
 #include "platform/text/Exception.h"
 #include "tests/fuzz/Fuzz.h"
+#include "tests/support/RecordingProject.h"
+#include "utilities/MarkedColumnIDsManager.h"
 
 #include <algorithm>
 #include <sstream>
@@ -10,7 +12,7 @@
 namespace {
 
 template <typename Value>
-std::string Written(Value const &value) {
+std::string Written(Value &value) {
     std::ostringstream stream;
     stream << value;
     return stream.str();
@@ -37,9 +39,31 @@ void AskAll(ColumnIDs const &columns) {
     }
 }
 
+struct Marks final : MarkedColumnIDsManager {
+    explicit Marks(NCProject const &project) { OnBCActiveProjectChange(&project); }
+};
+
+// The same of marks, which can then be told and changed.
+void ReadMarks(std::istream &stream) {
+    static auto const project = MakeRecordingProject();
+    Marks marks(*project), copy(*project);
+    if (!(stream >> marks))
+        return;
+    std::string const bytes = Written(marks);
+    std::istringstream again(bytes);
+    Require(static_cast<bool>(again >> copy) && Written(copy) == bytes);
+    for (int index = 0; index <= marks.NumberOfOldMarkedIDs(); ++index) {
+        auto const ids = marks.GetMarkedIDs(index);
+        if (ids)
+            AskAll(*ids);
+        copy.UpdateSelected(project, ids.get(), nullptr, static_cast<MarkedColumnIDsManager::MarkMode>(index % 3), {});
+    }
+    NCSignals::FireObservationsPurged(*project, {1, 2, 3});
+}
+
 void Read(unsigned choice, std::istream &stream) {
     ProjectData const table(RowIDs{}, ColumnIDs{}, NCDataMatrix<float>());
-    switch (choice % 5) {
+    switch (choice % 6) {
     case 0:
         return AskAll(ReadAndWrite(stream, ColumnIDs()));
     case 1:
@@ -50,8 +74,11 @@ void Read(unsigned choice, std::istream &stream) {
     case 3:
         ReadAndWrite(stream, ModelInfo());
         return;
-    default:
+    case 4:
         InputStreamDirectory(stream).GetInput(0);
+        return;
+    default:
+        ReadMarks(stream);
     }
 }
 
