@@ -1,6 +1,7 @@
 #include "navigation/SelectedNumbers.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "navigation/DataSources.h"
+#include "navigation/SelectionList.h"
 #include "tests/engine/SmallProject.h"
 #include "tests/specification/World.h"
 
@@ -338,6 +339,49 @@ TEST_F(Numbers, AreLeftToTheDefaults) {
     EXPECT_EQ(world.defaults.GetProject(), selection.GetProject());
     EXPECT_EQ(selection.GetXAxis().GetNumber(selection.GetDefaultSelection().get()), 2u);
     EXPECT_EQ(ProjectUtilities::DefaultSelection(world.project).GetDefaultYVarIndex(1), 1);
+}
+
+TEST_F(Numbers, AreSharedByAllSelections) {
+    // Model, variable, component of all; whether all X numbers are open; X and Y terms of all models of the last one.
+    struct {
+        std::vector<char const *> texts;
+        int model;
+        std::uint32_t variable;
+        int component;
+        bool isDefault;
+        int xTerms, yTerms;
+    } const cases[] = {
+        {{}, -1, ~0u, -1, false, 0, 0},
+        {{"____x-t2", "____x-t2"}, 1, ~0u, 2, true, 5, 2},
+        {{"____x-t2", "____x1t1"}, 1, ~0u, -1, false, 5, 2},
+        {{"____v2", "____v2", "____x-k-"}, -1, 2, -1, true, 3, 1},
+        {{"____v2", "____v3"}, 1, 0, -1, false, 5, 2},
+    };
+    world.project->Model(2).y = ColumnTerms({ColumnTerm(9), ColumnTerm(4)});
+    for (auto const &row : cases) {
+        SCOPED_TRACE(&row - cases);
+        std::vector<Selection> selections;
+        for (char const *const text : row.texts)
+            selections.push_back(Make(text));
+        SelectionList list;
+        for (Selection &selection : selections)
+            list.push_back(&selection);
+        EXPECT_EQ(GetProject(list), list.empty() ? nullptr : world.project);
+        EXPECT_EQ(GetSeriesModel(list), row.model);
+        EXPECT_EQ(GetSelectedVariable(list), row.variable);
+        EXPECT_EQ(GetSelectedComponent(list, V::ComponentPredictive), row.component);
+        EXPECT_EQ(IsDefaultSelectedXVar(list), row.isDefault);
+        EXPECT_EQ(GetTransformationData(list) != nullptr, !list.empty());
+        if (list.empty())
+            continue;
+        EXPECT_EQ(GetCommonXTerms(list.back()).Size(), row.xTerms);
+        EXPECT_EQ(GetCommonYTerms(list.back()).Size(), row.yTerms);
+        EXPECT_EQ(IsMultipleModels(list.back()), row.yTerms == 1);
+        TransformationData transformation;
+        transformation.SetTransformationType(TransformationData::R2X);
+        list.front()->SetTransformationData(transformation);
+        EXPECT_EQ(GetTransformationData(list) != nullptr, list.size() == 1);
+    }
 }
 
 } // namespace
