@@ -4,6 +4,7 @@
 #include "utilities/DefaultSelection.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 // Which numbers the specifications of a selection use.
 
@@ -34,6 +35,35 @@ bool IsOfModel(ProjectVectorData const &data, int model) {
 // Not the second number of a vector that has an X number, too.
 bool IsYNumber(Vector const &vector) {
     return vector.IsYVector() && !vector.IsXVector();
+}
+
+struct HashOfTerm {
+    std::size_t operator()(ColumnTerm const &term) const { return term.Hash(); }
+};
+
+// The terms of the first model that the others have, too.
+ColumnTerms CommonTerms(SelectDataSeriesData const &selection, ColumnTerms const &(NCModel::*termsOf)() const) {
+    boost::shared_ptr<NCProject> const project = selection.GetProject();
+    std::vector<int> models;
+    CountDifferentModels(&selection, models);
+    ColumnTerms common;
+    bool isFirst = true;
+    for (int const number : models) {
+        auto const model = project ? project->GetModel(number) : nullptr;
+        ColumnTerms const own = model ? (model.get()->*termsOf)() : ColumnTerms();
+        if (isFirst) {
+            common = own;
+        } else {
+            std::unordered_set<ColumnTerm, HashOfTerm> const known(own.begin(), own.end());
+            ColumnTerms kept;
+            for (ColumnTerm const &term : common)
+                if (known.contains(term))
+                    kept.AppendTerm(term);
+            common = std::move(kept);
+        }
+        isFirst = false;
+    }
+    return common;
 }
 
 // What a specification leaves to the defaults, as a bit mask.
@@ -122,6 +152,24 @@ int GetMaxComponent(SelectDataSeriesData const *selection, ProjectVector::Compon
             largest = std::max(largest, data->GetMaxComponents(project, type));
     }
     return largest;
+}
+
+bool IsMultipleModels(SelectDataSeriesData const *selection) {
+    std::vector<int> models;
+    CountDifferentModels(selection, models);
+    return models.size() > 1;
+}
+
+ColumnTerms GetCommonXTerms(SelectDataSeriesData const *selection) {
+    return CommonTerms(*selection, &NCModel::GetXColumnTerms);
+}
+
+ColumnTerms GetCommonYTerms(SelectDataSeriesData const *selection) {
+    return CommonTerms(*selection, &NCModel::GetYColumnTerms);
+}
+
+ColumnTerm GetSelecterXTerm(SelectDataSeriesData const *selection) {
+    return SelectedNumbers(selection).GetSelectedXTerm();
 }
 
 int NumberOfEqualDefaultArguments(ProjectVectorData const &data, SelectDataSeriesData const *selection,

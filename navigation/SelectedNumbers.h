@@ -128,6 +128,14 @@ DATASERIES_API int GetAnyYVar(SelectDataSeriesData const *selection, int model);
 // them; 0 when there is none.
 DATASERIES_API int GetMaxComponent(SelectDataSeriesData const *selection, ProjectVector::ComponentType type);
 
+// The specifications are of more than one model.
+DATASERIES_API bool IsMultipleModels(SelectDataSeriesData const *selection);
+// The terms that all models of the selection have, in the order of the first one by its number; none without a model.
+DATASERIES_API ColumnTerms GetCommonXTerms(SelectDataSeriesData const *selection);
+DATASERIES_API ColumnTerms GetCommonYTerms(SelectDataSeriesData const *selection);
+// The X term that all specifications share; without factors when there is none, or they differ.
+DATASERIES_API ColumnTerm GetSelecterXTerm(SelectDataSeriesData const *selection);
+
 // How many specifications leave to the defaults what `data` leaves to them, counting as such any number of an
 // observation or variable: the axes in use unless the mode has AxisX, and the series unless it is Normal. 0 when it
 // leaves nothing.

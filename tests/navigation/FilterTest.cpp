@@ -89,11 +89,9 @@ TEST(ProjectVectorFilter, KnowsItsSource) {
     struct {
         char const *source;
         bool batch, dates, several, noX, noY;
-    } const cases[] = {
-        {"M1", false, true, true, true, true},    {"M3", true, false, true, false, false},
-        {"DS1", true, true, false, false, false}, {"DS2", false, true, false, false, false},
-        {"PS", true, false, false, false, false}, {"DS9", false, false, false, false, false},
-    };
+    } const cases[] = {{"M1", false, true, true, true, true},    {"M3", true, false, true, false, false},
+                       {"DS1", true, true, false, false, false}, {"DS2", false, true, false, false, false},
+                       {"PS", true, false, false, false, false}, {"DS9", false, false, false, false, false}};
     for (auto const &row : cases) {
         DefaultProjectFilter const filter = FilterOf(world, {row.source});
         EXPECT_EQ((std::vector<bool>{filter.IsBatchSource, filter.IsDateTimeSource, filter.HasSeveralComponents,

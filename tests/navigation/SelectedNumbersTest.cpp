@@ -1,6 +1,7 @@
 #include "navigation/SelectedNumbers.h"
 #include "catalogue/ProjectVectorHandler.h"
 #include "navigation/DataSources.h"
+#include "navigation/SelectionList.h"
 #include "tests/engine/SmallProject.h"
 #include "tests/specification/World.h"
 
@@ -13,10 +14,9 @@ using Selection = SelectDataSeriesData;
 
 // Specifications by a letter and their number, "-" where it is open; "_" is an axis that is not in use. Of model 1: x,
 // y, X and Y together (z, the number is that of Y), t and q scores and predicted scores of a component, l over lags, o
-// and p an observation and a predicted one, v a variable, u of the last component, r up to the second one, c a
-// contribution; k and g x and y of model 2. Of model 4: b and m a batch, and a predicted one. d and h a variable and x
-// of data set 1, e a variable of data set 2, s and a one of the prediction set (with predicted variables), n the
-// counting row, 0 nothing.
+// and p an observation and a predicted one, v a variable, r components up to the second one, c a contribution; k and g
+// x and y of model 2. Of model 4: b a batch. d and h a variable and x of data set 1, e a variable of data set 2, s one
+// of the prediction set, n the counting row, 0 nothing.
 class Numbers : public testing::Test {
 protected:
     Numbers() {
@@ -27,7 +27,6 @@ protected:
                    {'y', {&Probe({.number = Y}), "M1"}},
                    {'z', {&Probe({.number = XY}), "M1"}},
                    {'t', {&Probe({.components = 1}), "M1"}},
-                   {'u', {&Probe({.components = 8, .flags = "", .contributionSource = 1}), "M1"}},
                    {'r', {&Probe({.number = Range, .contributionSource = 1}), "M1"}},
                    {'q', {&Probe({.components = 1, .obsPred = Predicted}), "M1"}},
                    {'l', {&Probe({.type = Lag, .number = X}), "M1"}},
@@ -38,7 +37,6 @@ protected:
                    {'k', {&Probe({.number = X}), "M2"}},
                    {'g', {&Probe({.number = Y}), "M2"}},
                    {'b', {&Probe({.type = Aligned, .number = Batch}), "M4"}},
-                   {'m', {&Probe({.type = Aligned, .number = Batch, .obsPred = Predicted}), "M4"}},
                    {'d', {&Probe({.number = ObsOrVar, .data = OfSet}), "DS1"}},
                    {'h', {&Probe({.number = X, .data = OfSet}), "DS1"}},
                    {'e', {&Probe({.number = ObsOrVar, .data = OfSet}), "DS2"}},
@@ -134,8 +132,7 @@ TEST_F(Numbers, BecomeDefaults) {
         {"____x1x2", 3, 2, 1, 5, 1, "B"},     {"____o3v4", 3, 2, 3, 5, 4, "B"},
         {"____p6", 3, 2, 1, 6, 1, "B"},       {"____p6v1", 3, 2, 6, 5, 1, "B"}, // the variable is not predicted
         {"____o3o4v4v1", 3, 2, 1, 5, 1, "B"}, {"____b3", 3, 2, 1, 5, 1, "C"},
-        {"____b1b3", 3, 2, 1, 5, 1, "B"},
-    };
+        {"____b1b3", 3, 2, 1, 5, 1, "B"}};
     for (auto const &row : cases) {
         world.SetDefaults();
         world.defaults.SetDefaultSelectedObservation(1, false);
@@ -169,8 +166,7 @@ TEST_F(Numbers, AreChosenOrOpen) {
         {"y1v2", "0 1 2 0 0 0", "011000"}, {"z2", "1 2 0 0 0 0", "110000"},    {"z-", "1 2 0 0 0 0", "110000"},
         {"p5o3", "0 0 0 5 3 0", "000110"}, {"p-", "0 0 0 5 0 0", "000000"},    {"o3o4", "0 0 0 0 - 0", "000000"},
         {"b2b2", "0 0 0 0 0 2", "000001"}, {"b2b3", "0 0 0 0 0 -1", "000000"}, {"b2b0", "0 0 0 0 0 2", "000001"},
-        {"l2", "2 0 0 0 0 0", "100000"},
-    };
+        {"l2", "2 0 0 0 0 0", "100000"}};
     for (auto const &row : cases) {
         CurrentSelectedNumbers numbers(&world.defaults);
         for (ProjectVectorData const &data : Several(row.text))
@@ -201,8 +197,7 @@ TEST_F(Numbers, TellSources) {
         {"x1q1", "1 0 m", false},   {"q1k1", "-1 0 m", false},  {"k1q1", "-1 0 m", true},   {"d1", "0 1 p", true},
         {"d1d2", "0 1 p", true},    {"d1e1", "0 -1 p", false},  {"d1x1", "-1 1 m", false},  {"x1d1", "1 -1 m", false},
         {"s5", "0 0 sp", true},     {"s5s5", "0 0 sp", true},   {"s5d1", "0 -1 sp", false}, {"d1s5", "0 1 sp", false},
-        {"s5x1", "-1 0 ms", false}, {"x1s5", "1 0 ms", false},
-    };
+        {"s5x1", "-1 0 ms", false}, {"x1s5", "1 0 ms", false}};
     for (auto const &row : cases) {
         CountCurrentDataSources sources;
         DataSourceType type;
@@ -287,13 +282,11 @@ TEST_F(Numbers, AreFound) {
         char const *data, *text;
         Selection::Mode mode;
         int expected;
-    } const equal[] = {
-        {"x-", "x-__x-x1", Selection::Normal, 1},  {"x-", "x-__x-x1", Selection::AxisX, 1},
-        {"x-", "x-y-x-x-", Selection::AxisY, 3},   {"y-", "x-y-x-x-", Selection::Normal, 1},
-        {"x1", "x1__x1x1", Selection::AxisY, 0},   {"v1", "v2__v-d1", Selection::AxisY, 3},
-        {"o1", "____o2p2o-", Selection::AxisX, 2}, {"p1", "____o2p2o-", Selection::AxisX, 1},
-        {"x-", "__x-", Selection::AxisX, 0},
-    };
+    } const equal[] = {{"x-", "x-__x-x1", Selection::Normal, 1},  {"x-", "x-__x-x1", Selection::AxisX, 1},
+                       {"x-", "x-y-x-x-", Selection::AxisY, 3},   {"y-", "x-y-x-x-", Selection::Normal, 1},
+                       {"x1", "x1__x1x1", Selection::AxisY, 0},   {"v1", "v2__v-d1", Selection::AxisY, 3},
+                       {"o1", "____o2p2o-", Selection::AxisX, 2}, {"p1", "____o2p2o-", Selection::AxisX, 1},
+                       {"x-", "__x-", Selection::AxisX, 0}};
     for (auto const &row : equal) {
         Selection const selection = Make(row.text);
         EXPECT_EQ(NumberOfEqualDefaultArguments(Data(row.data[0], row.data[1]), &selection, row.mode), row.expected)
@@ -307,20 +300,18 @@ TEST_F(Numbers, AreLeftToTheDefaults) {
         char const *text;
         Selection::DataSeriesGlobalType type;
         char const *kept;
-    } const cases[] = {
-        {"____t1", Selection::GlobalTypeIndependent, "1"},
-        {"____x-y-", Selection::GlobalTypeIndependent, "--"},
-        {"____x2y-", Selection::GlobalTypeIndependentAfterDefaults, "--"},
-        {"x1y1z1", Selection::GlobalTypeIndependentAfterDefaults, "-"},
-        {"____o3v1", Selection::GlobalTypeIndependentAfterDefaults, "--"},
-        {"____x1x2", Selection::GlobalTypeProject, ""},
-        {"____p5p6", Selection::GlobalTypeProject, ""},
-        {"____x1k1", Selection::GlobalTypeProject, ""},
-        {"____d1e1", Selection::GlobalTypeProject, ""},
-        {"____c1x1", Selection::GlobalTypeProject, "1-"},
-        {"____b1b2", Selection::GlobalTypeIndependent, "11"},
-        {"0000", Selection::GlobalTypeIndependent, ""},
-    };
+    } const cases[] = {{"____t1", Selection::GlobalTypeIndependent, "1"},
+                       {"____x-y-", Selection::GlobalTypeIndependent, "--"},
+                       {"____x2y-", Selection::GlobalTypeIndependentAfterDefaults, "--"},
+                       {"x1y1z1", Selection::GlobalTypeIndependentAfterDefaults, "-"},
+                       {"____o3v1", Selection::GlobalTypeIndependentAfterDefaults, "--"},
+                       {"____x1x2", Selection::GlobalTypeProject, ""},
+                       {"____p5p6", Selection::GlobalTypeProject, ""},
+                       {"____x1k1", Selection::GlobalTypeProject, ""},
+                       {"____d1e1", Selection::GlobalTypeProject, ""},
+                       {"____c1x1", Selection::GlobalTypeProject, "1-"},
+                       {"____b1b2", Selection::GlobalTypeIndependent, "11"},
+                       {"0000", Selection::GlobalTypeIndependent, ""}};
     for (auto const &row : cases) {
         SCOPED_TRACE(row.text);
         Selection selection = Make(row.text);
@@ -338,6 +329,47 @@ TEST_F(Numbers, AreLeftToTheDefaults) {
     EXPECT_EQ(world.defaults.GetProject(), selection.GetProject());
     EXPECT_EQ(selection.GetXAxis().GetNumber(selection.GetDefaultSelection().get()), 2u);
     EXPECT_EQ(ProjectUtilities::DefaultSelection(world.project).GetDefaultYVarIndex(1), 1);
+}
+
+TEST_F(Numbers, AreSharedByAllSelections) {
+    // Model, variable, component of all; whether all X numbers are open; X and Y terms of all models of the last one.
+    struct {
+        std::vector<char const *> texts;
+        int model;
+        std::uint32_t variable;
+        int component;
+        bool isDefault;
+        int xTerms, yTerms;
+    } const cases[] = {{{}, -1, ~0u, -1, false, 0, 0},
+                       {{"____x-t2", "____x-t2"}, 1, ~0u, 2, true, 5, 2},
+                       {{"____x-t2", "____x1t1"}, 1, ~0u, -1, false, 5, 2},
+                       {{"____v2", "____v2", "____x-k-"}, -1, 2, -1, true, 3, 1},
+                       {{"____v2", "____v3"}, 1, 0, -1, false, 5, 2}};
+    world.project->Model(2).y = ColumnTerms({ColumnTerm(9), ColumnTerm(4)});
+    for (auto const &row : cases) {
+        SCOPED_TRACE(&row - cases);
+        std::vector<Selection> selections;
+        for (char const *const text : row.texts)
+            selections.push_back(Make(text));
+        SelectionList list;
+        for (Selection &selection : selections)
+            list.push_back(&selection);
+        EXPECT_EQ(GetProject(list), list.empty() ? nullptr : world.project);
+        EXPECT_EQ(GetSeriesModel(list), row.model);
+        EXPECT_EQ(GetSelectedVariable(list), row.variable);
+        EXPECT_EQ(GetSelectedComponent(list, V::ComponentPredictive), row.component);
+        EXPECT_EQ(IsDefaultSelectedXVar(list), row.isDefault);
+        EXPECT_EQ(GetTransformationData(list) != nullptr, !list.empty());
+        if (list.empty())
+            continue;
+        EXPECT_EQ(GetCommonXTerms(list.back()).Size(), row.xTerms);
+        EXPECT_EQ(GetCommonYTerms(list.back()).Size(), row.yTerms);
+        EXPECT_EQ(IsMultipleModels(list.back()), row.yTerms == 1);
+        TransformationData transformation;
+        transformation.SetTransformationType(TransformationData::R2X);
+        list.front()->SetTransformationData(transformation);
+        EXPECT_EQ(GetTransformationData(list) != nullptr, list.size() == 1);
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "catalogue/ProjectVectorHandler.h"
 #include "engine/Project.h"
 #include "engine/TableReader.h"
+#include "navigation/SelectionList.h"
 #include "selection/SelectDataSeriesData.h"
 #include "tests/support/ProbeVector.h"
 #include "tests/support/TemporaryFolder.h"
@@ -221,6 +222,15 @@ TEST_F(BatchSelection, BelongsToItsProjectWithOneBatch) {
              {true, "0110000", Selection::GlobalTypeIndependent},
              {false, "1110000", Selection::GlobalTypeProject}})
         EXPECT_EQ(Selected(phased, flags).IsProjectIndependent(), type) << flags;
+}
+
+TEST_F(BatchSelection, IsOneOfSeveral) {
+    Selection one = Selected(false, "0001110"), other = Selected(false, "1110001");
+    DataSeriesUtilities::SelectionList const all{&one, &other};
+    EXPECT_EQ(DataSeriesUtilities::GetAllBatches(all), Names({"A", "B", "C"}));
+    EXPECT_EQ(DataSeriesUtilities::GetSelectedBatches(all), Names({"B", "A", "C"}));
+    EXPECT_TRUE(DataSeriesUtilities::SetAllSelectedBatches(all, {"C"}));
+    EXPECT_EQ(Flags(one) + Flags(other), "00000010000001");
 }
 
 TEST_F(BatchSelection, SurvivesItsProject) {
