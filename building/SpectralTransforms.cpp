@@ -48,15 +48,6 @@ ColumnIDs LagColumns(int first, int last, ProjectPtr const &project) {
     return ColumnIDs(std::move(lags), project, 0);
 }
 
-// The segment of a spectrum over so many columns, 0 where it would be below the least one.
-int SegmentOf(TransformationData const &settings, int columns) {
-    constexpr int least = 16;
-    int segment = settings.GetSegmentSize();
-    while (columns < segment)
-        segment /= 2;
-    return segment < least ? 0 : segment;
-}
-
 double FrequencyStep(TransformationData const &settings, int segment) {
     int const sampling = settings.GetSamplingFrequency();
     return sampling == 0 ? 1.0 : static_cast<double>(sampling) / segment;
@@ -120,6 +111,14 @@ TablePtr CoefficientsOf(TransformInput const &input, TransformationData const &s
 }
 
 } // namespace
+
+int SegmentOf(TransformationData const &settings, int columns) {
+    constexpr int least = 16;
+    int segment = settings.GetSegmentSize();
+    while (columns < segment)
+        segment /= 2;
+    return segment < least ? 0 : segment;
+}
 
 TablePtr AutoCorrelationOf(TransformInput const &input, TransformationData const &settings) {
     int const lags = LagsOf(settings, input.data.Columns());

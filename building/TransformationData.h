@@ -104,7 +104,20 @@ public:
     static char const *ToDataWindowString(FFT::DataWindowMode mode);            // null
     static FFT::DataWindowMode ToDataWindowMode(char const *text);              // Welch
 
+    // The saved form. All settings are written, whichever transformation is chosen. The writer knows two things that
+    // the reader does not take: the bound of lags, which follows from the items, and what rows of wavelets are, where
+    // observations come back as variables.
+    void WriteSection(ConfigurationSection *section) const;
+    // False at the first key that is missing; what was read up to there stays. Only what the chosen transformation uses
+    // is read of its vectors, and without a transformation the settings of wavelets and EWMA alone. Vectors that cannot
+    // be shown throw as in ProjectVectorData::ReadSection, to which project and flag are passed.
+    bool ReadSection(ProjectPtr const &project, ConfigurationSection *section, bool activeModel);
+
 private:
+    bool ReadSettings(ConfigurationSection const &section);
+    bool ReadVectors(ProjectPtr const &project, ConfigurationSection &section, bool activeModel);
+    void WriteWaveletOptionsSection(ConfigurationSection *section) const;
+    bool ReadWaveletOptionsSection(ConfigurationSection const *section);
     static char const *GetTransformationType(TransformationType type);
 
     TransformationType m_type = NoTransformation;

@@ -49,6 +49,8 @@ TablePtr AutoCorrelationOf(TransformInput const &input, TransformationData const
 ColumnIDs AutoCorrelationColumns(ColumnIDs const &columns, TransformationData const &settings);
 TablePtr CrossCorrelationOf(TransformInput const &input, TransformationData const &settings);
 ColumnIDs CrossCorrelationColumns(ColumnIDs const &columns, TransformationData const &settings);
+// The segment of a spectrum over so many columns, 0 where it would be below the least one.
+int SegmentOf(TransformationData const &settings, int columns);
 TablePtr PowerSpectrumOf(TransformInput const &input, TransformationData const &settings);
 ColumnIDs PowerSpectrumColumns(ColumnIDs const &columns, TransformationData const &settings);
 TablePtr WaveletCoefficientsOf(TransformInput const &input, TransformationData const &settings);

@@ -6,9 +6,22 @@
 #include "platform/project/NCProject.h"
 #include "selection/SelectDataSeriesData.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace DataSeriesUtilities {
+
+namespace {
+
+template <typename Predicate>
+bool HasVariable(NCDataContainerBase const &data, Predicate predicate) {
+    ProjectPtr const project = data.GetProject();
+    return project && std::ranges::any_of(data.GetVariables(), [&](std::uint32_t variable) {
+               return predicate(project->GetVariables()[variable]);
+           });
+}
+
+} // namespace
 
 bool IsTimeVector(ProjectVector const *vector) {
     return vector &&
@@ -44,6 +57,14 @@ boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData 
             if (!source && data->GetProjectVector() && !data->GetProjectVector()->IsNumVector())
                 source = data->GetDataSource(*project);
     return source;
+}
+
+bool HasBatchLevelVariables(NCDataContainerBase const &data) {
+    return HasVariable(data, [](VariableInfo const &variable) { return !IsMissing(variable.GetMaturity()); });
+}
+
+bool HasDateTimeVariables(NCDataContainerBase const &data) {
+    return HasVariable(data, [](VariableInfo const &variable) { return variable.dateTime; });
 }
 
 ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected) {

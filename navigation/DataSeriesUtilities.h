@@ -28,6 +28,10 @@ DATASERIES_API ArgumentType GetVectorArgumentType(SelectDataSeriesData const *se
 // The data behind the first vector in use that has any; empty when there is none.
 DATASERIES_API boost::shared_ptr<NCDataContainerBase const> GetDataSource(SelectDataSeriesData const *selection);
 
+// One row for each batch: a variable stands for an aligned point of the data below.
+DATASERIES_API bool HasBatchLevelVariables(NCDataContainerBase const &data);
+DATASERIES_API bool HasDateTimeVariables(NCDataContainerBase const &data);
+
 // The 1-based positions of the flags that are set, rising.
 DATASERIES_API ColumnIDs::Positions GetSelectedPositions(BoolVector const &selected);
 // A copy with the columns whose flag is set; null when none is left or there are no columns.

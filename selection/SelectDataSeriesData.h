@@ -219,6 +219,23 @@ public:
     int GetPreferredTitleID(bool raw) const;
     void AddToWindowTitle(std::string &title) const;
 
+    // The saved form of a plot, without the selected items, except that of one batch or one phase of it. With
+    // `activeModel` a reader takes its project's active model in place of those stored.
+    void WriteSection(ConfigurationSection *section, bool activeModel) const;
+    // Looks all vectors up anew in the project that this selection has. A series that the project cannot show is left
+    // out without a word, and so are those above the limit. False, and the selection is cleared, when a key that is
+    // needed is missing or no series is left. The errors of an axis and of the vectors of the transformation pass, and
+    // leave the selection cleared. Settings beyond the vectors stay as they are when their keys are missing; a number
+    // format that is none for one floating-point number is not taken.
+    bool ReadSection(ConfigurationSection *section);
+
+    // For boost::archive::polymorphic_oarchive and polymorphic_iarchive: section, selected items and defaults. What
+    // ReadSection refuses loads as an empty selection, and what follows in the archive is read all the same.
+    template <typename Archive>
+    void save(Archive &archive, unsigned int version) const;
+    template <typename Archive>
+    void load(Archive &archive, unsigned int version);
+
 private:
     bool UsesX() const { return (m_mode & AxisX) != 0; }
     bool UsesY() const { return (m_mode & AxisY) != 0; }
@@ -230,6 +247,14 @@ private:
     void InitAxis(ProjectVectorData &axis, int dataset);
     void AddDefaultSDLimits();
     void CorrectNumVectors();
+    // Parts of ReadSection; false when what they need is missing.
+    bool ReadContents(ConfigurationSection &section);
+    bool ReadKind(ConfigurationSection const &section, bool &activeModel);
+    bool ReadAxis(ConfigurationSection &section, char const *name, bool isUsed, bool activeModel,
+                  ProjectVectorData &axis) const;
+    bool ReadAllSeries(ConfigurationSection &section, bool activeModel);
+    bool ReadTransformation(ConfigurationSection &section, bool activeModel);
+    void ReadDisplay(ConfigurationSection &section);
     void SetDefaultLags(TransformationData &transformation) const;
     void SelectAll() const;
     ColumnIDs const &Columns() const; // none when there are none, and without project

@@ -154,7 +154,29 @@ public:
     bool HasEqualBatchArguments(ProjectVectorData const &other) const;
     bool IsJoinableData(ProjectVectorData const &other) const;
 
+    // The saved form, by the keys that members are named after; nothing for an empty record. Model and data set are
+    // kept by their numbers, points of batches with six digits.
+    void WriteSection(ConfigurationSection *section) const;
+    // Looks the vector up anew in the project as it is now, and lowers components to those that are there. With
+    // `activeModel` the project's active model takes the place of the stored one. Reads older files too. False when a
+    // required key is missing; ReadVectorException for what this project or model cannot show, NCError for a model, a
+    // data set or numbers that are not there. After either the record is of no use.
+    bool ReadSection(ProjectPtr const &project, ConfigurationSection *section, bool activeModel);
+
+    // For boost::archive::polymorphic_oarchive and polymorphic_iarchive: the section as one text, read in the active
+    // project. A text that is none, or lacks a key, loads as an empty record; errors as in ReadSection.
+    template <typename Archive>
+    void save(Archive &archive, unsigned int version) const;
+    template <typename Archive>
+    void load(Archive &archive, unsigned int version);
+
 private:
+    struct StoredVector {
+        std::string name;
+        ProjectVector::VectorTypeEnum type;
+        ProjectVector::DataTypeEnum data;
+    };
+
     // What stands in for a vector or a model that is not there: nothing is selected, and there are no components.
     ProjectVector const &Vector() const;
     ModelInfo const &Model() const;
@@ -171,6 +193,19 @@ private:
     bool CheckBatchID(ProjectPtr const &project, boost::shared_ptr<NCBatchModel const> const &batchModel) const;
     bool CheckPhase(ProjectPtr const &project) const;
     bool HasEqualComponents(ProjectVectorData const &other) const;
+    // Parts of ReadSection; false when a key is missing.
+    bool ReadSource(ProjectPtr const &project, ConfigurationSection const &section, StoredVector const &stored,
+                    bool activeModel);
+    bool ReadModelVector(ProjectPtr const &project, ConfigurationSection const &section, StoredVector const &stored,
+                         bool activeModel);
+    bool ReadCorrectionComponent(NCProject const &project, ConfigurationSection const &section);
+    bool ReadComponents(ConfigurationSection const &section);
+    bool ReadArguments(ProjectPtr const &project, ConfigurationSection const &section);
+    bool ReadContribution(ConfigurationSection const &section);
+    void ReadPoints(ConfigurationSection const &section);
+    void LowerWeightComponents();
+    void WriteContributionVector(ConfigurationSection *section, char const *key, BatchPoints const &points) const;
+    void ReadContributionVector(ConfigurationSection const *section, char const *key, BatchPoints &points) const;
 
     ContributionWeightEnum::WeightType m_weightType = ContributionWeightEnum::Normalized;
     WeightTypes m_weights;

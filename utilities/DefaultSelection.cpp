@@ -7,6 +7,7 @@
 
 #include <boost/archive/polymorphic_iarchive.hpp>
 #include <boost/archive/polymorphic_oarchive.hpp>
+#include <boost/serialization/nvp.hpp>
 #include <boost/serialization/string.hpp>
 #include <boost/serialization/vector.hpp>
 
@@ -16,6 +17,8 @@
 namespace ProjectUtilities {
 
 namespace {
+
+using boost::serialization::make_nvp;
 
 constexpr char separator = ';';
 
@@ -308,20 +311,24 @@ void DefaultSelection::save(Archive &archive, unsigned int) const {
         std::ostringstream text;
         text << *term;
         std::string const saved = text.str();
-        archive << saved;
+        archive << make_nvp("Term", saved);
     }
-    archive << m_observation << m_predSetObservation << m_variable << m_batches << m_predictionBatches;
+    archive << make_nvp("Obs", m_observation) << make_nvp("PredSetObs", m_predSetObservation)
+            << make_nvp("Variable", m_variable) << make_nvp("SelectedBatches", m_batches)
+            << make_nvp("PredictionSelectedBatches", m_predictionBatches);
 }
 
 template <typename Archive>
 void DefaultSelection::load(Archive &archive, unsigned int) {
     for (ColumnTerm *term : {&m_yTerm, &m_xTerm}) {
         std::string saved;
-        archive >> saved;
+        archive >> make_nvp("Term", saved);
         std::istringstream text(saved);
         text >> *term;
     }
-    archive >> m_observation >> m_predSetObservation >> m_variable >> m_batches >> m_predictionBatches;
+    archive >> make_nvp("Obs", m_observation) >> make_nvp("PredSetObs", m_predSetObservation) >>
+        make_nvp("Variable", m_variable) >> make_nvp("SelectedBatches", m_batches) >>
+        make_nvp("PredictionSelectedBatches", m_predictionBatches);
 }
 
 template DATASERIES_API void DefaultSelection::save(boost::archive::polymorphic_oarchive &, unsigned int) const;

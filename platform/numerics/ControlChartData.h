@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/forward.h"
 #include "platform/numerics/ControlChart.h"
 
 #include <memory>
@@ -41,6 +42,11 @@ public:
     std::unique_ptr<ControlChart> CreateControlChart(NCDataVector<float> const &values) const;
 
     bool operator==(ControlChartData const &) const = default;
+
+    // The settings in a section of saved settings, all of which are needed. Reading answers false, and leaves this as
+    // it was, when one is missing or is none that there is.
+    void WriteSection(ConfigurationSection *section) const;
+    bool ReadSection(ConfigurationSection const *section);
 
 private:
     ControlChartType m_chartType = None;

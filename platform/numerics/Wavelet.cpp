@@ -8,6 +8,18 @@
 
 namespace {
 
+constexpr char const *detrendNames[] = {"None", "Mean", "Linear"};
+constexpr char const *functionNames[] = {"Daubechies", "Symmlet", "Coiflet"};
+
+char const *NameOf(std::span<char const *const> names, int value) {
+    return value >= 0 && value < static_cast<int>(names.size()) ? names[static_cast<std::size_t>(value)] : "";
+}
+
+int ValueOf(std::span<char const *const> names, std::string_view name) {
+    auto const found = std::find(names.begin(), names.end(), name);
+    return found == names.end() ? 0 : static_cast<int>(found - names.begin());
+}
+
 // Whether so many coefficients are halved once more.
 bool IsHalved(std::size_t length) {
     return length >= 2 && length % 2 == 0;
@@ -65,6 +77,19 @@ std::pair<double, double> LineOf(std::span<float const> row, Wavelet::DetrendMod
 }
 
 } // namespace
+
+char const *Wavelet::DetrendStr(DetrendMode mode) {
+    return NameOf(detrendNames, mode);
+}
+Wavelet::DetrendMode Wavelet::Detrend(std::string_view name) {
+    return static_cast<DetrendMode>(ValueOf(detrendNames, name));
+}
+char const *Wavelet::WaveletFunctionStr(WaveletFunctionType function) {
+    return NameOf(functionNames, function);
+}
+Wavelet::WaveletFunctionType Wavelet::WaveletFunction(std::string_view name) {
+    return static_cast<WaveletFunctionType>(ValueOf(functionNames, name));
+}
 
 int Wavelet::Scales(int length) {
     return length < 1 ? 0 : 1 + std::countr_zero(static_cast<unsigned>(length));

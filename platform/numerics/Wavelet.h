@@ -3,6 +3,7 @@
 #include "platform/containers/NCDataMatrix.h"
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 // Wavelet transform of rows (Daubechies 1988, 1992; Mallat 1989): orthogonal, on a row that is continued periodically.
@@ -19,6 +20,12 @@ struct DATASERIES_API Wavelet {
     // Families of filters (Daubechies 1992). Orders: 1 to 10 vanishing moments (1 is the filter of Haar), 4 to 9, and 1
     // to 2, with twice as many vanishing moments.
     enum WaveletFunctionType : int { Daubechies = 0, Symmlet = 1, Coiflet = 2 };
+
+    // Their names in saved files; empty for an unknown value, and the first value for an unknown name.
+    static char const *DetrendStr(DetrendMode mode);
+    static DetrendMode Detrend(std::string_view name);
+    static char const *WaveletFunctionStr(WaveletFunctionType function);
+    static WaveletFunctionType WaveletFunction(std::string_view name);
 
     struct Filter {
         std::vector<double> low;  // h, normalised to a sum of sqrt(2)
