@@ -22,6 +22,7 @@ public:
     // Replaces `names`. An index that is no batch here is misuse (NCInternalError).
     void FromIndexToBatch(std::vector<int> const &indexes, std::vector<std::string> &names) const;
     bool HasBatch(std::string const &name) const;
+    int Size() const { return m_beginnings.Size(); }
 
 private:
     std::string NameOf(int index) const;
