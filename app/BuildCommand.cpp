@@ -2,7 +2,6 @@
 #include "app/Commands.h"
 #include "app/Gnuplot.h"
 #include "app/SelectionOptions.h"
-#include "app/TableWriter.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,29 +11,22 @@ struct BuildRequest {
     std::filesystem::path project;
     SelectionRequest selection;
     PictureSettings settings;
-    Format format = Format::Text;
-    std::filesystem::path file;
-    std::filesystem::path picture;
+    PlotOutput output;
 };
 
 void Build(BuildRequest request) {
-    if (!request.picture.empty())
-        request.settings.style.isPng = IsPng(request.picture);
-    if (!request.file.empty())
-        CheckApart(request.file, request.project);
+    CheckPlotOutput(request.output, request.project);
     auto const project = engine::Project::OpenToRead(request.project);
     ShownItems items;
     SelectDataSeriesData const selection = Select(project, request.selection, items);
-    bool const isDrawn = !request.picture.empty();
-    CheckPicture(request.settings, selection, isDrawn);
-    BuiltPlot const plot(project, selection, isDrawn);
-    if (isDrawn)
-        WritePicture(plot.Script(request.settings), request.picture, request.project);
-    if (!isDrawn || !request.file.empty()) {
-        Output output(request.file, request.project);
-        WriteTable(plot.Table(), plot.Dates(), request.format, output);
-        output.Finish();
+    CheckPicture(request.settings, selection, request.output.IsDrawn());
+    BuiltPlot const plot(project, selection, request.output.IsDrawn());
+    if (request.output.IsDrawn()) {
+        request.settings.style.isPng = IsPng(request.output.picture);
+        WritePicture(plot.Script(request.settings), request.output.picture, request.project);
     }
+    if (request.output.HasTable())
+        WriteTable(plot, request.output, request.project);
 }
 
 } // namespace
@@ -44,11 +36,9 @@ void AddBuildCommand(CLI::App &program) {
     CLI::App *const command = program.add_subcommand("build", "Build the table or the picture of a selection");
     command->add_option("PROJECT", request->project, "The project file")->required();
     AddSelectionOptions(*command, request->selection);
-    AddFormatOption(*command, request->format);
-    command->add_option("-o,--output", request->file, "The file for the table, instead of standard output");
-    CLI::Option *const picture = command->add_option("--plot", request->picture, "Draw into a file named .svg or .png");
+    AddPlotOutput(*command, request->output);
     AddPictureSettings(*command, request->settings);
-    command->get_option("--color")->needs(picture);
+    command->get_option("--color")->needs("--plot");
     command->footer(
         std::string(selectionFooter) +
         "Example: dataseries build wine.project --x t:1 --y t:2 --plot scores.png\n"

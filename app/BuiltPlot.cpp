@@ -4,8 +4,10 @@
 #include "app/Decorations.h"
 #include "app/DistributionScript.h"
 #include "app/Failure.h"
+#include "app/Gnuplot.h"
 #include "app/Reason.h"
 #include "app/SpectralScript.h"
+#include "app/TableWriter.h"
 #include "app/TransformOptions.h"
 #include "building/CreateProjectData.h"
 #include "utilities/DefaultSelection.h"
@@ -32,18 +34,10 @@ NCError MissingSeries(engine::Project const &project, SelectDataSeriesData const
                    static_cast<int>(selection.VectorsInUse().size()) % (table ? table->Rows() : 0));
 }
 
-// The labels that a window shows, in place of those of the statistics.
+// With those labels in place of those of the statistics.
 TablePtr Labelled(ProjectData const &table, SelectDataSeriesData const &selection) {
-    int const alias = selection.GetPreferredTitleID(false);
-    NCStringVector labels;
-    ProjectUtilities::DefaultSelection const *const defaults = selection.GetDefaultSelection().get();
-    for (ProjectVectorData const *data : selection.VectorsInUse()) {
-        // An identifier is named by its own heading.
-        bool const isIdentifier = data->GetProjectVector()->GetNumberType() == ProjectVector::NumberIdentifier;
-        labels.push_back(data->GetProjectVectorName(
-            defaults, false, "", isIdentifier ? static_cast<int>(data->GetNumber(defaults)) : alias, false));
-    }
-    return std::make_unique<ProjectData>(RowIDs(labels, table.GetProject()), table.GetColumnIDs(), table.GetMatrix());
+    return std::make_unique<ProjectData>(RowIDs(NCStringVector(LabelsOf(selection)), table.GetProject()),
+                                         table.GetColumnIDs(), table.GetMatrix());
 }
 
 // By what each row of the table is asked.
@@ -76,6 +70,19 @@ void CheckPicture(PictureSettings const &settings, SelectDataSeriesData const &s
         throw UsageError("--probability shows one series, without --x and --y, in a picture: --plot FILE");
     if (!settings.color.empty() && (settings.isProbability || IsTransformed(selection)))
         throw UsageError("--color is for pictures without --chart, --transform and --probability");
+}
+
+std::vector<std::string> LabelsOf(SelectDataSeriesData const &selection) {
+    int const alias = selection.GetPreferredTitleID(false);
+    std::vector<std::string> labels;
+    ProjectUtilities::DefaultSelection const *const defaults = selection.GetDefaultSelection().get();
+    for (ProjectVectorData const *data : selection.VectorsInUse()) {
+        // An identifier is named by its own heading.
+        bool const isIdentifier = data->GetProjectVector()->GetNumberType() == ProjectVector::NumberIdentifier;
+        labels.push_back(data->GetProjectVectorName(
+            defaults, false, "", isIdentifier ? static_cast<int>(data->GetNumber(defaults)) : alias, false));
+    }
+    return labels;
 }
 
 BuiltPlot::BuiltPlot(boost::shared_ptr<engine::Project> project, SelectDataSeriesData const &selection, bool isDrawn)
@@ -135,4 +142,23 @@ std::string BuiltPlot::Script(PictureSettings const &settings) const {
     style.colouring = ReadColouring(m_project, settings.color, rows, axis, table.GetColumnIDs());
     Decorate(*m_project, rows, axis, m_selection.GetExtraOptions().significance, table, style);
     return PlotScript(table, axis, style);
+}
+
+void AddPlotOutput(CLI::App &command, PlotOutput &output) {
+    AddFormatOption(command, output.format);
+    command.add_option("-o,--output", output.file, "The file for the table, instead of standard output");
+    command.add_option("--plot", output.picture, "Draw into a file named .svg or .png");
+}
+
+void CheckPlotOutput(PlotOutput const &output, std::filesystem::path const &project) {
+    if (output.IsDrawn())
+        IsPng(output.picture);
+    if (!output.file.empty())
+        CheckApart(output.file, project);
+}
+
+void WriteTable(BuiltPlot const &plot, PlotOutput const &output, std::filesystem::path const &project) {
+    Output file(output.file, project);
+    WriteTable(plot.Table(), plot.Dates(), output.format, file);
+    file.Finish();
 }

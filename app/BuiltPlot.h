@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Listing.h"
 #include "app/PlotScript.h"
 #include "app/TableDates.h"
 #include "building/ProjectDataBuilder.h"
@@ -7,6 +8,7 @@
 #include "selection/SelectDataSeriesData.h"
 
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -24,6 +26,9 @@ void AddPictureSettings(CLI::App &command, PictureSettings &settings);
 
 // UsageError for settings that don't go with the selection, or that only a picture has.
 void CheckPicture(PictureSettings const &settings, SelectDataSeriesData const &selection, bool isDrawn);
+
+// The labels that a window shows for the vectors of a selection.
+std::vector<std::string> LabelsOf(SelectDataSeriesData const &selection);
 
 // The table of a selection, and the script of its picture. The selection is borrowed. NCError that tells what gives
 // nothing, and why.
@@ -45,3 +50,21 @@ private:
     TablePtr m_transformed; // as its transformation or chart makes it, null without one
     TableDates m_dates;
 };
+
+// Where a plot goes: its table, and its picture in place of it or beside it.
+struct PlotOutput {
+    Format format = Format::Text;
+    std::filesystem::path file;    // of the table; empty for standard output
+    std::filesystem::path picture; // empty without one
+
+    bool IsDrawn() const { return !picture.empty(); }
+    bool HasTable() const { return !IsDrawn() || !file.empty(); }
+};
+
+// Adds --format, --output and --plot.
+void AddPlotOutput(CLI::App &command, PlotOutput &output);
+
+// UsageError for files that can't be meant.
+void CheckPlotOutput(PlotOutput const &output, std::filesystem::path const &project);
+
+void WriteTable(BuiltPlot const &plot, PlotOutput const &output, std::filesystem::path const &project);

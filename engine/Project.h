@@ -144,8 +144,8 @@ public:
     bool HasPlot(std::string const &name) const;
     // NCError when there is none of that name.
     std::string Plot(std::string const &name) const;
-    // NCError when there is one of that name, unless it is to be replaced, and for a name that is empty or no UTF-8.
-    void SavePlot(std::string const &name, std::string const &text, bool replace = false);
+    // In the place of the one of that name, if any. NCError for a name that is empty or no UTF-8.
+    void SavePlot(std::string const &name, std::string const &text);
     // NCError when there is none, or one that has the new name; names as above.
     void RenamePlot(std::string const &name, std::string const &newName);
     void DeletePlot(std::string const &name);

@@ -144,10 +144,8 @@ std::string Project::Plot(std::string const &name) const {
     return m_state->File().Plot(name);
 }
 
-void Project::SavePlot(std::string const &name, std::string const &text, bool replace) {
+void Project::SavePlot(std::string const &name, std::string const &text) {
     CheckPlotName(name);
-    if (!replace && HasPlot(name))
-        throw NCError(ExceptionMessage::translate("The project has a plot \"{1}\" already.") % name, NCError::Error);
     m_state->File().SetPlot(name, text);
 }
 
