@@ -86,14 +86,15 @@ void ReplaceAll(std::string &text, std::string const &what, std::string const &b
 }
 
 // The picture as a part of a page with others: what its tags call by name gets a name that no other picture has. Texts
-// between the tags stay as they are.
+// between the tags stay as they are, but for the titles that gnuplot gives to what has none.
 std::string Inlined(std::string const &svg, std::string const &prefix, std::string const &title) {
     std::size_t at = std::min(svg.find("<g id="), svg.size());
     std::string const head = svg.substr(std::min(svg.find("<svg"), at), at);
     std::string picture = head.substr(0, head.find('>')) + " role=\"img\" aria-label=\"" + Escaped(title) + "\">\n";
     while (at < svg.size()) {
         std::size_t const tag = std::min(svg.find('<', at), svg.size());
-        picture.append(svg, at, tag - at);
+        bool const isUntitled = picture.ends_with("<title") && svg.compare(at, 14, ">gnuplot_plot_") == 0;
+        picture.append(svg, at, isUntitled ? 1 : tag - at);
         at = std::min(svg.find('>', tag), svg.size());
         std::string text = svg.substr(tag, at - tag);
         for (std::string const reference : {" id='", " id=\"", "href='#", "href=\"#", "url(#"})
