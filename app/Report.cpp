@@ -154,8 +154,7 @@ public:
             return Paragraph("lost", error.what());
         }
         Heading(position, title.empty() ? Escaped(name) : Escaped(title) + " <small>" + Escaped(name) + "</small>");
-        m_output << "<figure>" << Inlined(PictureText(script), IdOf(position) + "-", title.empty() ? name : title)
-                 << "</figure>\n";
+        Picture(script, IdOf(position) + "-", title.empty() ? name : title);
         for (std::string const &loss : plot.losses)
             Paragraph("lost", loss);
         Table(*built);
@@ -170,6 +169,15 @@ private:
 
     void Paragraph(char const *kind, std::string const &text) {
         m_output << "<p class=\"" << kind << "\">" << Escaped(text) << "</p>\n";
+    }
+
+    // One that gnuplot can't draw does not spoil the page.
+    void Picture(std::string const &script, std::string const &prefix, std::string const &title) {
+        try {
+            m_output << "<figure>" + Inlined(PictureText(script), prefix, title) + "</figure>\n";
+        } catch (NCError const &error) {
+            Paragraph("lost", error.what());
+        }
     }
 
     void Cell(char const *tag, bool isNumber, std::string_view text) {

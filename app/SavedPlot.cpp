@@ -56,11 +56,11 @@ NCError NothingLeft(std::vector<std::string> const &losses) {
 } // namespace
 
 std::string SavedPlot::Script(BuiltPlot const &built) {
-    if (settings.color.empty())
-        return built.Script(settings);
     try {
         return built.Script(settings);
     } catch (NCError const &error) {
+        if (settings.color.empty())
+            throw;
         settings.color = "none";
         std::string script = built.Script(settings);
         losses.push_back(error.what());
