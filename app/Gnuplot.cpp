@@ -40,15 +40,20 @@ public:
         lseek(m_descriptor, 0, SEEK_SET);
     }
 
+    // All of it.
     std::string Read() const {
-        std::string text(4096, '\0');
-        text.resize(static_cast<std::size_t>(std::max<ssize_t>(pread(m_descriptor, text.data(), text.size(), 0), 0)));
+        std::string text;
+        char buffer[1 << 16];
+        for (ssize_t read = 0;
+             (read = pread(m_descriptor, buffer, sizeof buffer, static_cast<off_t>(text.size()))) > 0;)
+            text.append(buffer, static_cast<std::size_t>(read));
         return text;
     }
 
 private:
     [[noreturn]] static void Fail() {
-        throw Problem(ExceptionMessage::translate("The script for gnuplot can't be kept: {1}.") % std::strerror(errno));
+        throw Problem(ExceptionMessage::translate("What gnuplot reads or writes can't be kept: {1}.") %
+                      std::strerror(errno));
     }
 
     int m_descriptor;
@@ -111,4 +116,10 @@ void WritePicture(std::string const &script, std::filesystem::path const &pictur
     DraftFile file(picture, project);
     RunGnuplot(script, file.Descriptor());
     file.Commit();
+}
+
+std::string PictureText(std::string const &script) {
+    MemoryFile const picture("picture");
+    RunGnuplot(script, picture.Descriptor());
+    return picture.Read();
 }

@@ -10,3 +10,6 @@ bool IsPng(std::filesystem::path const &picture);
 // NCError when gnuplot is not there, or with its message when it fails.
 void WritePicture(std::string const &script, std::filesystem::path const &picture,
                   std::filesystem::path const &project);
+
+// The same as a text, of a script that makes SVG.
+std::string PictureText(std::string const &script);

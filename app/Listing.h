@@ -36,6 +36,8 @@ public:
     static Cell Figure(double value, Format format);
 
     void Add(std::vector<Cell> row) { m_rows.push_back(std::move(row)); }
+    std::vector<std::string> const &Headings() const { return m_headings; }
+    std::vector<std::vector<Cell>> const &Rows() const { return m_rows; }
     void Write(Output &output, Format format) const;
 
 private:

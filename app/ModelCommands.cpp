@@ -230,56 +230,21 @@ void Fit(FitRequest request) {
     output.Finish();
 }
 
-void ListModels(ListRequest const &request) {
+void List(ListRequest const &request, Listing (*list)(engine::Project const &)) {
     auto const project = engine::Project::OpenToRead(request.project);
-    Listing listing({"model", "name", "type", "data_set", "observations", "x_variables", "y_variables", "components",
-                     "cross_validated"});
-    for (int i = 1; i <= project->GetNumberOfModels(); ++i) {
-        boost::shared_ptr<ModelInfo const> const info = project->GetModelInfo(project->GetModelNumberAt(i));
-        listing.Add({info->number, info->name, ModelTypeE::GetModelTypeName(info->type), info->dataSets.front(),
-                     info->sizeObservations, info->sizeXVariables, info->sizeYVariables, info->SizeComponents(),
-                     info->crossValidated ? "yes" : "no"});
-    }
     Output output;
-    listing.Write(output, request.format);
-    output.Finish();
-}
-
-std::string KindOf(engine::DataSetRecord const &record, NCDataSetInfo const &info) {
-    if (!engine::IsDerived(record.kind))
-        return record.kind == engine::DataSetKind::Prediction ? "prediction" : "data";
-    std::string const kind = !info.sourceModels.empty()                       ? "batch level"
-                             : info.oscComponents > 0                         ? "corrected"
-                             : (info.kind & NCDataSetInfo::WaveletCompressed) ? "compressed"
-                                                                              : "derived";
-    return record.kind == engine::DataSetKind::DerivedPrediction ? kind + " of prediction" : kind;
-}
-
-void ListDataSets(ListRequest const &request) {
-    auto const project = engine::Project::OpenToRead(request.project);
-    Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
-    for (engine::DataSetRecord const &record : project->DataSets()) {
-        bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
-        bool const isCurrent = isPrediction && record.number == project->GetPredSet(-1)->GetNumber();
-        listing.Add({record.number, record.name, KindOf(record, *project->GetDataSetInfo(record.number)),
-                     record.observations, record.variables,
-                     isCurrent      ? "yes"
-                     : isPrediction ? "no"
-                                    : Listing::Cell(std::numeric_limits<double>::quiet_NaN())});
-    }
-    Output output;
-    listing.Write(output, request.format);
+    list(*project).Write(output, request.format);
     output.Finish();
 }
 
 void AddListCommand(CLI::App &program, std::string const &name, std::string const &purpose,
-                    void (*list)(ListRequest const &)) {
+                    Listing (*list)(engine::Project const &)) {
     auto const request = std::make_shared<ListRequest>();
     CLI::App *const command = program.add_subcommand(name, purpose);
     command->add_option("PROJECT", request->project, "The project file")->required();
     AddFormatOption(*command, request->format);
     command->footer("Example: dataseries " + name + " wine.project --format json");
-    command->callback([request, list] { list(*request); });
+    command->callback([request, list] { List(*request, list); });
 }
 
 } // namespace
@@ -425,6 +390,6 @@ void AddModelCommands(CLI::App &program) {
         "         dataseries fit wine.project --type pls-da --classes cultivar");
     command->callback([request] { Fit(*request); });
 
-    AddListCommand(program, "models", "List the models of a project", ListModels);
-    AddListCommand(program, "datasets", "List the data sets and prediction sets of a project", ListDataSets);
+    AddListCommand(program, "models", "List the models of a project", ModelsOf);
+    AddListCommand(program, "datasets", "List the data sets and prediction sets of a project", DataSetsOf);
 }

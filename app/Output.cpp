@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 #include <fcntl.h>
@@ -152,4 +153,10 @@ std::string CsvField(std::string const &text) {
 
 std::string JsonText(std::string const &text) {
     return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+void Tell(std::string text) {
+    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;)
+        text.replace(at, 1, at + 1 == text.size() ? "" : " ");
+    std::fprintf(stderr, "dataseries: %s\n", text.c_str());
 }

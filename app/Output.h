@@ -64,3 +64,5 @@ std::size_t TextWidth(std::string_view text);
 std::string CsvField(std::string const &text);
 // A text in quotes, as JSON has it.
 std::string JsonText(std::string const &text);
+// One line on standard error, whatever the text holds.
+void Tell(std::string text);

@@ -415,8 +415,8 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
 void SetSize(PlotStyle &style, std::string const &text) {
     int end = 0;
     int const read = std::sscanf(text.c_str(), "%4dx%4d%n", &style.width, &style.height, &end);
-    constexpr int smallest = 100;
-    if (read != 2 || static_cast<std::size_t>(end) != text.size() || style.width < smallest || style.height < smallest)
+    if (read != 2 || static_cast<std::size_t>(end) != text.size() || style.width < PlotStyle::smallest ||
+        style.height < PlotStyle::smallest)
         throw UsageError("\"" + text + "\" is no size: give width and height in pixels, from 100x100 to 9999x9999");
 }
 

@@ -193,3 +193,10 @@ NCError GivesNothing(engine::Project const &project, ProjectVector const &vector
     return Problem(ExceptionMessage::translate("\"{1}\" gives no data. {2}") % text %
                    ReasonForNothing(project, vector, source, arguments));
 }
+
+NCError GivesNothing(engine::Project const &project, std::string const &text, ProjectVectorData const &data,
+                     ProjectUtilities::DefaultSelection const &defaults) {
+    std::string const arguments = data.ToStdString(&defaults);
+    return GivesNothing(project, *data.GetProjectVector(), ReadSource(project, data.GetDataSourceName(), text),
+                        arguments.substr(arguments.find(' ') + 1), text);
+}

@@ -69,7 +69,43 @@ void AddErrors(engine::Project const &project, int model, std::vector<Column> &c
             columns.push_back({heading("RMSEcv", response), std::move(errors), response});
 }
 
+std::string KindOf(engine::DataSetRecord const &record, NCDataSetInfo const &info) {
+    if (!engine::IsDerived(record.kind))
+        return record.kind == engine::DataSetKind::Prediction ? "prediction" : "data";
+    std::string const kind = !info.sourceModels.empty()                       ? "batch level"
+                             : info.oscComponents > 0                         ? "corrected"
+                             : (info.kind & NCDataSetInfo::WaveletCompressed) ? "compressed"
+                                                                              : "derived";
+    return record.kind == engine::DataSetKind::DerivedPrediction ? kind + " of prediction" : kind;
+}
+
 } // namespace
+
+Listing ModelsOf(engine::Project const &project) {
+    Listing listing({"model", "name", "type", "data_set", "observations", "x_variables", "y_variables", "components",
+                     "cross_validated"});
+    for (int i = 1; i <= project.GetNumberOfModels(); ++i) {
+        boost::shared_ptr<ModelInfo const> const info = project.GetModelInfo(project.GetModelNumberAt(i));
+        listing.Add({info->number, info->name, ModelTypeE::GetModelTypeName(info->type), info->dataSets.front(),
+                     info->sizeObservations, info->sizeXVariables, info->sizeYVariables, info->SizeComponents(),
+                     info->crossValidated ? "yes" : "no"});
+    }
+    return listing;
+}
+
+Listing DataSetsOf(engine::Project const &project) {
+    Listing listing({"data_set", "name", "kind", "observations", "variables", "current"});
+    for (engine::DataSetRecord const &record : project.DataSets()) {
+        bool const isPrediction = record.kind == engine::DataSetKind::Prediction;
+        bool const isCurrent = isPrediction && record.number == project.GetPredSet(-1)->GetNumber();
+        listing.Add({record.number, record.name, KindOf(record, *project.GetDataSetInfo(record.number)),
+                     record.observations, record.variables,
+                     isCurrent      ? "yes"
+                     : isPrediction ? "no"
+                                    : Listing::Cell(std::numeric_limits<double>::quiet_NaN())});
+    }
+    return listing;
+}
 
 std::string Listed(std::vector<std::string> const &names) {
     constexpr std::size_t most = 5;

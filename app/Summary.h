@@ -7,6 +7,10 @@ namespace engine {
 class Project;
 }
 
+// The models of a project, and its data sets and prediction sets.
+Listing ModelsOf(engine::Project const &project);
+Listing DataSetsOf(engine::Project const &project);
+
 // What each component of a model explains and predicts; with the errors of the responses in their own units, fitted and
 // cross-validated.
 Listing SummaryOf(engine::Project const &project, int model, bool withErrors);

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <new>
 #include <sstream>
 
@@ -15,13 +14,6 @@ namespace {
 constexpr int done = 0;
 constexpr int failed = 1;
 constexpr int misused = 2;
-
-// One line on standard error, whatever the text holds.
-void Tell(std::string text) {
-    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;)
-        text.replace(at, 1, at + 1 == text.size() ? "" : " ");
-    std::fprintf(stderr, "dataseries: %s\n", text.c_str());
-}
 
 int TellMisuse(CLI::App const &program, std::string text) {
     std::vector<CLI::App *> const commands = program.get_subcommands();
@@ -66,6 +58,8 @@ int Run(int count, char **arguments) {
     AddContributionCommand(program);
     AddClassesCommand(program);
     AddBuildCommand(program);
+    AddSavedPlotCommands(program);
+    AddReportCommand(program);
     AddDefaultsCommand(program);
     AddSummaryCommand(program);
     AddTreeCommand(program);

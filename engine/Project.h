@@ -139,6 +139,17 @@ public:
 
     std::vector<DataSetRecord> DataSets() const;
 
+    // Plots that are kept with the project, in the order in which they were saved first. The text is their maker's own.
+    std::vector<std::string> PlotNames() const;
+    bool HasPlot(std::string const &name) const;
+    // NCError when there is none of that name.
+    std::string Plot(std::string const &name) const;
+    // In the place of the one of that name, if any. NCError for a name that is empty or no UTF-8.
+    void SavePlot(std::string const &name, std::string const &text);
+    // NCError when there is none, or one that has the new name; names as above.
+    void RenamePlot(std::string const &name, std::string const &newName);
+    void DeletePlot(std::string const &name);
+
     StatisticSource const &GetStatisticSource() const override;
     int GetNumberOfModels() const override;
     int GetModelNumberAt(int index) const override;

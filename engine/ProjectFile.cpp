@@ -352,6 +352,49 @@ void ProjectFile::DeleteSection(std::string_view name) {
     m_implementation->Writable().DeleteSection(name);
 }
 
+std::vector<std::string> ProjectFile::PlotNames() const {
+    std::vector<std::string> names;
+    for (StoredPlot &plot : m_implementation->Plots())
+        names.push_back(std::move(plot.name));
+    return names;
+}
+
+std::string ProjectFile::Plot(std::string_view name) const {
+    return m_implementation->Plot(name).text;
+}
+
+void ProjectFile::SetPlot(std::string_view name, std::string_view text) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    StoredPlot plot{0, std::string(name), std::string(text)};
+    for (StoredPlot const &stored : file.Plots())
+        if (stored.name == name)
+            plot.position = stored.position;
+    file.ReplacePlot(plot);
+    change.Commit();
+}
+
+void ProjectFile::RenamePlot(std::string_view name, std::string_view newName) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    StoredPlot plot = file.Plot(name);
+    for (StoredPlot const &stored : file.Plots())
+        if (stored.name == newName && newName != name)
+            throw NCError(ExceptionMessage::translate("The project {1} has a plot \"{2}\" already.") % Path().string() %
+                              newName,
+                          NCError::Error);
+    plot.name = newName;
+    file.ReplacePlot(plot);
+    change.Commit();
+}
+
+void ProjectFile::DeletePlot(std::string_view name) {
+    Implementation &file = m_implementation->Writable();
+    Transaction change(file);
+    file.DeletePlot(name);
+    change.Commit();
+}
+
 Transaction::Transaction(ProjectFile const &file) : Transaction(*file.m_implementation) {}
 
 Transaction::Transaction(ProjectFile::Implementation &file) : m_file(file), m_nested(file.database.InTransaction()) {

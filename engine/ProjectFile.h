@@ -131,6 +131,17 @@ public:
     // Nothing happens when there is none.
     void DeleteSection(std::string_view name);
 
+    // Saved plots, in the order in which they were saved first. Names are texts of UTF-8 that are not empty.
+    std::vector<std::string> PlotNames() const;
+    // NCError when there is none of that name.
+    std::string Plot(std::string_view name) const;
+    // In the place of the one of that name, if any.
+    void SetPlot(std::string_view name, std::string_view text);
+    // Keeps its place. NCError when there is none, or one that has the new name.
+    void RenamePlot(std::string_view name, std::string_view newName);
+    // NCError when there is none.
+    void DeletePlot(std::string_view name);
+
 private:
     friend class Transaction;
     class Implementation;

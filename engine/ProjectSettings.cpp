@@ -1,6 +1,9 @@
 #include "engine/ProjectState_internal.h"
 
+#include "engine/import/Cell_internal.h"
 #include "platform/storage/XercesXMLSection.h"
+
+#include <algorithm>
 
 // What a project keeps beside its data and models.
 
@@ -117,6 +120,42 @@ int Project::GetPreferredVariableAlias() const {
     NCProjectOptions options;
     GetProjectOptions(&options);
     return options.variables.identifier;
+}
+
+namespace {
+
+void CheckPlotName(std::string const &name) {
+    if (name.empty() || !IsUtf8Text(name))
+        throw NCError(ExceptionMessage::translate("The name of a plot is a text of UTF-8 that is not empty."),
+                      NCError::Error);
+}
+
+} // namespace
+
+std::vector<std::string> Project::PlotNames() const {
+    return m_state->File().PlotNames();
+}
+
+bool Project::HasPlot(std::string const &name) const {
+    return std::ranges::count(PlotNames(), name) > 0;
+}
+
+std::string Project::Plot(std::string const &name) const {
+    return m_state->File().Plot(name);
+}
+
+void Project::SavePlot(std::string const &name, std::string const &text) {
+    CheckPlotName(name);
+    m_state->File().SetPlot(name, text);
+}
+
+void Project::RenamePlot(std::string const &name, std::string const &newName) {
+    CheckPlotName(newName);
+    m_state->File().RenamePlot(name, newName);
+}
+
+void Project::DeletePlot(std::string const &name) {
+    m_state->File().DeletePlot(name);
 }
 
 } // namespace engine

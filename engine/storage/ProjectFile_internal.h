@@ -21,6 +21,11 @@ struct StoredDataSet : DataSetRecord {
     std::size_t dateVariables = 0;
 };
 
+struct StoredPlot {
+    int position = 0; // from 1, with gaps
+    std::string name, text;
+};
+
 // The numbers of the table `counter`: the next data set and model, and the current prediction set or 0.
 enum class Counter { DataSet, Model, CurrentPredictionSet };
 using Counters = std::array<std::int64_t, 3>;
@@ -90,6 +95,13 @@ public:
     void ReplaceSection(std::string_view name, std::string_view text);
     void DeleteSection(std::string_view name);
 
+    std::vector<StoredPlot> Plots();
+    // Throws when there is none.
+    StoredPlot Plot(std::string_view name);
+    // Without a position behind all others.
+    void ReplacePlot(StoredPlot const &plot);
+    void DeletePlot(std::string_view name);
+
     std::filesystem::path const path;
 
 private:
@@ -99,6 +111,8 @@ private:
     StoredDataSet ReadDataSet(Statement const &row) const;
     ModelRecord ReadModel(Statement const &row) const;
     Counters ReadCounters();
+    bool HasPlots();
+    StoredPlot ReadPlot(Statement const &row) const;
     // Stands on the row of the block, whose checksum is right.
     void FindBlock(Statement &row, Part part, int owner, int position);
     [[noreturn]] void ThrowNoBlock(Part part, int owner, int position);

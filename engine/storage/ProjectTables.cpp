@@ -32,6 +32,13 @@ constexpr char schema[] = R"(
         checksum INTEGER NOT NULL, bytes BLOB NOT NULL, UNIQUE (part, owner, position));
 )";
 
+// Made with the first plot that is saved: projects of earlier versions of this program, which need not know of plots,
+// have none.
+constexpr char plotSchema[] = R"(
+    CREATE TABLE IF NOT EXISTS plot (position INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE, text TEXT NOT NULL,
+        checksum INTEGER NOT NULL);
+)";
+
 Checksum SumOf(Counters const &counters) {
     return Checksum().Add(std::as_bytes(std::span(counters)));
 }
@@ -53,6 +60,10 @@ Checksum SumOf(ModelRecord const &model) {
 
 Checksum SumOf(std::string_view sectionName, std::string_view text) {
     return Checksum().Add(sectionName).Add(text);
+}
+
+Checksum SumOf(StoredPlot const &plot) {
+    return Checksum().Add(plot.position).Add(plot.name).Add(plot.text);
 }
 
 Checksum SumOf(Part part, int owner, int position, std::string_view name, std::span<std::byte const> bytes) {
@@ -115,7 +126,10 @@ void ProjectFile::Implementation::CheckVersion() {
 
 // The pages of the records, not those of the blocks: a project of a gigabyte opens in milliseconds.
 void ProjectFile::Implementation::CheckRecords() {
-    for (char const *table : {"sqlite_schema", "counter", "data_set", "model", "section"}) {
+    std::vector<char const *> tables = {"sqlite_schema", "counter", "data_set", "model", "section"};
+    if (HasPlots())
+        tables.push_back("plot");
+    for (char const *table : tables) {
         Statement check(database, (std::string("PRAGMA quick_check(") + table + ")").c_str());
         if (!check.Step() || check.Text(1) != "ok")
             database.ThrowDamaged(std::string(check.Text(1)));
@@ -124,6 +138,7 @@ void ProjectFile::Implementation::CheckRecords() {
     DataSets();
     Models();
     Sections();
+    Plots();
 }
 
 void ProjectFile::Implementation::CheckSum(Checksum const &sum, std::int64_t stored, std::string const &what) const {
@@ -333,6 +348,49 @@ void ProjectFile::Implementation::ReplaceSection(std::string_view name, std::str
 
 void ProjectFile::Implementation::DeleteSection(std::string_view name) {
     Statement(database, "DELETE FROM section WHERE name = ?", name).Run();
+}
+
+bool ProjectFile::Implementation::HasPlots() {
+    return database.Number("SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name = 'plot'") != 0;
+}
+
+std::vector<StoredPlot> ProjectFile::Implementation::Plots() {
+    std::vector<StoredPlot> plots;
+    if (!HasPlots())
+        return plots;
+    Statement row(database, "SELECT * FROM plot ORDER BY position");
+    while (row.Step())
+        plots.push_back(ReadPlot(row));
+    return plots;
+}
+
+StoredPlot ProjectFile::Implementation::Plot(std::string_view name) {
+    if (HasPlots())
+        if (Statement row(database, "SELECT * FROM plot WHERE name = ?", name); row.Step())
+            return ReadPlot(row);
+    throw NCError(ExceptionMessage::translate("The project {1} has no plot \"{2}\".") % path.string() % name,
+                  NCError::Error);
+}
+
+StoredPlot ProjectFile::Implementation::ReadPlot(Statement const &row) const {
+    StoredPlot const plot{static_cast<int>(row.Integer(1)), std::string(row.Text(2)), std::string(row.Text(3))};
+    CheckSum(SumOf(plot), row.Integer(4), "plot " + plot.name);
+    return plot;
+}
+
+void ProjectFile::Implementation::ReplacePlot(StoredPlot const &plot) {
+    database.Execute(plotSchema);
+    StoredPlot placed = plot;
+    if (placed.position == 0)
+        placed.position = static_cast<int>(database.Number("SELECT ifnull(max(position), 0) + 1 FROM plot"));
+    Statement(database, "REPLACE INTO plot VALUES (?, ?, ?, ?)", placed.position, placed.name, placed.text,
+              SumOf(placed).Value())
+        .Run();
+}
+
+void ProjectFile::Implementation::DeletePlot(std::string_view name) {
+    Plot(name);
+    Statement(database, "DELETE FROM plot WHERE name = ?", name).Run();
 }
 
 } // namespace engine

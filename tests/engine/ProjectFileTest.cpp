@@ -102,6 +102,8 @@ std::string Content(ProjectFile const &file) {
     }
     for (std::string const &name : file.SectionNames())
         stream << name << "=" << *file.Section(name) << "\n";
+    for (std::string const &name : file.PlotNames())
+        stream << name << ":" << file.Plot(name) << "\n";
     return stream.str();
 }
 
@@ -112,6 +114,8 @@ void Fill(ProjectFile &file, std::size_t rows = 3) {
     file.AddDataSet(Table(5).ToPredict());
     file.SetSection("Plot", "<a/>");
     file.SetSection("Other", "");
+    file.SetPlot("scores", "<t/>");
+    file.SetPlot("loadings", "<p/>");
 }
 
 TEST_F(ProjectFileTest, KeepsEverything) {
@@ -172,6 +176,14 @@ TEST_F(ProjectFileTest, ChangesAndDeletes) {
     for (int const number : {1, 3, 4})
         file.DeleteDataSet(number);
     file.DeleteSection("Plot");
+    EXPECT_EQ(Content(file), "Other=\nscores:<t/>\nloadings:<p/>\n");
+    file.SetPlot("a", "<a/>");
+    file.SetPlot("scores", "<u/>");
+    file.RenamePlot("loadings", "\"<&'\xC3\xB8");
+    file.RenamePlot("a", "a");
+    EXPECT_EQ(Content(file), "Other=\nscores:<u/>\n\"<&'\xC3\xB8:<p/>\na:<a/>\n") << "all keep their places";
+    for (std::string const &plot : file.PlotNames())
+        file.DeletePlot(plot);
     EXPECT_EQ(Content(file), "Other=\n");
     EXPECT_EQ(file.AddDataSet(Table(1).Named("")), 6) << "numbers are not given again";
     EXPECT_EQ(file.AddModel("", {}, {}), 3);
@@ -206,6 +218,11 @@ TEST_F(ProjectFileTest, TellsWhatCannotBeDone) {
         {[&] { file.UsePredictionSet(9); }, "has no data set 9."},
         {[&] { file.UsePredictionSet(1); }, "Data set 1 is no prediction set."},
         {[&] { file.DeleteDataSet(1); }, "Data set 1 can't be deleted: model 1 is made of it."},
+        {[&] { file.Plot("none"); }, "The project " + name + " has no plot \"none\"."},
+        {[&] { file.DeletePlot(""); }, "has no plot \"\"."},
+        {[&] { file.RenamePlot("none", "scores"); }, "has no plot \"none\"."},
+        {[&] { file.RenamePlot("scores", "loadings"); }, "has a plot \"loadings\" already."},
+        {[&] { reader.SetPlot("a", "b"); }, "is open for reading only."},
         {[&] { file.AddDataSet(Table(1).Named(""), Progress([](double done) { return done < 0.4; })); }, "cancelled"},
     };
     for (auto const &[action, message] : cases)
@@ -414,6 +431,8 @@ TEST_F(ProjectFileTest, RefusesWhatIsNoProject) {
         {whole, "UPDATE data_set SET name = 'other'", "is damaged: the checksum of data set 1 is wrong."},
         {whole, "UPDATE model SET fitted = 0", "is damaged: the checksum of model 1 is wrong."},
         {whole, "UPDATE section SET text = 'x'", "is damaged: the checksum of section Other is wrong."},
+        {whole, "UPDATE plot SET text = 'x' WHERE position = 2", "is damaged: the checksum of plot loadings is wrong."},
+        {whole, "ALTER TABLE plot DROP COLUMN text", "is damaged"},
         {whole, "DELETE FROM block WHERE part = 1", "is damaged: a part of data set 1 is missing."},
         {whole, "UPDATE block SET bytes = x'00' WHERE part = 5",
          "is damaged: the checksum of a part of model 1 is wrong."},
