@@ -75,21 +75,25 @@ struct LabelKeys {
     char const *identifier;
     char const *start;
     char const *length;
+    char const *title;
 };
 
-constexpr LabelKeys observationKeys{"ObservationIdentifier", "ObservationStart", "ObservationLength"};
-constexpr LabelKeys variableKeys{"VariableIdentifier", "VariableStart", "VariableLength"};
+constexpr LabelKeys observationKeys{"ObservationIdentifier", "ObservationStart", "ObservationLength",
+                                    "ObservationTitle"};
+constexpr LabelKeys variableKeys{"VariableIdentifier", "VariableStart", "VariableLength", "VariableTitle"};
 
 void ReadLabels(ConfigurationSection const &section, LabelKeys const &keys, NCProjectOptions::LabelSettings &labels) {
     section.ReadKey(keys.identifier, labels.identifier);
     section.ReadKey(keys.start, labels.start);
     section.ReadKey(keys.length, labels.length);
+    section.ReadKey(keys.title, labels.title);
 }
 
 void WriteLabels(ConfigurationSection &section, LabelKeys const &keys, NCProjectOptions::LabelSettings const &labels) {
     section.WriteKey(keys.identifier, labels.identifier);
     section.WriteKey(keys.start, labels.start);
     section.WriteKey(keys.length, labels.length);
+    section.WriteKey(keys.title, labels.title);
 }
 
 } // namespace

@@ -94,13 +94,26 @@ bool SelectLabelArgument::ReadSection(ConfigurationSection *section) {
 
 template <typename Archive>
 void SelectLabelArgument::serialize(Archive &archive, unsigned int) {
-    using boost::serialization::make_nvp;
+    // A bool has the same form as a byte, and must not be read from a damaged archive.
+    auto const flag = [&archive](char const *name, bool &value) {
+        unsigned char byte = value ? 1 : 0;
+        archive &boost::serialization::make_nvp(name, byte);
+        value = byte != 0;
+    };
+    auto const number = [&archive](char const *name, int &value) {
+        archive &boost::serialization::make_nvp(name, value);
+    };
     int type = m_type;
-    archive &make_nvp("DisplayAll", m_displayAll) & make_nvp("NoneAvailable", m_noneAvailable) &
-        make_nvp("Type", type) & make_nvp("SelID", m_selID) & make_nvp("StartPos", m_startPos) &
-        make_nvp("Length", m_length) & make_nvp("Rotation", m_rotation) &
-        make_nvp("DisplayInterval", m_displayInterval) & make_nvp("FromOptions", m_fromOptions) &
-        make_nvp("DisplayAllAvailable", m_displayAllAvailable);
+    flag("DisplayAll", m_displayAll);
+    flag("NoneAvailable", m_noneAvailable);
+    number("Type", type);
+    number("SelID", m_selID);
+    number("StartPos", m_startPos);
+    number("Length", m_length);
+    number("Rotation", m_rotation);
+    number("DisplayInterval", m_displayInterval);
+    flag("FromOptions", m_fromOptions);
+    flag("DisplayAllAvailable", m_displayAllAvailable);
     m_type = static_cast<ProjectVector::VectorTypeEnum>(type);
 }
 

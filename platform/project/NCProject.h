@@ -20,6 +20,7 @@ struct NCProjectOptions {
         int identifier = 1; // the alias
         int start = 1;      // first character shown
         int length = -1;    // characters shown, -1 all of them
+        int title = 1;      // the alias in titles of windows
 
         bool operator==(LabelSettings const &) const = default;
     };

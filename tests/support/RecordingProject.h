@@ -98,6 +98,7 @@ public:
     int activeModel = -1;
     bool isBatchProject = false;
     int preferredObservationAlias = 1;
+    NCProjectOptions options;
     NCVariables variables;
     NCObservations observations;
 
@@ -128,6 +129,8 @@ public:
     boost::shared_ptr<NCDataSet const> GetPredSet(int) const override { return GetDataSet(0); }
     boost::shared_ptr<NCDataSet const> GetModelPredSet(int) const override { return GetDataSet(0); }
     boost::shared_ptr<NCPredictions const> GetPredictions(int model, bool required) const override;
+    void GetProjectOptions(NCProjectOptions *current) const override { *current = options; }
+    void SetProjectOptions(NCProjectOptions const *changed) override { options = *changed; }
     std::unique_ptr<ConfigurationSection> GetSettingsSection(std::string const &name) override;
     void LockMemory() const override { ++memoryLocks; }
     void UnlockMemory() const override { --memoryLocks; }
