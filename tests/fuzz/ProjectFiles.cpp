@@ -248,7 +248,7 @@ int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
                 Require(!model || model->GetXColumnTerms().Size() >= 0);
                 project->QualityOf(project->GetModelNumberAt(index));
             });
-        AskStatistics(project, 16, input.choice);
+        AskStatistics(project, 64, input.choice);
     });
     return 0;
 }
