@@ -172,16 +172,15 @@ std::optional<std::uint32_t> IdentifierNamed(VarObs const &list, std::string con
 
 VectorText ReadVectorText(std::string const &text) {
     VectorText read{text, text, {}, {}};
-    std::size_t const at = read.name.rfind('@');
-    std::size_t const colon = read.name.find(':');
+    std::size_t const at = text.rfind('@');
     // Behind a colon, what is no source is a part of a name: "XVar:p@25C".
-    if (at != std::string::npos && (at < colon || IsSource(std::string_view(text).substr(at + 1)))) {
+    if (at != std::string::npos && (at < text.find(':') || IsSource(std::string_view(text).substr(at + 1)))) {
         read.source = read.name.substr(at + 1);
         read.name.erase(at);
         if (read.source->empty())
             throw UsageError("\"" + text + "\" has nothing behind \"@\", expected a source such as M1, DS1 or PS");
     }
-    if (colon != std::string::npos) {
+    if (std::size_t const colon = read.name.find(':'); colon != std::string::npos) {
         read.argument = read.name.substr(colon + 1);
         read.name.erase(colon);
         if (read.argument->empty())

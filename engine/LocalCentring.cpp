@@ -157,8 +157,7 @@ LocalCentring GroupMeans(ProjectFile const &file, GroupMeansRequest const &reque
         auto const found = request.transformations.find(variable);
         auto const transformation = found == request.transformations.end() ? VariableTransformation() : found->second;
         centring.variables.push_back(
-            {variable,
-             Means(file.Column(record.number, column + 1), groupOf, groups.size(), TransformationOf(transformation)),
+            {variable, Means(file.Column(record, column + 1), groupOf, groups.size(), TransformationOf(transformation)),
              transformation});
     }
     return centring;

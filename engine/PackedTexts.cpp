@@ -35,27 +35,22 @@ std::vector<std::byte> PackedTexts::Pack() const {
     return packed;
 }
 
-PackedTexts PackedTexts::Unpack(std::span<std::byte const> bytes) {
+std::optional<PackedTexts> PackedTexts::Unpack(std::span<std::byte const> bytes) {
     std::uint64_t count = 0;
+    if (bytes.size() < sizeof count)
+        return std::nullopt;
+    std::memcpy(&count, bytes.data(), sizeof count);
+    bytes = bytes.subspan(sizeof count);
+    if (count > bytes.size() / sizeof(std::uint32_t))
+        return std::nullopt;
     PackedTexts texts;
-    bool whole = bytes.size() >= sizeof count;
-    if (whole) {
-        std::memcpy(&count, bytes.data(), sizeof count);
-        bytes = bytes.subspan(sizeof count);
-        whole = count <= bytes.size() / sizeof(std::uint32_t);
-    }
-    if (whole) {
-        texts.m_ends.resize(count);
-        auto const ends = bytes.first(count * sizeof(std::uint32_t));
-        std::ranges::copy(ends, std::as_writable_bytes(std::span(texts.m_ends)).begin());
-        auto const text = bytes.subspan(ends.size());
-        texts.m_bytes.assign(reinterpret_cast<char const *>(text.data()), text.size());
-        std::uint64_t const end = count == 0 ? 0 : texts.m_ends.back();
-        whole = std::ranges::is_sorted(texts.m_ends) && end == text.size();
-    }
-    if (!whole)
-        throw VqStreamError(ExceptionMessage::translate("A stored list of texts is cut short."));
-    return texts;
+    texts.m_ends.resize(count);
+    auto const ends = bytes.first(count * sizeof(std::uint32_t));
+    std::ranges::copy(ends, std::as_writable_bytes(std::span(texts.m_ends)).begin());
+    auto const text = bytes.subspan(ends.size());
+    texts.m_bytes.assign(reinterpret_cast<char const *>(text.data()), text.size());
+    bool const whole = std::ranges::is_sorted(texts.m_ends) && (count == 0 ? 0 : texts.m_ends.back()) == text.size();
+    return whole ? std::optional(std::move(texts)) : std::nullopt;
 }
 
 } // namespace engine

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,8 +29,8 @@ public:
 
     // The list as one block of bytes: the number of texts (8 bytes), where each text ends (4 bytes), the texts.
     std::vector<std::byte> Pack() const;
-    // Throws VqStreamError when the bytes are not such a block.
-    static PackedTexts Unpack(std::span<std::byte const> bytes);
+    // Nothing when the bytes are not such a block.
+    static std::optional<PackedTexts> Unpack(std::span<std::byte const> bytes);
 
     bool operator==(PackedTexts const &other) const = default;
 

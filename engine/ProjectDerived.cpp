@@ -206,7 +206,7 @@ DerivedTable Project::MadeOf(Recipe const &recipe) const {
     auto const &hierarchy = std::get<HierarchyRecipe>(recipe.how);
     DataSetList sets;
     for (HierarchyRecipe::Variable const &variable : hierarchy.variables)
-        sets.push_back(m_state->FindData(variable.dataSet));
+        sets.push_back(m_state->NeededData(variable.dataSet));
     DerivedTable table = ResultsOfWorksets(
         hierarchy, models, sets, m_state->File().ObservationIdentifiers(models.front()->FittedData().GetNumber()));
     if (table.columns.front().empty())
@@ -216,8 +216,8 @@ DerivedTable Project::MadeOf(Recipe const &recipe) const {
 }
 
 DerivedTable Project::MadeOfRows(Recipe const &recipe, int dataSet) const {
-    boost::shared_ptr<DataSet const> const source = m_state->FindData(recipe.DataSet());
-    boost::shared_ptr<DataSet const> const rows = m_state->FindData(dataSet);
+    boost::shared_ptr<DataSet const> const source = m_state->NeededData(recipe.DataSet());
+    boost::shared_ptr<DataSet const> const rows = m_state->NeededData(dataSet);
     std::vector<TextColumn> const identifiers = m_state->File().ObservationIdentifiers(dataSet);
     if (auto const *const correction = recipe.As<CorrectionRecipe>())
         return CorrectedRows(*correction, source, rows, identifiers);
@@ -241,7 +241,7 @@ std::optional<DerivedTable> Project::MadeOfPredictions(Recipe const &recipe, int
         rows.push_back(m_state->RowsOn(*model, predictions));
         isAny = isAny || m_state->MatchOf(*model, rows.back()->GetNumber()).found > 0;
     }
-    boost::shared_ptr<DataSet const> const set = m_state->FindData(predictions);
+    boost::shared_ptr<DataSet const> const set = m_state->NeededData(predictions);
     auto const *const level = recipe.As<BatchLevelRecipe>();
     if (!isAny || (level && set->GetBatchInfo().Empty()))
         return {};

@@ -3,6 +3,7 @@
 #include "engine/storage/ProjectFile_internal.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace engine {
@@ -158,31 +159,38 @@ DataSetRecord ProjectFile::DataSet(int number) const {
 }
 
 std::vector<TextColumn> ProjectFile::ObservationIdentifiers(int dataSet) const {
-    std::size_t const count = m_implementation->DataSet(dataSet).observationIdentifiers;
-    return m_implementation->ReadTextColumns(Part::ObservationIdentifier, dataSet, count);
+    StoredDataSet const record = m_implementation->DataSet(dataSet);
+    return m_implementation->ReadTextColumns(Part::ObservationIdentifier, dataSet, record.observationIdentifiers,
+                                             record.observations);
 }
 
 std::vector<TextColumn> ProjectFile::VariableIdentifiers(int dataSet) const {
-    std::size_t const count = m_implementation->DataSet(dataSet).variableIdentifiers;
-    return m_implementation->ReadTextColumns(Part::VariableIdentifier, dataSet, count);
+    StoredDataSet const record = m_implementation->DataSet(dataSet);
+    return m_implementation->ReadTextColumns(Part::VariableIdentifier, dataSet, record.variableIdentifiers,
+                                             record.variables);
 }
 
-std::vector<float> ProjectFile::Column(int dataSet, int variable) const {
+std::vector<float> ProjectFile::Column(DataSetRecord const &dataSet, int variable) const {
     std::vector<float> values;
-    m_implementation->ReadBlock(Part::Column, dataSet, variable,
+    m_implementation->ReadBlock(Part::Column, dataSet.number, variable,
                                 [&](auto, std::span<std::byte const> bytes) { values = NumbersIn<float>(bytes); });
+    m_implementation->CheckCount(dataSet.number, "values", values.size(), dataSet.observations);
     return values;
 }
 
 // The name of the block is the number of the variable.
 std::vector<DateColumn> ProjectFile::Dates(int dataSet) const {
     std::vector<DateColumn> dates;
-    int const count = static_cast<int>(m_implementation->DataSet(dataSet).dateVariables);
-    for (int position = 1; position <= count; ++position)
-        m_implementation->ReadBlock(Part::Dates, dataSet, position,
-                                    [&](std::string_view name, std::span<std::byte const> bytes) {
-                                        dates.push_back({std::stoi(std::string(name)), NumbersIn<double>(bytes)});
-                                    });
+    StoredDataSet const record = m_implementation->DataSet(dataSet);
+    for (int position = 1; position <= static_cast<int>(record.dateVariables); ++position)
+        m_implementation->ReadBlock(
+            Part::Dates, dataSet, position, [&](std::string_view name, std::span<std::byte const> bytes) {
+                DateColumn &column = dates.emplace_back(DateColumn{0, NumbersIn<double>(bytes)});
+                std::from_chars(name.data(), name.data() + name.size(), column.variable);
+                if (column.variable < 1 || static_cast<std::size_t>(column.variable) > record.variables)
+                    m_implementation->database.ThrowDamaged("dates of no variable");
+                m_implementation->CheckCount(dataSet, "dates", column.days.size(), record.observations);
+            });
     return dates;
 }
 

@@ -89,7 +89,8 @@ public:
     std::vector<TextColumn> ObservationIdentifiers(int dataSet) const;
     std::vector<TextColumn> VariableIdentifiers(int dataSet) const;
     // The values of one variable, counted from 1.
-    std::vector<float> Column(int dataSet, int variable) const;
+    std::vector<float> Column(DataSetRecord const &dataSet, int variable) const;
+    std::vector<float> Column(int dataSet, int variable) const { return Column(DataSet(dataSet), variable); }
     // The dates of the variables that hold dates.
     std::vector<DateColumn> Dates(int dataSet) const;
     // Of a derived data set.

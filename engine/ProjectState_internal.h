@@ -93,7 +93,7 @@ public:
         std::optional<std::vector<std::byte>> const results = record ? m_file.Results(number) : std::nullopt;
         if (results)
             view = boost::make_shared<ModelView>(number, FittedModel::Load(AsText(*results)),
-                                                 FindData(record->dataSets.front()), m_project->shared_from_this());
+                                                 NeededData(record->dataSets.front()), m_project->shared_from_this());
         return view;
     }
 
@@ -209,16 +209,18 @@ public:
         return *view;
     }
 
-    DataSet const &Data(int number) const override {
+    DataSet const &Data(int number) const override { return *NeededData(number); }
+
+    boost::shared_ptr<DataSet const> NeededData(int number) const {
         boost::shared_ptr<DataSet const> const data = FindData(number);
         if (!data)
             throw NCError(ExceptionMessage::translate("There is no data set {1}.") % number, NCError::Error);
-        return *data;
+        return data;
     }
 
     // One that a recipe can be for.
     boost::shared_ptr<DataSet const> SourceOf(int dataSet) const {
-        Data(dataSet);
+        boost::shared_ptr<DataSet const> const data = NeededData(dataSet);
         DataSetRecord const &record = *RecordOf(dataSet);
         if (record.kind == DataSetKind::Prediction || record.kind == DataSetKind::DerivedPrediction)
             throw NCError(
@@ -226,7 +228,7 @@ public:
                                             "made of other data sets.") %
                     dataSet % record.name,
                 NCError::Error);
-        return FindData(dataSet);
+        return data;
     }
 
     PredictedRows const *Predictions(int model) const override { return PredictedOn(model).get(); }
@@ -257,7 +259,7 @@ public:
     }
     // As a model takes it.
     boost::shared_ptr<DataSet const> RowsOn(ModelView const &model, int predictions) const {
-        return FindData(ShapedLike(model.FittedData().GetNumber(), predictions));
+        return NeededData(ShapedLike(model.FittedData().GetNumber(), predictions));
     }
 
     VariableMatch MatchOf(ModelView const &model, int dataSet) const {

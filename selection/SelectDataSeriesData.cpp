@@ -139,11 +139,12 @@ void SelectDataSeriesData::CopyVectors(SelectDataSeriesData const &other) {
     m_selectObjects = other.m_selectObjects;
 }
 
+// The transformations last: to find the selected items sets the bound of their lags.
 bool SelectDataSeriesData::IsDataEqual(SelectDataSeriesData const &other) const {
     return m_mode == other.m_mode && GetProject() == other.GetProject() && m_vectorType == other.m_vectorType &&
            m_obsPredType == other.m_obsPredType && (!UsesX() || m_xAxis == other.m_xAxis) &&
-           (!UsesY() || m_yAxis == other.m_yAxis) && m_transformation == other.m_transformation &&
-           m_series == other.m_series && GetSelectObjects() == other.GetSelectObjects();
+           (!UsesY() || m_yAxis == other.m_yAxis) && m_series == other.m_series &&
+           GetSelectObjects() == other.GetSelectObjects() && m_transformation == other.m_transformation;
 }
 
 bool SelectDataSeriesData::operator==(SelectDataSeriesData const &other) const {

@@ -305,7 +305,7 @@ template <typename Archive>
 void SelectDataSeriesData::load(Archive &archive, unsigned int version) {
     std::string text;
     int size = 0;
-    bool hasUnselected = false;
+    unsigned char hasUnselected = 0; // written as a bool, which must not be read from a damaged archive
     archive >> make_nvp("Section", text) >> make_nvp("SizeSelectObjects", size) >>
         make_nvp("HasUnselected", hasUnselected);
     constexpr int mostItems = 100'000'000;
@@ -321,7 +321,7 @@ void SelectDataSeriesData::load(Archive &archive, unsigned int version) {
     }
     // The columns first: finding them selects all.
     GetColumnIDs();
-    if (hasUnselected) {
+    if (hasUnselected != 0) {
         std::string saved;
         archive >> make_nvp("SelectObjects", saved);
         std::istringstream flags(saved);

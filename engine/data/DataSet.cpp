@@ -298,7 +298,7 @@ NCDataVector<float> const &DataSet::Stored(int column) const {
     std::lock_guard const reading(m_reading);
     auto found = m_values.find(column);
     if (found == m_values.end())
-        found = m_values.emplace(column, NCDataVector<float>(m_file.Column(m_record.number, column + 1))).first;
+        found = m_values.emplace(column, NCDataVector<float>(m_file.Column(m_record, column + 1))).first;
     return found->second;
 }
 

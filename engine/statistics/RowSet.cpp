@@ -43,7 +43,7 @@ Alignment const &RowSource::Aligned() const {
 }
 
 bool HasBatches(RowSource const &source) {
-    return source.model.Fit().definition.evolution && source.Rows() && source.Rows()->Size() > 0;
+    return source.model.Fit().definition.evolution && source.Rows(1);
 }
 
 ColumnIDs RowSource::Columns(int batch) const {

@@ -72,7 +72,7 @@ struct RowSource {
     std::string Name(std::string const &name) const { return ofPredictions ? name + "PS" : name; }
 };
 
-// Of a model of the evolution of batches, and with rows.
+// Of a model of the evolution of batches, and with a batch.
 bool HasBatches(RowSource const &source);
 
 // Registers a statistic of rows in its two forms: function(row source, arguments...).

@@ -87,7 +87,10 @@ public:
         return copy;
     }
     void WriteTextColumns(Part part, int owner, std::span<TextColumn const> columns);
-    std::vector<TextColumn> ReadTextColumns(Part part, int owner, std::size_t count);
+    // At least one, of `items` texts each.
+    std::vector<TextColumn> ReadTextColumns(Part part, int owner, std::size_t count, std::size_t items);
+    // Throws when a data set does not have as many of something as its record says, or none.
+    void CheckCount(int dataSet, char const *what, std::size_t found, std::size_t expected) const;
     void DeleteBlocks(Part part, int owner);
 
     std::vector<std::pair<std::string, std::string>> Sections();

@@ -135,8 +135,13 @@ void ProjectFile::Implementation::CheckRecords() {
             database.ThrowDamaged(std::string(check.Text(1)));
     }
     ReadCounters();
-    DataSets();
-    Models();
+    std::vector<StoredDataSet> const dataSets = DataSets();
+    auto const isThere = [&dataSets](int number) {
+        return std::ranges::find(dataSets, number, &StoredDataSet::number) != dataSets.end();
+    };
+    for (ModelRecord const &model : Models())
+        if (model.dataSets.empty() || !std::ranges::all_of(model.dataSets, isThere))
+            database.ThrowDamaged("a data set of model " + std::to_string(model.number) + " is missing");
     Sections();
     Plots();
 }
@@ -309,15 +314,27 @@ void ProjectFile::Implementation::WriteTextColumns(Part part, int owner, std::sp
         ReplaceBlock(part, owner, static_cast<int>(index + 1), columns[index].name, columns[index].texts.Pack());
 }
 
-std::vector<TextColumn> ProjectFile::Implementation::ReadTextColumns(Part part, int owner, std::size_t count) {
+std::vector<TextColumn> ProjectFile::Implementation::ReadTextColumns(Part part, int owner, std::size_t count,
+                                                                     std::size_t items) {
     std::vector<TextColumn> columns;
     for (std::size_t position = 1; position <= count; ++position) {
         ReadBlock(part, owner, static_cast<int>(position),
                   [&](std::string_view name, std::span<std::byte const> bytes) {
-                      columns.push_back({std::string(name), PackedTexts::Unpack(bytes)});
+                      std::optional<PackedTexts> texts = PackedTexts::Unpack(bytes);
+                      CheckCount(owner, "identifiers", texts ? texts->size() : 0, items);
+                      columns.push_back({std::string(name), std::move(*texts)});
                   });
     }
+    CheckCount(owner, "columns of identifiers", columns.size(), std::max<std::size_t>(count, 1));
     return columns;
+}
+
+void ProjectFile::Implementation::CheckCount(int dataSet, char const *what, std::size_t found,
+                                             std::size_t expected) const {
+    if (found != expected || found == 0)
+        database.ThrowDamaged((ExceptionMessage::translate("data set {1} has {2} {3} in a place, expected {4}") %
+                               dataSet % found % what % expected)
+                                  .Text());
 }
 
 void ProjectFile::Implementation::DeleteBlocks(Part part, int owner) {

@@ -353,6 +353,7 @@ TEST_F(Program, BuildsSelections) {
         {"build b.project --series nothing", 1, "There is no vector \"nothing\" in model 2."},
         {"build b.project --series t@M9", 1, "There is no model 9, which \"t@M9\" asks for."},
         {"build b.project --series t@X", 2, "\"X\" in \"t@X\" is no source"},
+        {"build b.project --series t@M1:2", 2, "\"M1:2\" in \"t@M1:2\" is no source"},
         {"build b.project --series t@", 2, "\"t@\" has nothing behind \"@\""},
         {"build b.project --series t:", 2, "\"t:\" has nothing behind \":\""},
         {"build b.project --series t:@", 1, "There is no component \"@\""},
