@@ -51,6 +51,8 @@ bool CheckIfVectorIsAvailable::operator()(ProjectVectorData const &data) {
         vector = *found;
         VectorChanged = true;
     }
+    if (!HasAxis(*m_info, *vector))
+        return false;
     if (vector->GetObsPredType() == Vector::Predicted)
         return OrNothing([this] { return m_rows.Get(true); }) != nullptr;
     // Of the model that is left, whatever the other one has.

@@ -102,7 +102,7 @@ bool SwitchModelUpdate::operator()(ProjectVectorData &data) const {
         return true;
     m_vectorUpdate(data);
     Vector const *const vector = data.GetProjectVector();
-    if (!vector)
+    if (!vector || !HasAxis(m_target->info, *vector))
         return false;
     if (IsPredicted(data))
         m_target->rows.Get(true);

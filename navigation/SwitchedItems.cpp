@@ -11,6 +11,18 @@ bool IsPredicted(ProjectVectorData const &data) {
     return data.GetProjectVector()->GetObsPredType() == ProjectVector::Predicted;
 }
 
+bool HasAxis(ModelInfo const &info, ProjectVector const &vector) {
+    switch (vector.GetType()) {
+    case ProjectVector::VectorTypeComponent:
+        return info.SizeComponents() > 0;
+    case ProjectVector::VectorTypeAligned:
+    case ProjectVector::VectorTypeBatch:
+        return info.isBatchModel;
+    default:
+        return true;
+    }
+}
+
 ColumnTerm const *TermAt(ColumnTerms const &terms, std::uint32_t position) {
     bool const known = position >= 1 && position <= static_cast<std::uint32_t>(terms.Size());
     return known ? &terms[static_cast<int>(position)] : nullptr;

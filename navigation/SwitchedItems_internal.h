@@ -20,6 +20,9 @@ boost::shared_ptr<NCModel const> ModelOf(ProjectVectorData const &data, NCProjec
 
 bool IsPredicted(ProjectVectorData const &data);
 
+// The model has anything along the axis of the vector: components, or batches where it is about these.
+bool HasAxis(ModelInfo const &info, ProjectVector const &vector);
+
 // The term at a 1-based position; null outside.
 ColumnTerm const *TermAt(ColumnTerms const &terms, std::uint32_t position);
 

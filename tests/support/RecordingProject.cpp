@@ -210,6 +210,7 @@ int RecordingProject::GetFirstDataSet(int after) const {
 }
 
 boost::shared_ptr<NCPredictions const> RecordingProject::GetPredictions(int model, bool) const {
+    onPredictions(model);
     return Found(m_predictions, model);
 }
 

@@ -95,6 +95,7 @@ public:
     StatisticSource const *otherSource = nullptr; // answers in its place
     std::map<int, NCDataSetInfo> dataSets;
     mutable int memoryLocks = 0;
+    std::function<void(int)> onPredictions = [](int) {}; // told of each model that they are asked for
     int activeModel = -1;
     bool isBatchProject = false;
     int preferredObservationAlias = 1;
