@@ -52,6 +52,7 @@ struct RecordedModel {
     ObservationInfos rows;
     bool isNormalized = true;
     bool isWeighted = false;
+    int coefficientKind = 0;
     // Of a batch model.
     std::vector<std::string> batches;
     int treatment = 0;
