@@ -149,10 +149,7 @@ bool CheckIfContribVectorIsAvailable::HasRows(ProjectVectorData const &data) {
     ObservationInfos const *const rows = OrNothing([&] { return source.Get(isPredicted); });
     if (!rows || !OrNothing([&] { return m_rows.Get(isPredicted); }))
         return false;
-    auto const isThere = [&](int position) {
-        return position >= 1 && position <= static_cast<int>(rows->size()) &&
-               m_rows.Find((*rows)[static_cast<std::size_t>(position - 1)].GetUniqueID(), isPredicted) != 0;
-    };
+    auto const isThere = [&](int position) { return m_rows.Find(*rows, position, isPredicted) != 0; };
     return std::ranges::all_of(data.obs1, isThere) && std::ranges::all_of(data.obs2, isThere);
 }
 

@@ -114,8 +114,10 @@ bool UpdateTransformation(Selection &selection, SwitchModelUpdate const &update,
 class SelectedItems {
 public:
     explicit SelectedItems(Selection const &selection) : m_areAllSelected(AreAllSelected(selection)) {
+        if (m_areAllSelected)
+            return;
         selection.GetSelectedBatches(m_batches);
-        if (m_batches.empty() && !m_areAllSelected)
+        if (m_batches.empty())
             m_deselected = Deselected(selection);
     }
 

@@ -269,14 +269,9 @@ void SwitchModelUpdate::UpdateRows(ProjectVectorData &data) const {
     ObservationInfos const *const rows = source.Get(isPredicted);
     for (std::vector<int> *const group : {&data.obs1, &data.obs2}) {
         std::vector<int> moved;
-        for (int const position : *group) {
-            bool const known = rows && position >= 1 && position <= static_cast<int>(rows->size());
-            int const found =
-                known ? m_target->rows.Find((*rows)[static_cast<std::size_t>(position - 1)].GetUniqueID(), isPredicted)
-                      : 0;
-            if (found != 0)
+        for (int const position : *group)
+            if (int const found = rows ? m_target->rows.Find(*rows, position, isPredicted) : 0; found != 0)
                 moved.push_back(found);
-        }
         *group = std::move(moved);
     }
 }

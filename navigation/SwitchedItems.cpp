@@ -75,6 +75,26 @@ int RowsOfModel::Find(std::uint32_t observation, bool predicted) {
     return rows.positions->Of(observation);
 }
 
+int RowsOfModel::Find(ObservationInfos const &others, int position, bool predicted) {
+    auto const isIn = [](ObservationInfos const &rows, int place) {
+        return place >= 1 && place <= static_cast<int>(rows.size());
+    };
+    auto const at = [](ObservationInfos const &rows, int place) {
+        return rows[static_cast<std::size_t>(place - 1)].GetUniqueID();
+    };
+    Rows &own = Fetched(predicted);
+    if (!own.rows || !isIn(others, position))
+        return 0;
+    std::uint32_t const observation = at(others, position);
+    int const likely = position + own.shift;
+    if (isIn(*own.rows, likely) && at(*own.rows, likely) == observation)
+        return likely;
+    int const found = Find(observation, predicted);
+    if (found != 0)
+        own.shift = found - position;
+    return found;
+}
+
 bool BatchesOfModels::AreThere(int model) const {
     return boost::dynamic_pointer_cast<NCBatchModel const>(m_project.GetModel(model)) != nullptr;
 }

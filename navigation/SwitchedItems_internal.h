@@ -61,12 +61,15 @@ public:
     ObservationInfos const *Get(bool predicted) { return Fetched(predicted).rows; }
     // The 1-based position of an observation; 0 when it is not there.
     int Find(std::uint32_t observation, bool predicted);
+    // The same of the row of another model. Rows mostly stand as far from where they stood as the one before.
+    int Find(ObservationInfos const &others, int position, bool predicted);
 
 private:
     struct Rows {
         bool isFetched = false;
         ObservationInfos const *rows = nullptr;
         std::optional<RowPositions> positions;
+        int shift = 0;
     };
 
     Rows &Fetched(bool predicted);
