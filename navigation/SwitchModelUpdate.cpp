@@ -121,11 +121,10 @@ void SwitchModelUpdate::UpdateComponents(ProjectVectorData &data, ModelInfo cons
     if ((kinds & Vector::ComponentPredictive) != 0) {
         int const last = LastPredictive(vector, info);
         int const stored = data.GetPredComponent(false);
-        int const current = stored == -1 ? LastPredictive(vector, source) : stored;
-        if (current > last)
+        int const current = stored == -1 ? source.SizeComponents() : stored;
+        bool const isOpenBeyond = stored == -1 && info.SizeComponents() > last;
+        if (current > last || isOpenBeyond)
             data.SetPredComponent(vector.PredictiveComponentDefaultsToLast() ? -1 : last);
-        else if (stored == -1 && last < info.SizeComponents())
-            data.SetPredComponent(current); // an open one would be the last of all components
     }
     if ((kinds & Vector::ComponentXSideOrthogonal) != 0) {
         int const stored = data.GetXSideOrthoComponent(false);

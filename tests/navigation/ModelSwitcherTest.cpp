@@ -107,7 +107,7 @@ TEST_F(Switching, CarriesSpecificationsOver) {
         {{.components = 1}, 1, Component(-1), 4, "probe M4,2,0,0"},
         {{.components = 1}, 4, Component(-1), 1, "probe M1,3,0,0"},
         {{.components = 1}, 1, Component(3), 2, "probe M2,1,0,0"},
-        {{.components = 1}, 5, Component(-1), 3, "probe M3,1,0,0"},
+        {{.components = 1}, 5, Component(-1), 3, "probe M3,2,0,0"}, // the last stays the last
         {{.components = 1}, 1, Component(1), 6, "no"},
         {{.components = 2}, 3, Component(2), 2, "probe M2,2,0,0"},
         {{.components = 2}, 3, Component(3), 2, "probe M2,2,0,0"},
