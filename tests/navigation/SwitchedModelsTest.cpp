@@ -143,6 +143,24 @@ TEST_F(SwitchedModels, ShowTheSameItems) {
     EXPECT_GT(switches, 10000);
 }
 
+TEST_F(SwitchedModels, ShowContributionsOfAllWeights) {
+    for (int model = 1; model <= 7; ++model)
+        for (int weight = Weight::Normalized; weight <= Weight::Raw; ++weight)
+            for (auto const &components : std::vector<std::vector<int>>{{1}, {2}, {3}, {1, 2}, {3, 1}}) {
+                ProjectVectorData data = Data(*ProjectVectorHandler::Instance()->FindVector(
+                                                  "ContSc", Loadings, ProjectVector::DataTypeModel, nullptr),
+                                              model, true);
+                data.SetWeightComp(components);
+                data.SetWeightType(static_cast<Weight::WeightType>(weight));
+                data.SetYVar(1);
+                auto const selection = Make(data);
+                auto const before = Draw(*selection);
+                for (int const target : {4, 5, 7})
+                    if (before)
+                        ExpectItStays(*selection, *before, target);
+            }
+}
+
 TEST_F(SwitchedModels, KeepWhatIsSelected) {
     auto const selection = Make(Data(
         *ProjectVectorHandler::Instance()->FindVector("t", Scores, ProjectVector::DataTypeModel, nullptr), 1, true));
