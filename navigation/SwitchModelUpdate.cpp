@@ -34,10 +34,24 @@ int LastPredictive(Vector const &vector, ModelInfo const &info) {
                : info.SizeComponents();
 }
 
-// The last component that a weight of a contribution can be of.
-int LastOfWeight(WeightTypeE::WeightType weight, ModelInfo const &info) {
-    if (!ModelTypeE::IsOPLSorO2PLS(info.type))
-        return info.SizeComponents();
+// A contribution with a weight that the model does not have would show nothing.
+bool HasWeight(ModelInfo const &info, WeightTypeE::WeightType weight) {
+    switch (weight) {
+    case WeightTypeE::PO:
+        return info.SizeXSideOrthogonalComponents() > 0;
+    case WeightTypeE::WStar:
+    case WeightTypeE::RY:
+    case WeightTypeE::CoeffCS:
+    case WeightTypeE::CoeffCSRaw:
+    case WeightTypeE::VIP:
+        return (info.type & ModelTypeE::WithY) != 0;
+    default:
+        return true;
+    }
+}
+
+// The last component that such a weight can be of.
+int LastOfWeight(ModelInfo const &info, WeightTypeE::WeightType weight) {
     switch (weight) {
     case WeightTypeE::P:
     case WeightTypeE::WStar:
@@ -239,17 +253,20 @@ bool SwitchModelUpdate::UpdateWeights(ProjectVectorData &data) const {
     bool const areListed = data.GetWeightTypeVec().size() == components.size();
     WeightTypes const weights =
         areListed ? data.GetWeightTypeVec() : Weight::NCWeightType(data.GetWeightType(), &info, components);
+    auto const isThere = [&info](WeightTypeE::WeightType weight) { return HasWeight(info, weight); };
+    if (!(areListed ? std::ranges::any_of(weights, isThere) : std::ranges::all_of(weights, isThere)))
+        return false;
     WeightTypes keptWeights;
     std::vector<int> kept;
     for (std::size_t i = 0; i < components.size(); ++i) {
         auto const weight = i < weights.size() ? weights[i] : WeightTypeE::Normalized;
-        if (components[i] > LastOfWeight(weight, info))
+        if (components[i] > LastOfWeight(info, weight) || (areListed && !isThere(weight)))
             continue;
         kept.push_back(components[i]);
         keptWeights.push_back(weight);
     }
     if (kept.empty()) {
-        int const last = LastOfWeight(weights.empty() ? WeightTypeE::Normalized : weights.front(), info);
+        int const last = LastOfWeight(info, weights.empty() ? WeightTypeE::Normalized : weights.front());
         if (last < data.GetProjectVector()->GetFirstComponent())
             return false;
         kept.push_back(last);

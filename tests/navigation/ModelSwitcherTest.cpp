@@ -162,6 +162,8 @@ TEST_F(Switching, CarriesSpecificationsOver) {
         {{.contribution = 1}, 3, List({WeightTypeE::PO, WeightTypeE::P}, {2, 2}), 2, "probe M2,0,0,0,1,9,0,0,0,0,2"},
         {{.contribution = 1}, 1, Weights(Weight::CoeffCS, {1}, 1), 7, "probe M7,0,0,0,1,5,2,0,0,2,1"},
         {{.contribution = 1}, 1, Weights(Weight::CoeffCSRaw, {1}, 2), 2, "no"},
+        {{.contribution = 1}, 3, List({WeightTypeE::PO, WeightTypeE::P}, {2, 2}), 4, "probe M4,0,0,0,1,1,0,0,0,0,2"},
+        {{.contribution = 1}, 3, Weights(Weight::PPO, {1, 1}), 4, "null"},
         {{.contribution = 1}, 1, Weights(Weight::WStar, {}), 6, "no"},
         {{.contribution = 5}, 4, {}, 1, "no"},
         {{.contribution = 5},
