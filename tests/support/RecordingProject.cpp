@@ -18,6 +18,7 @@ public:
     ColumnTerms const &GetXColumnTerms() const override { return m_content.x; }
     ColumnTerms const &GetYColumnTerms() const override { return m_content.y; }
     ObservationInfos const &GetObservations() const override { return m_content.rows; }
+    int GetCoefficientKind() const override { return m_content.coefficientKind; }
     float GetDModXCrit(int, float, TriState::State) const override { return -99.0f; }
     bool IsDModNormalized() const override { return m_content.isNormalized; }
     bool IsDModXWeighted() const override { return m_content.isWeighted; }
@@ -210,6 +211,7 @@ int RecordingProject::GetFirstDataSet(int after) const {
 }
 
 boost::shared_ptr<NCPredictions const> RecordingProject::GetPredictions(int model, bool) const {
+    onPredictions(model);
     return Found(m_predictions, model);
 }
 

@@ -52,6 +52,7 @@ struct RecordedModel {
     ObservationInfos rows;
     bool isNormalized = true;
     bool isWeighted = false;
+    int coefficientKind = 0;
     // Of a batch model.
     std::vector<std::string> batches;
     int treatment = 0;
@@ -95,6 +96,7 @@ public:
     StatisticSource const *otherSource = nullptr; // answers in its place
     std::map<int, NCDataSetInfo> dataSets;
     mutable int memoryLocks = 0;
+    std::function<void(int)> onPredictions = [](int) {}; // told of each model that they are asked for
     int activeModel = -1;
     bool isBatchProject = false;
     int preferredObservationAlias = 1;
