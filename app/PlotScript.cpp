@@ -23,7 +23,7 @@ constexpr double smallLetterHeight = 12.0;
 constexpr int mostBars = 100;
 constexpr std::size_t mostLabelledPoints = 2000;
 // Of more marked points than these only those have a label for which there is room.
-constexpr std::size_t mostMarkLabels = 100;
+constexpr std::size_t mostMarkLabels = 25;
 constexpr double pointRadius = 3.0;
 constexpr double labelGap = 5.0;
 constexpr double markGap = 9.0;
@@ -70,7 +70,7 @@ private:
     }
     bool IsMarked(std::size_t item) const { return !m_style.marked.empty() && m_style.marked[item]; }
     std::string WriteMarked();
-    std::string WriteMarkedBars(std::string const &bars, bool isInKey);
+    std::string WriteMarkedBars(std::size_t row, std::string const &bars, bool isInKey);
     void WriteMarkLabels();
     bool HasErrors(std::size_t row) const { return row < m_style.errors.size() && !m_style.errors[row].empty(); }
     std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
@@ -115,7 +115,6 @@ private:
     TableDates m_dates;
     std::vector<std::span<float const>> m_rows;
     std::string m_text;
-    int m_markBlocks = 0;
 };
 
 void Script::WriteSeries() {
@@ -162,7 +161,7 @@ void Script::WriteBars() {
         }
         m_text += "EOD\n";
         if (!bars.empty())
-            marked += WriteMarkedBars(bars, marked.empty());
+            marked += WriteMarkedBars(row, bars, marked.empty());
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
         if (HasErrors(row))
             errors +=
@@ -177,8 +176,8 @@ void Script::WriteBars() {
 
 // Bars of marked items over those of a series, filled where there is only one; answers the part of the plot command,
 // with a comma in front.
-std::string Script::WriteMarkedBars(std::string const &bars, bool isInKey) {
-    std::string const block = "$m" + std::to_string(m_markBlocks++);
+std::string Script::WriteMarkedBars(std::size_t row, std::string const &bars, bool isInKey) {
+    std::string const block = "$m" + std::to_string(row);
     m_text += block + " << EOD\n" + bars + "EOD\n";
     return ", " + block + " using 1:2 with boxes lc rgb " + markColour +
            (m_rows.size() == 1 ? "" : " lw 2.2 fs empty border") + (isInKey ? " title \"marked\"" : " notitle");

@@ -182,7 +182,8 @@ TEST_F(Fermentation, ShowsMarkedBatches) {
         EXPECT_THAT(script, HasSubstr(row.has)) << row.arguments;
         EXPECT_THAT(script, Not(HasSubstr(row.lacks))) << row.arguments;
     }
-    EXPECT_EQ(Run("mark tank.project --batches G03,G99 --remove").error, "dataseries: There is no batch \"G99\" in the project.\n");
+    EXPECT_EQ(Run("mark tank.project --batches G03,G99 --remove").error,
+              "dataseries: There is no batch \"G99\" in the project.\n");
 }
 
 } // namespace
