@@ -1,6 +1,7 @@
 #include "app/BuiltPlot.h"
 #include "app/Commands.h"
 #include "app/Gnuplot.h"
+#include "app/Marks.h"
 #include "app/SelectionOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -23,6 +24,7 @@ void Build(BuildRequest request) {
     BuiltPlot const plot(project, selection, request.output.IsDrawn());
     if (request.output.IsDrawn()) {
         request.settings.style.isPng = IsPng(request.output.picture);
+        ReadMarks(project);
         WritePicture(plot.Script(request.settings), request.output.picture, request.project);
     }
     if (request.output.HasTable())

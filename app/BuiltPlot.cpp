@@ -5,6 +5,7 @@
 #include "app/DistributionScript.h"
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
+#include "app/Marks.h"
 #include "app/Reason.h"
 #include "app/SpectralScript.h"
 #include "app/TableWriter.h"
@@ -108,9 +109,11 @@ std::string BuiltPlot::Script(PictureSettings const &settings) const {
     std::string const name = m_plain->GetRowName(1);
     if (settings.isProbability)
         return ProbabilityScript(m_transformed ? *m_transformed : *m_plain, name, style);
-    if (ControlChart const *const chart = m_builder.GetControlChart())
+    if (ControlChart const *const chart = m_builder.GetControlChart()) {
+        style.marked = MarkedAmong(m_transformed->GetColumnIDs());
         return ControlChartScript(*chart, m_selection.GetControlChartData(), m_transformed->GetColumnIDs(), axis, name,
                                   style);
+    }
     TransformationData const &transformation = m_selection.GetTransformationData();
     if (transformation.GetTransformationType() == TransformationData::Histogram)
         return HistogramScript(m_plain->GetMatrix()[1], name, style);
@@ -135,10 +138,11 @@ std::string BuiltPlot::Script(PictureSettings const &settings) const {
     std::vector<DrawnSeries> const rows = RowsOf(m_selection);
     ProjectData const &built = m_transformed ? *m_transformed : *m_plain;
     style.isScatter = m_selection.GetMode() != SelectDataSeriesData::Normal && built.Rows() == 2;
-    if (m_transformed)
-        return PlotScript(built, axis, style);
-    TablePtr const ordered = style.isScatter ? nullptr : InDrawnOrder(*m_project, rows, axis, built);
+    TablePtr const ordered = style.isScatter || m_transformed ? nullptr : InDrawnOrder(*m_project, rows, axis, built);
     ProjectData const &table = ordered ? *ordered : built;
+    style.marked = MarkedAmong(table.GetColumnIDs());
+    if (m_transformed)
+        return PlotScript(table, axis, style);
     style.colouring = ReadColouring(m_project, settings.color, rows, axis, table.GetColumnIDs());
     Decorate(*m_project, rows, axis, m_selection.GetExtraOptions().significance, table, style);
     return PlotScript(table, axis, style);

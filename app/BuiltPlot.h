@@ -39,7 +39,7 @@ public:
 
     ProjectData const &Table() const { return m_transformed ? *m_transformed : *m_plain; }
     TableDates const &Dates() const { return m_dates; }
-    // NCError when there is nothing to draw.
+    // With what the manager of marks holds. NCError when there is nothing to draw.
     std::string Script(PictureSettings const &settings) const;
 
 private:

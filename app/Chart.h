@@ -21,6 +21,7 @@ struct BatchCurve {
     std::string batch;
     std::vector<float> values;
     std::optional<std::size_t> group = {}; // by which it is coloured, from 0
+    bool isMarked = false;
 };
 
 // What one model has: all of its vectors have a value for each aligned point, -99 for a missing one.
@@ -43,6 +44,7 @@ std::vector<ChartPhase> ReadChart(boost::shared_ptr<engine::Project> const &proj
 struct BatchSum {
     std::string batch;
     std::vector<float> sums;
+    bool isMarked = false;
     double Total() const;
 };
 struct ChartSums {

@@ -4,6 +4,7 @@
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
 #include "app/Listing.h"
+#include "app/Marks.h"
 #include "app/VariableOptions.h"
 #include "platform/containers/Missing.h"
 
@@ -123,8 +124,21 @@ void Write(ChartRequest const &request, Listing const &listing) {
     output.Finish();
 }
 
+// Tells batches, or curves of them, whether they are marked.
+template <typename Batch>
+void Mark(boost::shared_ptr<engine::Project> const &project, std::vector<Batch> &batches) {
+    std::vector<std::string> names;
+    for (Batch const &each : batches)
+        names.push_back(each.batch);
+    std::vector<bool> const marked =
+        MarkedAmong(ColumnIDs(NCStringVector(std::move(names)), "Batch", project, ColumnIDs::Batches, 0));
+    for (std::size_t i = 0; i < marked.size(); ++i)
+        batches[i].isMarked = marked[i];
+}
+
 void WriteSums(ChartRequest const &request, boost::shared_ptr<engine::Project> const &project) {
-    ChartSums const sums = ReadSums(project, request.question);
+    ChartSums sums = ReadSums(project, request.question);
+    Mark(project, sums.batches);
     if (request.isPicture)
         WritePicture(SumsScript(sums, request.question, request.style), request.file, request.project);
     else
@@ -151,6 +165,8 @@ Colouring Colour(engine::Project const &project, std::string const &heading, std
 
 void WriteChart(ChartRequest request, boost::shared_ptr<engine::Project> const &project) {
     std::vector<ChartPhase> phases = ReadChart(project, request.question);
+    for (ChartPhase &phase : phases)
+        Mark(project, phase.curves);
     std::vector<std::string> const all = BatchesOf(phases);
     if (!request.color.empty() && request.color != "none")
         request.style.colouring = Colour(*project, request.color, all, phases);
@@ -174,6 +190,8 @@ void Chart(ChartRequest request) {
     if (request.isPicture)
         request.style.isPng = IsPng(request.file);
     auto const project = engine::Project::OpenToRead(request.project);
+    if (request.isPicture)
+        ReadMarks(project);
     request.sums ? WriteSums(request, project) : WriteChart(request, project);
 }
 

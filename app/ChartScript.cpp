@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <map>
 
 namespace {
 
@@ -15,6 +16,9 @@ constexpr double roomOfTic = 40;
 constexpr double marginOfTic = 15;
 // By how much of a step a maturity may miss a round number.
 constexpr double tolerance = 1e-5;
+// Of the name of a marked batch, in pixels.
+constexpr double roomOfName = 80;
+constexpr double heightOfName = 16;
 // Of a bar with its name, in pixels; the batches with the smallest sums are left out where there is no room.
 constexpr double roomOfBar = 18;
 
@@ -67,9 +71,12 @@ public:
         WriteTics();
         if (m_phases.size() > 1)
             WritePhaseNames();
-        m_style.colouring ? WriteClasses() : WriteCurves();
+        m_style.colouring ? WriteClasses(false) : WriteCurves();
+        WriteMarked();
+        if (m_style.colouring)
+            WriteClasses(true);
         WriteChosen();
-        WriteMarks();
+        WriteOutside();
         WriteLimits();
         m_text += "plot " + m_plots.substr(2) + "\n"; // without the comma in front
         return std::move(m_text);
@@ -78,7 +85,7 @@ public:
 private:
     bool IsChosen(BatchCurve const &curve) const { return std::ranges::count(m_chosen, curve.batch) > 0; }
     // Its scale counts.
-    bool IsFramed(BatchCurve const &curve) const { return m_chosen.empty() || IsChosen(curve); }
+    bool IsFramed(BatchCurve const &curve) const { return m_chosen.empty() || IsChosen(curve) || curve.isMarked; }
 
     void SetRange() {
         double low = HUGE_VAL, high = -HUGE_VAL;
@@ -101,6 +108,7 @@ private:
         double const margin = high > low ? 0.05 * (high - low) : 1;
         // What has no lower limit is never below 0.
         double const bottom = m_phases.front().lower.empty() ? 0 : low - margin;
+        m_height = high + margin - bottom;
         m_text += "set yrange [" + Number(bottom) + ":" + Number(high + margin) + "]\n";
     }
 
@@ -155,26 +163,76 @@ private:
         m_plots += ", " + block + " using 1:2 with " + style + (name.empty() ? " notitle" : " title " + Quoted(name));
     }
 
-    // The curves of each class, after those without.
-    void WriteClasses() {
+    // The curves of each class, after those without; or only those that are marked, which are in the key already.
+    void WriteClasses(bool onlyMarked) {
         std::vector<std::string> const &classes = m_style.colouring->classes;
         std::vector<std::string> points(1 + classes.size());
         for (std::size_t number = 0; number < m_phases.size(); ++number)
             for (BatchCurve const &curve : m_phases[number].curves)
-                points[curve.group ? 1 + *curve.group : 0] += Points(number, curve.values);
-        Add(points[0], "lines lc rgb '#c4c4c4' lw 0.8", "no " + m_style.colouring->title);
+                if (curve.isMarked || !onlyMarked)
+                    points[curve.group ? 1 + *curve.group : 0] += Points(number, curve.values);
+        Add(points[0], "lines lc rgb '#c4c4c4' lw 0.8", onlyMarked ? "" : "no " + m_style.colouring->title);
         for (std::size_t each = 0; each < classes.size(); ++each)
-            Add(points[1 + each], "lines lc rgb " + ClassColour(each) + " lw 1", Shortened(classes[each]));
+            Add(points[1 + each], "lines lc rgb " + ClassColour(each) + " lw 1",
+                onlyMarked ? "" : Shortened(classes[each]));
     }
 
     void WriteCurves() {
         std::string points;
         for (std::size_t number = 0; number < m_phases.size(); ++number)
             for (BatchCurve const &curve : m_phases[number].curves)
-                if (!IsChosen(curve))
+                if (!IsChosen(curve) && !curve.isMarked)
                     points += Points(number, curve.values);
         std::string const kind = m_question.ofPredictions ? "predicted batches" : "batches";
         Add(points, "lines lc rgb '#c4c4c4' lw 0.8", m_chosen.empty() ? kind : "other " + kind);
+    }
+
+    // Curves of a colour of their own, or bands below those that have a colour already, each with the batch's name
+    // where it is farthest from the average.
+    void WriteMarked() {
+        std::string points;
+        std::map<std::string, Farthest> places;
+        for (std::size_t number = 0; number < m_phases.size(); ++number)
+            for (BatchCurve const &curve : m_phases[number].curves)
+                if (curve.isMarked) {
+                    points += Points(number, curve.values);
+                    SeekFarthest(number, curve, places[curve.batch]);
+                }
+        bool const isBand = m_style.colouring || !m_chosen.empty();
+        Add(points, std::string(isBand ? "lines lw 5" : "lines lw 2.6") + " lc rgb " + markColour, "marked");
+        std::vector<Farthest> before;
+        for (auto const &[batch, place] : places)
+            if (place.distance >= 0)
+                WriteName(batch, place, before);
+    }
+
+    // Where a curve is farthest from the average.
+    struct Farthest {
+        double distance = -1;
+        double x = 0, y = 0;
+    };
+
+    void SeekFarthest(std::size_t number, BatchCurve const &curve, Farthest &farthest) const {
+        std::vector<float> const &average = m_phases[number].average;
+        for (std::size_t point = 0; point < curve.values.size(); ++point) {
+            double const distance = std::abs(curve.values[point] - average[point]);
+            if (IsShown(curve.values[point]) && IsShown(average[point]) && distance > farthest.distance)
+                farthest = {distance, m_places.Of(number, point), curve.values[point]};
+        }
+    }
+
+    // Above the place, and above the names before that are near.
+    void WriteName(std::string const &batch, Farthest place, std::vector<Farthest> &before) {
+        double const width = roomOfName * m_places.End() / (0.85 * m_style.width);
+        double const height = heightOfName * m_height / (0.75 * m_style.height);
+        place.y += 0.8 * height;
+        std::ranges::sort(before, {}, &Farthest::y);
+        for (Farthest const &other : before)
+            if (std::abs(other.x - place.x) < width && std::abs(other.y - place.y) < height)
+                place.y = other.y + height;
+        before.push_back(place);
+        m_text += "set label " + Quoted(Shortened(batch)) + " at " + Number(place.x) + "," + Number(place.y) +
+                  " center front font ',9' textcolor rgb " + markColour + "\n";
     }
 
     std::string PointsOfAll(std::vector<float> ChartPhase::*values) const {
@@ -202,7 +260,7 @@ private:
         }
     }
 
-    void WriteMarks() {
+    void WriteOutside() {
         std::string points;
         for (std::size_t number = 0; number < m_phases.size(); ++number)
             for (BatchCurve const &curve : m_phases[number].curves)
@@ -220,6 +278,7 @@ private:
     std::string m_text;
     std::string m_plots;
     int m_blocks = 0;
+    double m_height = 0; // of the range of values
 };
 
 } // namespace
@@ -253,6 +312,15 @@ std::string SumsScript(ChartSums const &sums, ChartQuestion const &question, Plo
         plots += (plots.empty() ? "" : ", ") + block +
                  " using 1:3:($1-0.38):($1+0.38):2:3 with boxxyerrorbars lc rgb " + SeriesColour(phase) +
                  (sums.phases.size() > 1 ? " title " + Quoted(sums.phases[phase]) : " notitle");
+    }
+    std::string marked;
+    for (std::size_t batch = 0; batch < count; ++batch)
+        if (sums.batches[batch].isMarked)
+            marked += std::to_string(batch + 1) + " " + Number(tops[batch]) + "\n";
+    if (!marked.empty()) {
+        text += "$m << EOD\n" + marked + "EOD\n";
+        plots += std::string(", $m using 1:2:(0.76) with boxes fs empty border lw 2.2 lc rgb ") + markColour +
+                 " title \"marked\"";
     }
     return text + "plot " + plots + "\n";
 }

@@ -19,6 +19,7 @@ void AddClassesCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddSavedPlotCommands(CLI::App &program); // save, plots, show, export-plot, import-plot, rename, remove
 void AddReportCommand(CLI::App &program);
+void AddMarkCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);
 void AddSummaryCommand(CLI::App &program);
 void AddTreeCommand(CLI::App &program);

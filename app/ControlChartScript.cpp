@@ -44,7 +44,9 @@ public:
         m_low -= margin;
         m_high += margin;
         text += "set yrange [" + Number(m_low) + ":" + Number(m_high) + "]\n";
-        WriteMarks();
+        WriteOutside();
+        if (!m_marked.empty())
+            Add(m_marked, MarkRing(), "marked");
         return text + EdgeLabels() + m_blocks + "plot " + m_plots + "\n";
     }
 
@@ -196,6 +198,8 @@ private:
             points += isShown ? std::to_string(point + 1) + " " + Number(values.Values()[point]) + "\n" : "\n";
             if (isShown)
                 Cover(values.Values()[point]);
+            if (isShown && !m_style.marked.empty() && m_style.marked[point])
+                m_marked += std::to_string(point + 1) + " " + Number(values.Values()[point]) + "\n";
         }
         Add(points,
             std::string(m_chart.Points() <= 250 ? "linespoints pt 7 ps 0.5 lw 1.2" : "lines lw 1") + " lc rgb " +
@@ -203,7 +207,7 @@ private:
             name);
     }
 
-    void WriteMarks() {
+    void WriteOutside() {
         for (std::size_t rule = 1; rule < std::size(m_marks); ++rule) {
             if (m_marks[rule].empty())
                 continue;
@@ -245,6 +249,7 @@ private:
     PlotStyle const &m_style;
     std::string m_title, m_blocks, m_plots;
     std::string m_marks[outside + 1]; // points by rule
+    std::string m_marked;             // points of marked items
     std::vector<Edge> m_edges;
     std::size_t m_curves = 0;
     int m_number = 0;

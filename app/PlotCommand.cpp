@@ -2,6 +2,7 @@
 #include "app/Decorations.h"
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
+#include "app/Marks.h"
 #include "app/Output.h"
 #include "app/PlotScript.h"
 #include "app/Series.h"
@@ -33,6 +34,8 @@ void Plot(PlotRequest request) {
     request.style.dates = TableDates(*project, series.series, *series.table);
     request.style.colouring =
         ReadColouring(project, request.color, series.series, series.axis, series.table->GetColumnIDs());
+    ReadMarks(project);
+    request.style.marked = MarkedAmong(series.table->GetColumnIDs());
     Decorate(*project, series.series, series.axis, significanceOfModel, *series.table, request.style);
     WritePicture(PlotScript(*series.table, series.axis, request.style), request.file, request.series.project);
 }

@@ -22,8 +22,11 @@ constexpr double smallLetterHeight = 12.0;
 // More bars than these can't be told apart: such a row (a spectrum) is a curve.
 constexpr int mostBars = 100;
 constexpr std::size_t mostLabelledPoints = 2000;
+// Of more marked points than these only those have a label for which there is room.
+constexpr std::size_t mostMarkLabels = 25;
 constexpr double pointRadius = 3.0;
 constexpr double labelGap = 5.0;
+constexpr double markGap = 9.0;
 
 constexpr double secondsPerDay = 86400;
 
@@ -65,6 +68,10 @@ private:
         std::iota(items.begin(), items.end(), 0);
         return items;
     }
+    bool IsMarked(std::size_t item) const { return !m_style.marked.empty() && m_style.marked[item]; }
+    std::string WriteMarked();
+    std::string WriteMarkedBars(std::size_t row, std::string const &bars, bool isInKey);
+    void WriteMarkLabels();
     bool HasErrors(std::size_t row) const { return row < m_style.errors.size() && !m_style.errors[row].empty(); }
     std::string WriteErrors(std::size_t row, std::vector<std::size_t> const &items, double shift);
     std::vector<std::size_t> ItemsOfCurve(std::size_t row) const;
@@ -138,15 +145,23 @@ std::string Script::WriteLimit() {
 
 void Script::WriteBars() {
     double const width = 0.8 / static_cast<double>(m_rows.size());
-    std::string plots, errors;
+    std::string plots, marked, errors;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         std::string const block = "$s" + std::to_string(row);
         double const shift = (static_cast<double>(row) - 0.5 * static_cast<double>(m_rows.size() - 1)) * width;
         m_text += block + " << EOD\n";
-        for (std::size_t item = 0; item < m_rows[row].size(); ++item)
-            if (IsShown(m_rows[row][item]))
-                m_text += Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + "\n";
+        std::string bars;
+        for (std::size_t item = 0; item < m_rows[row].size(); ++item) {
+            if (!IsShown(m_rows[row][item]))
+                continue;
+            std::string const bar =
+                Number(static_cast<double>(item + 1) + shift) + " " + Number(m_rows[row][item]) + "\n";
+            m_text += bar;
+            bars += IsMarked(item) ? bar : "";
+        }
         m_text += "EOD\n";
+        if (!bars.empty())
+            marked += WriteMarkedBars(row, bars, marked.empty());
         plots += (row > 0 ? ", " : "") + block + " using 1:2 with boxes" + Style(row) + Key(row);
         if (HasErrors(row))
             errors +=
@@ -156,7 +171,51 @@ void Script::WriteBars() {
     m_text +=
         "set boxwidth " + Number(0.92 * width) +
         "\nset yrange [*<0:0<*]\nset style fill solid 0.9 noborder\nset offsets 0,0,graph 0.04,graph 0.04\nplot " +
-        plots + errors + "\n";
+        plots + marked + errors + "\n";
+}
+
+// Bars of marked items over those of a series, filled where there is only one; answers the part of the plot command,
+// with a comma in front.
+std::string Script::WriteMarkedBars(std::size_t row, std::string const &bars, bool isInKey) {
+    std::string const block = "$m" + std::to_string(row);
+    m_text += block + " << EOD\n" + bars + "EOD\n";
+    return ", " + block + " using 1:2 with boxes lc rgb " + markColour +
+           (m_rows.size() == 1 ? "" : " lw 2.2 fs empty border") + (isInKey ? " title \"marked\"" : " notitle");
+}
+
+// Rings about the points of marked items; answers the part of the plot command, with a comma in front.
+std::string Script::WriteMarked() {
+    std::string points;
+    for (std::size_t item = 0; item < m_style.marked.size(); ++item) {
+        if (!IsMarked(item))
+            continue;
+        if (m_style.isScatter)
+            points += IsPoint(item) ? Place(0, item) + " " + Place(1, item) + "\n" : "";
+        for (std::size_t row = 0; row < m_rows.size() && !m_style.isScatter; ++row)
+            points += IsShown(m_rows[row][item]) ? std::to_string(item + 1) + " " + Place(row, item) + "\n" : "";
+    }
+    if (points.empty())
+        return {};
+    m_text += "$m << EOD\n" + points + "EOD\n";
+    return ", $m using 1:2 with " + MarkRing() + " title \"marked\"";
+}
+
+// Labels above the first curve, each only where it does not cover the one before it.
+void Script::WriteMarkLabels() {
+    double const pixels = 0.85 * m_style.width / m_table.Columns(); // of one item
+    double end = 0;
+    for (std::size_t item = 0; item < m_style.marked.size(); ++item) {
+        if (!IsMarked(item) || !IsShown(m_rows[0][item]))
+            continue;
+        std::string const label = Item(item);
+        double const half = 0.5 * smallLetterWidth * static_cast<double>(TextWidth(label) + 1);
+        double const middle = static_cast<double>(item + 1) * pixels;
+        if (end > 0 && middle - half < end)
+            continue;
+        end = middle + half;
+        m_text += "set label " + Quoted(label) + " at " + std::to_string(item + 1) + "," + Place(0, item) +
+                  " center offset 0,0.9 front font ',9' textcolor rgb " + markColour + "\n";
+    }
 }
 
 // Place, value and error of items of a series, an empty line where there is none; answers the block's name.
@@ -253,6 +312,8 @@ void Script::WriteLines() {
     }
     if (isColoured)
         plots += WriteColoured(points, showsPoints ? "0.7" : "0.35");
+    plots += WriteMarked();
+    WriteMarkLabels();
     plots += WriteLimit();
     m_text += "plot " + bands + plots + "\n";
 }
@@ -362,18 +423,21 @@ void Script::WriteScatter() {
         taken[pixel] = true;
     }
     char const *const size = m_table.Columns() > 2000 ? "0.3" : "0.8";
+    std::string const marked = WriteMarked();
     if (m_style.colouring) {
         std::string const plots = WriteColoured(points, size);
-        m_text += "plot " + plots.substr(2) + guides + "\n"; // without the comma in front
+        m_text += "plot " + plots.substr(2) + marked + guides + "\n"; // without the comma in front
         return;
     }
     m_text += "$s << EOD\n";
     for (Point const &point : points)
         m_text += point.place + "\n";
-    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + size + Style(0) + " notitle" + guides + "\n";
+    m_text += std::string("EOD\nplot $s using 1:2 with points pt 7 ps ") + size + Style(0) + " notitle" + marked +
+              guides + "\n";
 }
 
-// Labels beside the points, the outermost points first, each only where it covers neither a point nor another label.
+// Labels beside the points, those of marked items first, then the outermost points, each only where it covers neither a
+// point nor another label; of few marked items all.
 void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
     struct Box {
         double left, bottom, right, top;
@@ -388,27 +452,38 @@ void Script::WritePointLabels(double x0, double x1, double y0, double y1) {
     std::vector<std::size_t> order(m_rows[0].size());
     std::iota(order.begin(), order.end(), std::size_t(0));
     std::erase_if(order, [&](std::size_t item) { return !IsPoint(item); });
-    if (order.size() > mostLabelledPoints)
+    auto const marked =
+        static_cast<std::size_t>(std::ranges::count_if(order, [this](std::size_t item) { return IsMarked(item); }));
+    bool const labelsAllMarked = marked <= mostMarkLabels;
+    if (order.size() > mostLabelledPoints && labelsAllMarked)
+        std::erase_if(order, [this](std::size_t item) { return !IsMarked(item); });
+    else if (order.size() > mostLabelledPoints)
         return;
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t one, std::size_t other) {
-        return std::hypot(x(one), y(one)) > std::hypot(x(other), y(other));
-    });
+    std::ranges::stable_sort(order, std::greater<>(),
+                             [&](std::size_t item) { return std::pair(IsMarked(item), std::hypot(x(item), y(item))); });
     std::vector<Box> taken;
     for (std::size_t const item : order)
         taken.push_back({x(item) - pointRadius, y(item) - pointRadius, x(item) + pointRadius, y(item) + pointRadius});
     for (std::size_t const item : order) {
         std::string const label = Item(item);
         double const width = smallLetterWidth * static_cast<double>(TextWidth(label));
-        for (bool const right : {true, false}) {
-            double const left = right ? x(item) + labelGap : x(item) - labelGap - width;
-            Box const box{left, y(item) - 0.5 * smallLetterHeight, left + width, y(item) + 0.5 * smallLetterHeight};
-            if (std::any_of(taken.begin(), taken.end(), [&box](Box const &other) { return box.Meets(other); }))
-                continue;
-            taken.push_back(box);
-            m_text += "set label " + Quoted(label) + " at " + Place(0, item) + "," + Place(1, item) +
-                      (right ? " left offset 0.7,0" : " right offset -0.7,0") + " font ',8' textcolor rgb '#505050'\n";
-            break;
-        }
+        double const gap = IsMarked(item) ? markGap : labelGap;
+        auto const place = [&](bool right) {
+            double const left = right ? x(item) + gap : x(item) - gap - width;
+            return Box{left, y(item) - 0.5 * smallLetterHeight, left + width, y(item) + 0.5 * smallLetterHeight};
+        };
+        auto const isFree = [&](bool right) {
+            return std::ranges::none_of(taken, [box = place(right)](Box const &other) { return box.Meets(other); });
+        };
+        bool const right = isFree(true) || !isFree(false);
+        if (!isFree(right) && !(IsMarked(item) && labelsAllMarked))
+            continue;
+        taken.push_back(place(right));
+        m_text += "set label " + Quoted(label) + " at " + Place(0, item) + "," + Place(1, item) +
+                  (right ? " left offset " : " right offset -") + (IsMarked(item) ? "1.1" : "0.7") + ",0" +
+                  (IsMarked(item) ? std::string(" front font ',9' textcolor rgb ") + markColour
+                                  : " font ',8' textcolor rgb '#505050'") +
+                  "\n";
     }
 }
 

@@ -36,6 +36,7 @@ struct PlotStyle {
     std::vector<std::vector<double>> errors;
     TableDates dates;                   // cells that are drawn as dates
     std::optional<Colouring> colouring; // of the items of lines and points
+    std::vector<bool> marked;           // one entry for each item; none where no item is marked
     // In pixels.
     static constexpr int smallest = 100, largest = 9999;
     int width = 900;

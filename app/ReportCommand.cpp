@@ -1,4 +1,5 @@
 #include "app/Commands.h"
+#include "app/Marks.h"
 #include "app/Output.h"
 #include "app/ProgressBar.h"
 #include "app/Report.h"
@@ -14,6 +15,7 @@ struct ReportRequest {
 
 void Report(ReportRequest const &request) {
     auto const project = engine::Project::OpenToRead(request.project);
+    ReadMarks(project);
     Output output(request.file, request.project);
     ProgressBar bar("Reporting");
     WriteReport(output, project, request.project.stem().string(), bar.Listener());

@@ -1,6 +1,7 @@
 #include "app/Commands.h"
 #include "app/Failure.h"
 #include "app/Gnuplot.h"
+#include "app/Marks.h"
 #include "app/SavedPlot.h"
 #include "app/VectorSearch.h"
 
@@ -110,6 +111,7 @@ void Show(ShowRequest const &request) {
     BuiltPlot const built(project, *plot.selection, request.output.IsDrawn());
     if (request.output.IsDrawn()) {
         plot.settings.style.isPng = IsPng(request.output.picture);
+        ReadMarks(project);
         WritePicture(plot.Script(built), request.output.picture, request.project);
     }
     if (request.output.HasTable())

@@ -24,6 +24,8 @@ constexpr double letterWidth = 7.5;
 
 } // namespace
 
+char const *const markColour = "'#e6007e'";
+
 std::string Quoted(std::string const &text) {
     std::string quoted = "\"";
     for (char const letter : text)
@@ -77,6 +79,10 @@ std::string ClassColour(std::size_t position) {
 
 std::string ClassMark(std::size_t position) {
     return "pt " + std::to_string(shapes[position % shapes.size()]) + " lc rgb " + ClassColour(position);
+}
+
+std::string MarkRing() {
+    return std::string("points pt 6 ps 1.5 lw 2 lc rgb ") + markColour;
 }
 
 std::string ScriptHead(PlotStyle const &style) {

@@ -24,6 +24,9 @@ std::string SeriesColour(std::size_t position);
 // colour, and for points the shape too, "pt 7 lc rgb '#0072b2'".
 std::string ClassColour(std::size_t position);
 std::string ClassMark(std::size_t position);
+// Of what is marked, unlike all of the above, for "lc rgb"; and the ring about a marked point, for "with".
+extern char const *const markColour;
+std::string MarkRing();
 // Terminal, borders, grid, key and title.
 std::string ScriptHead(PlotStyle const &style);
 

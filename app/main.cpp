@@ -60,6 +60,7 @@ int Run(int count, char **arguments) {
     AddBuildCommand(program);
     AddSavedPlotCommands(program);
     AddReportCommand(program);
+    AddMarkCommand(program);
     AddDefaultsCommand(program);
     AddSummaryCommand(program);
     AddTreeCommand(program);

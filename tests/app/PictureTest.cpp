@@ -25,13 +25,6 @@ protected:
         }
         Write("p.csv", text.str().c_str());
         Done("import p.project p.csv --missing '?'");
-        EXPECT_EQ(Shell("mkdir bin; printf '#!/bin/sh\\ncat\\n' > bin/gnuplot; chmod +x bin/gnuplot").status, 0);
-    }
-
-    std::string Script(std::string const &arguments) const {
-        Outcome const outcome = Shell("PATH=./bin:$PATH " PROGRAM " " + arguments);
-        EXPECT_EQ(outcome.error, "") << arguments;
-        return Contents(folder / "x.svg");
     }
 
     std::vector<std::vector<std::string>> Table(std::string const &text) const {

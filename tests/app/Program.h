@@ -57,6 +57,14 @@ protected:
         EXPECT_EQ(outcome.error, "") << arguments;
         return outcome.out;
     }
+    // Of the picture x.svg, which a command makes.
+    std::string Script(std::string const &arguments) const {
+        Outcome const outcome = Shell("mkdir -p bin; printf '#!/bin/sh\\ncat\\n' > bin/gnuplot; chmod +x bin/gnuplot; "
+                                      "PATH=./bin:$PATH " PROGRAM " " +
+                                      arguments);
+        EXPECT_EQ(outcome.error, "") << arguments;
+        return Contents(folder / "x.svg");
+    }
     void Write(char const *name, char const *text) const { std::ofstream(folder / name) << text; }
 
     // 8 observations; row l,2 has a missing cell, row x3 nothing at all.
