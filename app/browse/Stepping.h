@@ -1,0 +1,17 @@
+#pragma once
+
+#include "selection/SelectDataSeriesData.h"
+
+#include <memory>
+#include <vector>
+
+// Which part of a plot moves to its neighbour: the series or the X axis along what they step over (a component, a term,
+// a variable, an observation), the batches that are shown, the model.
+enum class SteppedPart { Series, Axis, Batch, Model };
+
+// False when there is nothing to step over, or no model that way. True too at the end, where nothing moves. NCError
+// "Could not change to the next model." for a model that can't show all of the plot; the selection then is as it was.
+bool Step(SelectDataSeriesData &selection, SteppedPart part, bool forward);
+
+// A selection for each series, with the axes and the items of all.
+std::vector<std::unique_ptr<SelectDataSeriesData>> SplitSeries(SelectDataSeriesData const &selection);
