@@ -26,8 +26,6 @@ struct PlotLook {
 // greatest value of each column of dots. Labels are made only of what is in sight.
 class PlotPicture {
 public:
-    static constexpr int leastWidth = 20, leastHeight = 8;
-
     PlotPicture(Frame const &frame, PlotPoints const &points);
 
     void Draw(PlotLook const &look, TextCanvas &canvas) const;
