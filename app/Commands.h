@@ -18,6 +18,7 @@ void AddContributionCommand(CLI::App &program);
 void AddClassesCommand(CLI::App &program);
 void AddBuildCommand(CLI::App &program);
 void AddSavedPlotCommands(CLI::App &program); // save, plots, show, export-plot, import-plot, rename, remove
+void AddBrowseCommand(CLI::App &program);
 void AddReportCommand(CLI::App &program);
 void AddMarkCommand(CLI::App &program);
 void AddDefaultsCommand(CLI::App &program);

@@ -59,6 +59,7 @@ int Run(int count, char **arguments) {
     AddClassesCommand(program);
     AddBuildCommand(program);
     AddSavedPlotCommands(program);
+    AddBrowseCommand(program);
     AddReportCommand(program);
     AddMarkCommand(program);
     AddDefaultsCommand(program);
