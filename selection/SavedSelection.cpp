@@ -183,6 +183,9 @@ void WriteNames(ProjectVectorData const &data, NCProject const &project,
     ProjectVector const *const vector = data.GetProjectVector();
     if (!vector || vector->IsNumVector())
         return;
+    // A reader takes no identifier that is left open.
+    if (vector->GetNumberType() == ProjectVector::NumberIdentifier && data.GetNumberID() == ProjectVectorData::NotSet)
+        section.WriteKey("NumberID", static_cast<int>(data.GetNumber(defaults)));
     auto const named = section.CreateSubSection(namesSection);
     if (defaults)
         named->WriteKey(labelKey, data.GetFormattedName(defaults, project.GetPreferredVariableAlias(), false));

@@ -1,12 +1,19 @@
 // Plots of real models that are switched to others: they build, and show the items that they showed.
 
 #include "building/ProjectDataBuilder.h"
+#include "navigation/DataSeriesSwitcher.h"
 #include "navigation/ModelSwitcher.h"
+#include "platform/storage/XercesXMLSection.h"
 #include "platform/text/Exception.h"
+#include "selection/SavedSelection.h"
 #include "selection/SelectDataSeriesData.h"
 #include "tests/engine/BatchProcess.h"
+#include "tests/support/Dice.h"
 #include "utilities/DefaultSelection.h"
+#include "utilities/MarkedColumnIDsManager.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace small {
@@ -182,6 +189,73 @@ TEST_F(SwitchedModels, KeepWhatIsSelected) {
     selection->SetSelectObjects(rows);
     EXPECT_EQ(switched(), " 11 17");
     EXPECT_EQ(selection->NumSelectObjects(), 3);
+}
+
+// Next and previous, other models, saving and loading, marks and batches, in any order: the plot can always be built.
+TEST_F(SwitchedModels, BuildAfterEachStepOfARandomWalk) {
+    using namespace DataSeriesUtilities;
+    Dice dice(11);
+    std::vector<ProjectVector const *> vectors;
+    std::ranges::copy_if(*ProjectVectorHandler::Instance(), std::back_inserter(vectors),
+                         [](ProjectVector const *vector) {
+                             // No identifier of these data is a number, and none is kept.
+                             return vector->UseModel() && !vector->IsNumVector() &&
+                                    vector->GetNumberType() != ProjectVector::NumberIdentifier;
+                         });
+    MarkedColumnIDsManager &marks = *MarkedColumnIDsManager::Instance();
+    std::unique_ptr<Selection> selection;
+    std::string way;
+    int refused = 0;
+    auto const start = [&] {
+        do {
+            auto const vector = vectors[static_cast<std::size_t>(dice(0, static_cast<int>(vectors.size()) - 1))];
+            int const model = dice(1, m_project->GetNumberOfModels());
+            auto const info = m_project->GetModelInfo(model);
+            bool const isOfBatches = vector->GetType() >= ProjectVector::VectorTypeAligned || vector->UseBatchIx();
+            bool const isThere = (vector->GetModelType() & info->type) != 0 && (info->isBatchModel || !isOfBatches);
+            selection = isThere ? Make(Data(*vector, model, dice(0, 1) == 1)) : nullptr;
+        } while (!selection || !Draw(*selection));
+        way = selection->GetSeries(1).ToStdString(nullptr);
+    };
+    auto const step = [&](int kind) {
+        if (kind < 6) {
+            DataSeriesSwitcher(selection.get(), static_cast<SwitchingType>(1 << kind), dice(0, 1) == 1);
+        } else if (kind == 6) {
+            XercesXMLSection section;
+            std::vector<std::string> losses;
+            SavedSelection::Write(*selection, section, false);
+            EXPECT_TRUE(SavedSelection::Read(section, {}, *selection, losses)) << way;
+        } else if (kind == 7) {
+            std::list<int> const one{dice(1, 3)};
+            marks.UpdateSelected(m_project, selection->GetColumnIDs(), &one, MarkedColumnIDsManager::MarkToggle, {});
+        } else if (kind == 8) {
+            marks.ClearMarkedIDs(dice(0, 1) == 1);
+        } else if (selection->SelectBatches({"B" + std::to_string(dice(1, 3)), "B1" + std::to_string(dice(0, 2))}) ==
+                   Selection::NothingSelected) {
+            selection->SetSelectObjects(BoolVector(selection->GetSelectObjects().Size(), true));
+        }
+    };
+    start();
+    for (int steps = 0; steps < 10000; ++steps) {
+        if (dice(0, 19) == 0)
+            start();
+        int const kind = dice(0, 9);
+        try {
+            step(kind);
+        } catch (NCError const &error) {
+            ++refused;
+            EXPECT_STRNE(error.what(), "");
+        }
+        way += " > " + std::to_string(kind);
+        // Distances of no components have no spread over batches.
+        std::string const text = selection->GetSeries(1).ToStdString(nullptr);
+        if (!Draw(*selection) && !(text.starts_with("DModXstddev") && text.find(",0,0,0") != text.npos)) {
+            ADD_FAILURE() << way << " gives nothing: " << text;
+            start();
+        }
+    }
+    EXPECT_LT(refused, 1500);
+    marks.ClearMarkedIDs(true);
 }
 
 } // namespace
