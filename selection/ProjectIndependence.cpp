@@ -29,8 +29,8 @@ CurrentSelectedNumbers NumbersOf(Vectors const &vectors, ProjectUtilities::Defau
 }
 
 bool Agree(CurrentSelectedNumbers const &numbers) {
-    return std::ranges::none_of(std::initializer_list{numbers.xNumber, numbers.yNumber, numbers.variable,
-                                                      numbers.observation, numbers.predictedObservation},
+    return std::ranges::none_of(std::initializer_list<std::uint32_t>{numbers.xNumber, numbers.yNumber, numbers.variable,
+                                                                     numbers.observation, numbers.predictedObservation},
                                 [](std::uint32_t number) { return number == ProjectVectorData::NotSet; });
 }
 

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -72,6 +74,7 @@ protected:
         selection.SetDisplayDataInverted(true);
         selection.AddSorting({Selection::SortDescending, 2, 1, 3, 5});
         selection.AddSorting({Selection::SortAscending, 0, 2, 0, -1});
+        std::free(*selection.GetNumberFormatW());
         *selection.GetNumberFormatW() = ::strdup("%.3f");
         selection.UseConfidenceInterval() = true;
         selection.SetAxisAspectRatio(static_cast<Selection::AspectRatioType>(2), 1.5, 0.1, -99.0);
