@@ -166,10 +166,8 @@ bool CheckBatchContribProject::operator()(ProjectVectorData const &data) {
     if (!m_model || !IsPredicted(data))
         return true;
     return std::ranges::all_of(data.contRef, [&](BatchPoints::value_type const &point) {
-        auto const &[batch, maturity] = point;
-        bool const isBatchThere =
-            batch.empty() || OrNothing([&] { return m_batches.Find(m_model->GetModelNumber(), true, batch); }) != 0;
-        return isBatchThere && IsOnGrid(maturity, data.alignedMaturity1);
+        auto const findBatch = [&] { return m_batches.Find(m_model->GetModelNumber(), true, point.first); };
+        return (point.first.empty() || OrNothing(findBatch) != 0) && IsOnGrid(point.second, data.alignedMaturity1);
     });
 }
 
